@@ -1,0 +1,37 @@
+# jotlet_library(folder LINKS folder...)
+#   One static library of the .cpp files that lie directly in `folder` (not in folders below it). Its target is named after
+#   the folder, with "/" as "_". A folder without sources gives an interface library, so that the list of layers can stand
+#   before all of them are filled.
+function(jotlet_library folder)
+  cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+  string(REPLACE "/" "_" target ${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$|_plugin\\.cpp$")
+  set(below "")
+  foreach(link IN LISTS arg_LINKS)
+    string(REPLACE "/" "_" name ${link})
+    list(APPEND below ${name})
+  endforeach()
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR})
+    target_link_libraries(${target} PUBLIC ${below} jotlet_flags)
+  else()
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} INTERFACE ${CMAKE_SOURCE_DIR})
+    target_link_libraries(${target} INTERFACE ${below} jotlet_flags)
+  endif()
+endfunction()
+
+# Flags that every target shares.
+add_library(jotlet_flags INTERFACE)
+if(JOTLET_SANITIZE)
+  target_compile_options(jotlet_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                -fno-omit-frame-pointer -O1)
+  target_link_options(jotlet_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(JOTLET_FUZZ)
+  target_compile_options(jotlet_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                -fno-sanitize-recover=undefined -O1)
+  target_link_options(jotlet_flags INTERFACE -fsanitize=address,undefined)
+endif()
