@@ -1,9 +1,9 @@
-# jotlet_library(folder LINKS folder...)
+# jotlet_library(folder LINKS folder... PRIVATE_LINKS target... PRIVATE_INCLUDES directory...)
 #   One static library of the .cpp files that lie directly in `folder` (not in folders below it). Its target is named after
 #   the folder, with "/" as "_". A folder without sources gives an interface library, so that the list of layers can stand
 #   before all of them are filled.
 function(jotlet_library folder)
-  cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(arg "" "" "LINKS;PRIVATE_LINKS;PRIVATE_INCLUDES" ${ARGN})
   string(REPLACE "/" "_" target ${folder})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$|_plugin\\.cpp$")
@@ -15,7 +15,8 @@ function(jotlet_library folder)
   if(sources)
     add_library(${target} STATIC ${sources})
     target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR})
-    target_link_libraries(${target} PUBLIC ${below} jotlet_flags)
+    target_link_libraries(${target} PUBLIC ${below} jotlet_flags PRIVATE ${arg_PRIVATE_LINKS})
+    target_include_directories(${target} PRIVATE ${arg_PRIVATE_INCLUDES})
   else()
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE ${CMAKE_SOURCE_DIR})
