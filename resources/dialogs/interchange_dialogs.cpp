@@ -1,0 +1,13 @@
+#include <vector>
+
+#include "resources/dialogs/dialogs.h"
+
+namespace jotlet {
+
+std::span<const DialogTemplate> InterchangeDialogs()
+{
+    static const std::vector<DialogTemplate> dialogs = {};
+    return dialogs;
+}
+
+}  // namespace jotlet
