@@ -1,6 +1,7 @@
 // The process's connection with the desktop: event loop, accelerators, top-level broadcast hook.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <span>
