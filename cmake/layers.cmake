@@ -32,11 +32,17 @@ endfunction()
 add_library(jotlet_flags INTERFACE)
 if(JOTLET_SANITIZE)
   target_compile_options(jotlet_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
-                                                -fno-omit-frame-pointer -O1)
+                                                -fno-omit-frame-pointer -O1 -D_GLIBCXX_ASSERTIONS)
   target_link_options(jotlet_flags INTERFACE -fsanitize=address,undefined)
 endif()
 if(JOTLET_FUZZ)
   target_compile_options(jotlet_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
                                                 -fno-sanitize-recover=undefined -O1)
   target_link_options(jotlet_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# lld links the sanitized programs several times as fast as the default linker.
+find_program(JOTLET_LLD ld.lld)
+if(JOTLET_LLD)
+  target_link_options(jotlet_flags INTERFACE -fuse-ld=lld)
 endif()
