@@ -1,0 +1,57 @@
+// Locks on single bytes of a file, taken around work that several running copies share.
+//
+// They are record locks owned by the open file description (F_OFD_SETLK). So a second opening of the same file in this
+// process is a stranger like any other process, closing one handle never drops the lock of another, and whatever ends
+// the process, a kill included, gives them back. They are advisory: only who asks is kept out. They travel over NFS
+// and SMB unless the mount keeps them local, which LocksReachEverybody tells.
+//
+// The bytes lie far behind any data, so that no reader or writer ever meets them, also where locks are mandatory.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include "platform/base/files.h"
+
+namespace jotlet {
+
+// Held shared by every opening, exclusively by who must be alone with the file.
+inline constexpr std::int64_t kPresentByte = std::int64_t{1} << 40;
+// Held exclusively for the moment of a read-change-write.
+inline constexpr std::int64_t kMutationByte = kPresentByte + 1;
+
+// How long a read-change-write waits for its turn before it fails. Turns last microseconds, so a holder that is slower
+// than this is stopped, or a server doesn't answer.
+inline constexpr int kMutationPatienceMs = 10'000;
+
+enum class LockOutcome {
+    Taken,
+    Refused,      // somebody else holds it, for longer than the caller would wait
+    Unsupported,  // the file system has no such locks; work goes on as if it were alone
+    Failed,       // the handle is no good
+};
+
+// Holds a lock from Take to the end of its own life; then unlocks.
+class FileLock {
+public:
+    FileLock() = default;
+    FileLock(FileLock&& other) noexcept : handle(std::exchange(other.handle, kNoFile)), byte(other.byte) {}
+    FileLock& operator=(FileLock&&) = delete;
+    ~FileLock() { Release(); }
+
+    // Asks again and again for up to `patienceMs`; 0 asks once. Gives back what it held before.
+    LockOutcome TakeShared(FileHandle handle, std::int64_t byte, int patienceMs);
+    LockOutcome TakeExclusive(FileHandle handle, std::int64_t byte, int patienceMs);
+    void Release();
+    bool IsHeld() const { return handle != kNoFile; }
+
+private:
+    FileHandle handle = kNoFile;  // not owned
+    std::int64_t byte = 0;
+};
+
+// True when a mount of type `fileSystem` ("nfs4", "cifs", "fuse.sshfs", ...) with these comma-separated `options` keeps
+// locks on this machine.
+bool MountKeepsLocksLocal(const char* fileSystem, const char* options);
+
+}  // namespace jotlet

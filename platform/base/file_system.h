@@ -1,0 +1,71 @@
+// Every system call on files goes through here, so that a test can make any of them fail.
+//
+// Results are those of the system: -1 and errno on failure. No call retries a short count; an interrupted call (EINTR)
+// is repeated. Nothing throws.
+// Threads: one for ReplaceFileSystem; the calls themselves hold no state.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace jotlet {
+
+// A file's identity on this machine, and what the store needs to know of it.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    unsigned mode = 0;
+    bool isRegular = false;
+
+    bool SameFile(const FileIdentity& other) const { return device == other.device && inode == other.inode; }
+};
+
+enum class LockMode { Shared, Exclusive, Unlock };
+
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    virtual int Open(const std::string& path, int flags, unsigned mode) = 0;
+    virtual void Close(int handle) = 0;
+    virtual std::int64_t Read(int handle, std::span<std::byte> buffer) = 0;
+    virtual std::int64_t Write(int handle, std::span<const std::byte> buffer) = 0;
+    virtual std::int64_t ReadAt(int handle, std::span<std::byte> buffer, std::int64_t offset) = 0;
+    virtual std::int64_t WriteAt(int handle, std::span<const std::byte> buffer, std::int64_t offset) = 0;
+    virtual std::int64_t Seek(int handle, std::int64_t offset, int origin) = 0;
+    virtual int Truncate(int handle, std::int64_t size) = 0;
+    virtual int Sync(int handle) = 0;                       // fdatasync
+    virtual int SyncFolder(const std::string& folder) = 0;  // makes a create, rename or remove in it durable
+    virtual int Rename(const std::string& from, const std::string& to) = 0;
+    virtual int Remove(const std::string& path) = 0;
+    virtual int Identify(int handle, FileIdentity& out) = 0;                   // fstat
+    virtual int IdentifyPath(const std::string& path, FileIdentity& out) = 0;  // stat, follows links
+    // One byte, without waiting, owned by the open file description (F_OFD_SETLK). EAGAIN: somebody else holds it.
+    virtual int Lock(int handle, std::int64_t byte, LockMode mode) = 0;
+    // True when a lock that is taken here is seen by every computer that can open the file.
+    virtual bool LocksReachEverybody(int handle) = 0;
+    // True when the file lies on this machine, so that a mapping shows what other processes write.
+    virtual bool IsLocal(int handle) = 0;
+};
+
+// The system's own calls.
+FileSystem& RealFileSystem();
+// The one in use: the system's own, unless a test has put another in its place.
+FileSystem& Files();
+
+// Puts `files` (not owned) in place of the present one for its own lifetime.
+class ScopedFileSystem {
+public:
+    explicit ScopedFileSystem(FileSystem& files);
+    ~ScopedFileSystem();
+    ScopedFileSystem(const ScopedFileSystem&) = delete;
+    ScopedFileSystem& operator=(const ScopedFileSystem&) = delete;
+
+private:
+    FileSystem* before;
+};
+
+}  // namespace jotlet

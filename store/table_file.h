@@ -1,0 +1,191 @@
+// One table on disk: size block, header, categories, then record slots of one fixed size. Note files (.jot), the
+// contact book (.tb1) and the outbox (.tsi) are all table files. FORMAT.md shows the bytes.
+//
+// Several copies may have the same file open, on several computers. Their changes are kept apart by byte-range locks:
+// each read-change-write of a counter or a lock byte runs under the file's mutation lock, so no count is lost, no slot
+// is given twice and no record is locked twice. An edit lock is the `locked` byte of the record; it stays when its copy
+// is killed, until the repair at the next opening that finds nobody else (compaction.h). The header is not cached: each
+// operation that needs a header value reads it from the file.
+//
+// To change a record: test GetRole, LockRecord, ReadRecord, edit, WriteRecord or DeleteRecord, UnlockRecord, Flush.
+// What Flush has confirmed survives a kill and a power failure. Changes of the header go through UpdateHeader.
+//
+// Units:   a record's address is the byte offset of its slot (record_address.h).
+// Owns:    the file handle. Close(), or the destructor, gives back this opening's share of openCount.
+// Threads: one.
+// Errors:  nothing throws. Each operation tells its results; on an object that isn't open every one gives 0 (GetRole:
+//          None). A failed change leaves the file as it was.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/base/file_mapping.h"
+#include "platform/base/files.h"
+#include "store/record_address.h"
+#include "store/role.h"
+#include "store/table_schema.h"
+
+namespace jotlet {
+
+class FileLock;
+class RecordQuery;
+
+// Why a table file could not be opened or made.
+enum class OpenFailure {
+    None,
+    Missing,
+    Busy,          // somebody holds it alone (a compaction that takes long)
+    NotTableFile,  // a folder or device, or sizes that no table file has
+    Truncated,     // sizes of a table file, but cut before its first record
+    TooLarge,      // records beyond the 2 GiB that addresses reach
+    Permission,    // may not be read and written
+    Io,
+};
+
+// A part of a record, for scans that need little of it.
+struct FieldRange {
+    std::uint32_t offset = 0;
+    std::uint32_t size = 0;
+};
+
+// Which records a scan delivers.
+enum class ScanScope {
+    Visible,  // as in a query: confidential records for the Owner alone
+    All,      // every live record, for upkeep that shows nobody anything
+};
+
+// What DescribeSlots counts.
+struct SlotCounts {
+    std::int64_t slots = 0;  // whole slots
+    std::int64_t live = 0;
+    std::int64_t locked = 0;        // live and being edited
+    std::int64_t cutTailBytes = 0;  // bytes of an incomplete last slot; 0 in a sound file
+};
+
+class TableFile {
+public:
+    // Tries to Open; IsOpen and GetOpenFailure tell how it went. `password` decides the role.
+    TableFile(std::string path, std::string_view password);
+    ~TableFile();
+    TableFile(const TableFile&) = delete;
+    TableFile& operator=(const TableFile&) = delete;
+
+    // Makes the missing file, durably and in one step (a kill leaves either no file or the whole new one), and opens
+    // it. 1; 0 when it exists already, the sizes are none of a table file, or it can't be made.
+    int Create(const TableHeader& header, std::uint32_t headerSize, const CategoryBlock& categories,
+               std::uint32_t categorySize, std::uint32_t recordSize);
+    // 1 when open (also when it was already), else 0. Refuses what is no table file before writing anything to it.
+    int Open();
+    // Lowers openCount, flushes, closes. Nothing on a closed object.
+    void Close();
+    // 1 when the file exists, else 0.
+    static int Exists(const std::string& path);
+
+    bool IsOpen() const { return handle.Get() != kNoFile; }
+    OpenFailure GetOpenFailure() const { return openFailure; }
+    const FileError& GetOpenError() const { return openError; }  // more about it, where the system refused
+    const std::string& Path() const { return path; }
+    const std::string& Password() const { return password; }
+    void SetPassword(std::string_view text) { password = text; }
+    // ~0 until known from the file or from Create.
+    std::uint32_t HeaderSize() const { return headerSize; }
+    std::uint32_t CategorySize() const { return categorySize; }
+    std::uint32_t RecordSize() const { return recordSize; }
+    RecordAddress FirstRecordOffset() const { return static_cast<RecordAddress>(12 + headerSize + categorySize); }
+
+    // Blocks. 1 if all bytes moved, else 0. Reads see what other copies have written; a plain write puts back every
+    // byte of the block, counters included, so use the Update... operations below for changes.
+    int ReadSizes(SizeBlock& out) const;
+    int WriteSizes(const SizeBlock& sizes);
+    int ReadHeader(TableHeader& out) const;
+    int WriteHeader(const TableHeader& header);
+    int ReadCategories(CategoryBlock& out) const;
+    int WriteCategories(const CategoryBlock& categories);
+
+    // Read, change by `change`, write, under the mutation lock. The three counters are kept as the file has them,
+    // whatever `change` does to them. `change` gives false to leave all as it is. 1 when written, else 0. `change` must
+    // not call operations of a table.
+    int UpdateHeader(const std::function<bool(TableHeader&)>& change);
+    int UpdateCategories(const std::function<bool(CategoryBlock&)>& change);
+
+    // Stores `record` (RecordSize() bytes, `active` 1) in the first free slot, or behind the last one.
+    // 1, and the address in `address` if given; kRefusedByRole; 0 when the write failed, no slot could be got, or the
+    // file has reached 2 GiB. A header that counts free slots which aren't there gives 0 until the next repair.
+    int AddRecord(std::span<const std::byte> record, RecordAddress* address = nullptr);
+    // Frees the slot; its other bytes stay. 1; kRefusedByRole; 0 on a failure, or when the slot is free already.
+    int DeleteRecord(RecordAddress address);
+    // 1; kRefusedByRole; 0 on a failure, or when the address is no slot. Looks at neither `active` nor `locked` in the
+    // file: write only what you hold locked.
+    int WriteRecord(std::span<const std::byte> record, RecordAddress address);
+    // Copies the slot into `record` (at least RecordSize() bytes). 1: a live record. 0: the slot is free (its bytes are
+    // delivered all the same), cut short, no slot, or unreadable.
+    int ReadRecord(std::span<std::byte> record, RecordAddress address) const;
+    // Only those bytes of the record that lie in `field`. Result as ReadRecord.
+    int ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const;
+
+    // 1 if this call took the lock, and then the refresh switch is off. 0 if the record is locked (by whomever, this
+    // object included) or free, or on a failure.
+    int LockRecord(RecordAddress address);
+    // Turns the refresh switch on in every case. 1 if this call cleared the lock, else 0.
+    int UnlockRecord(RecordAddress address);
+
+    // One read of 8 bytes; cheap enough for a timer. 0 when it can't be read.
+    std::uint64_t GetChangeStamp() const;
+    // From the password and the header as it is now. None when nothing matches or the header can't be read.
+    Role GetRole() const;
+    // 1 when everything written so far is on the disk.
+    int Flush();
+
+    // Fills the query's results (record_query.h). 1, or 0 when the file can't be read or there is no room for results;
+    // the query then holds what had been found.
+    int RunQuery(RecordQuery& query) const;
+
+    // Calls `visit` for every live record in file order, with the bytes of `fields` one behind the other, copied. No
+    // limit of count. `visit` gives false to stop. 1 when it ran to an end or was stopped; 0 when a field doesn't lie
+    // in the record or the file can't be read. The file may be changed by `visit`; records added meanwhile may be
+    // missed.
+    int ForEachRecord(std::span<const FieldRange> fields,
+                      const std::function<bool(RecordAddress, std::span<const std::byte>)>& visit,
+                      ScanScope scope = ScanScope::Visible) const;
+    // 1 and the counts, or 0.
+    int DescribeSlots(SlotCounts& out) const;
+
+    // A zeroed block of RecordSize() bytes; empty while the size isn't known.
+    std::vector<std::byte> AllocRecordBuffer() const;
+
+private:
+    friend class RecordQuery;
+    friend class TableScan;
+
+    int OpenHandle();
+    OpenFailure CheckSizes();
+    bool IsSlot(RecordAddress address) const;
+    // The free slot's address, or 0. May change header.freeSlots, and says so.
+    RecordAddress FindSlot(const TableHeader& header, bool& reused);
+    RecordAddress FindFreeSlot(std::int64_t fileSize);
+    bool PutRecord(std::span<const std::byte> record, RecordAddress address, bool reused);
+    bool Mutating(FileLock& lock) const;
+    bool StoreHeader(const TableHeader& header);
+
+    std::string path;
+    std::string password;
+    std::uint32_t headerSize = ~std::uint32_t{0};
+    std::uint32_t categorySize = ~std::uint32_t{0};
+    std::uint32_t recordSize = ~std::uint32_t{0};
+    FileHandleOwner handle;
+    OpenFailure openFailure = OpenFailure::None;
+    FileError openError;
+    mutable FileMapping mapping;
+    // All slots before `freeSlotHint` were live when the stamp was `freeSlotStamp`.
+    std::uint64_t freeSlotStamp = 0;
+    RecordAddress freeSlotHint = 0;
+};
+
+}  // namespace jotlet
