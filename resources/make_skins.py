@@ -134,7 +134,7 @@ def waves(skin, height):
     def add(x, y, c):
         a = abs(y - height * 0.42 - 5 * math.sin(x / 37) - 2 * math.sin(x / 13))
         b = abs(y - height * 0.62 - 4 * math.sin(x / 29 + 2) - 2.5 * math.sin(x / 17 + 4))
-        return shift(c, 22 * math.exp(-a * a / 2) + 16 * math.exp(-b * b / 3))
+        return shift(c, 18 * math.exp(-a * a / 2) + 13 * math.exp(-b * b / 3))
     return add
 
 
@@ -312,7 +312,7 @@ SKINS = [
          buttons=[("#fbfff2", "#cfeaa6", "#3f7a22", "#24480f"), ("#fff3a8", "#f7c21c", "#7a5600", "#3a2800"),
                   ("#37661c", "#5a9a30", "#17350a", "#ffffff"), ("#ffb08a", "#dc3c18", "#7a1400", "#ffffff")]),
     dict(file="6_Lagoon.ini", name="Lagoon", folder="Lagoon", texture=waves, subTexture=waves, shape="round",
-         title=[(0, "#3fb0c4"), (0.12, "#14809a"), (1, "#0a4c66")],
+         title=[(0, "#3fb0c4"), (0.12, "#11748e"), (1, "#0a4860")],
          sub=[(0, "#0e5f7a"), (1, "#0a3f58")],
          back="#12708a", backUp="#4cc0d2", backDown="#06344a", titleFill="#0f6a84", titleUp="#3fb0c4", titleDown="#06344a",
          frame="#0a4c66", frameUp="#5fd0de", frameDown="#042434", text="#ffffff", panelFrame="#06344a",
