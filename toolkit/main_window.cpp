@@ -1,0 +1,25 @@
+#include "toolkit/main_window.h"
+
+namespace jotlet {
+namespace {
+
+WindowHandle mainWindow = 0;
+
+}  // namespace
+
+WindowHandle MainWindow()
+{
+    return IsWindow(mainWindow) ? mainWindow : 0;
+}
+
+void SetMainWindow(WindowHandle window)
+{
+    mainWindow = window;
+}
+
+bool IsMainWindowForeground()
+{
+    return MainWindow() && IsForeground(mainWindow);
+}
+
+}  // namespace jotlet
