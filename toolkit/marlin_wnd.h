@@ -15,6 +15,7 @@
 #include "platform/desktop/accessible.h"
 #include "platform/desktop/device_context.h"
 #include "platform/desktop/native_window.h"
+#include "toolkit/focus_order.h"
 
 namespace jotlet {
 
@@ -122,6 +123,8 @@ public:
     virtual void OnFocusChanged(bool /*focused*/) {}
     // What a screen reader finds here; leave it empty for windows that say nothing.
     virtual void Describe(AccessibleDescription&) {}
+    // Adds the windows that Tab reaches here, in reading order: itself when it takes the keyboard, or those it holds.
+    virtual void CollectTabStops(TabStops&) {}
 
 protected:
     // Sends or posts kWmCommand to the parent; `notification` goes to the high half of wParam.

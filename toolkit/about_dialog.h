@@ -1,0 +1,30 @@
+// AboutDialog: who made the program, with a link to write to them and one to their home page. DoModal(parent,
+// AboutDialog::kTemplate).
+#pragma once
+
+#include <memory>
+
+#include "toolkit/marlin_class_link_button.h"
+#include "toolkit/marlin_dialog.h"
+
+namespace jotlet {
+
+class AboutDialog : public MarlinDialog {
+public:
+    static constexpr int kTemplate = 1006;
+    static constexpr int kMailId = 100;
+    static constexpr int kHomePageId = 101;
+
+    AboutDialog();
+    ~AboutDialog() override;
+
+    MessageParam OnInitDialog(WndMessage& record) override;
+    MessageParam OnCreated(WndMessage& record) override;
+    MessageParam OnCommand(WndMessage& record) override;
+
+private:
+    std::unique_ptr<MarlinClassLinkButton> mailLink;
+    std::unique_ptr<MarlinClassLinkButton> homePageLink;
+};
+
+}  // namespace jotlet

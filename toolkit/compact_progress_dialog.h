@@ -1,0 +1,36 @@
+// CompactProgressDialog: the small modeless window that shows how far a long file operation is.
+#pragma once
+
+#include "store/progress_display.h"
+#include "toolkit/marlin_dialog.h"
+
+namespace jotlet {
+
+class CompactProgressDialog : public MarlinDialog, public ProgressDisplay {
+public:
+    static constexpr int kTemplate = 1009;
+
+    // `frame`: its parent, which gets the focus back; null: none.
+    explicit CompactProgressDialog(MarlinWnd* frame) : frame(frame) {}
+    ~CompactProgressDialog() override;
+
+    void Open(const std::string& title, int steps) override;
+    void Step() override;
+    void Close() override;  // of the display and of the window
+    void ShowText(const std::string& text) override;
+
+    int StepCount() const { return stepCount; }
+    int StepsDone() const { return stepsDone; }
+
+    void OnPaint(DeviceContext& dc, const PaintInfo& paint) override;
+
+private:
+    Rect BarRect() const;
+    void DrawBar(DeviceContext& dc) const;
+
+    MarlinWnd* frame;
+    int stepCount = 0;
+    int stepsDone = 0;
+};
+
+}  // namespace jotlet
