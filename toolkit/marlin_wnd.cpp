@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "toolkit/focus_chain.h"
+
 namespace jotlet {
 namespace {
 
@@ -268,6 +270,8 @@ MessageParam MarlinWnd::OnKeyUp(WndMessage& record)
 }
 MessageParam MarlinWnd::OnKeyDown(WndMessage& record)
 {
+    if (record.wParam == kKeyTab && MoveFocusFrom(window, IsKeyDown(kKeyShift)))
+        return 0;
     return DefaultHandler(record);
 }
 
