@@ -14,8 +14,8 @@ constexpr int kPictureWidth = 140;
 constexpr int kPictureHeight = 250;
 constexpr int kTextX = 150;
 constexpr int kTextY = 55;
-constexpr int kTextRight = 160;  // text width: client width less this
-constexpr int kTextBottom = 65;  // text height: client height less this
+constexpr int kTextNarrower = 160;  // text width: client width less this
+constexpr int kTextShorter = 65;    // text height: client height less this
 constexpr int kTitleTop = 35;
 constexpr int kTitleBottom = 54;
 constexpr Colour kTitleColour = 497583;
@@ -29,7 +29,7 @@ constexpr Colour kTextColour = 876176;
 IntroLayout LayOutIntro(Size client)
 {
     return {.picture = Rect::At(0, kHeaderHeight, kPictureWidth, kPictureHeight),
-            .text = Rect::At(kTextX, kTextY, client.width - kTextRight, client.height - kTextBottom),
+            .text = Rect::At(kTextX, kTextY, client.width - kTextNarrower, client.height - kTextShorter),
             .title = {kTextX, kTitleTop, client.width, kTitleBottom},
             .header = {0, 0, client.width, kHeaderHeight}};
 }

@@ -19,14 +19,12 @@ constexpr Colour kNameColour = 0xFFFFFF;
 struct BarPictures {
     Bitmap down = LoadResourceBitmap("section_button_down.bmp");
     Bitmap up = LoadResourceBitmap("section_button_up.bmp");
-    Font font{{.face = "Verdana", .height = -9, .weight = 700}};
 };
 
-// Made at the first painting, and never torn down: fonts must not outlive the Application, and a static would.
 const BarPictures& Pictures()
 {
-    static const auto* pictures = new BarPictures;  // NOLINT: lives as long as the process
-    return *pictures;
+    static const BarPictures pictures;
+    return pictures;
 }
 
 }  // namespace
@@ -75,13 +73,15 @@ void MarlinPaneBar::OnPaint(DeviceContext& dc, const PaintInfo&)
         DrawButton(dc, i);
 }
 
-void MarlinPaneBar::DrawButton(DeviceContext& dc, int index) const
+void MarlinPaneBar::DrawButton(DeviceContext& dc, int index)
 {
+    if (!font)
+        font = std::make_unique<Font>(FontDescription{.face = "Verdana", .height = -9, .weight = 700});
     const Rect area = RectOf(index);
     const bool current = index == GetCurrentPaneIndex();
     dc.DrawBitmap(current ? Pictures().down : Pictures().up, area.left, area.top);
-    dc.DrawText(area.Inset(0, kNameDrop, 0, 0), GetPanes()[static_cast<std::size_t>(index)]->name, Pictures().font,
-                kNameColour, kTextCentre | kTextSingleLine);
+    dc.DrawText(area.Inset(0, kNameDrop, 0, 0), GetPanes()[static_cast<std::size_t>(index)]->name, *font, kNameColour,
+                kTextCentre | kTextSingleLine);
     if (focused && current)
         dc.DrawFocusRect(area.Inset(2, 1, 2, 0), kNameColour);
 }

@@ -4,6 +4,7 @@
 // With the focus, Left and Right choose a pane, Space and Return do nothing more.
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "toolkit/focus_chain.h"
@@ -31,8 +32,9 @@ private:
     Rect RectOf(int index) const;
     std::optional<int> ButtonAt(Point client) const;
     void Choose(int index);
-    void DrawButton(DeviceContext& dc, int index) const;
+    void DrawButton(DeviceContext& dc, int index);
 
+    std::unique_ptr<Font> font;  // of its own, made at the first painting
     bool focused = false;
     FocusStop focusStop{*this, kFocusPaneBar, ReturnKey::Widget};
 };
