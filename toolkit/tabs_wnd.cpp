@@ -27,7 +27,7 @@ int TTabsWnd::AddTab(int value, std::string_view name, Colour back, Colour text)
 {
     if (GetTabCount() >= kMaxTabs)
         return 0;
-    tabs.push_back({value, CutText(name, kMaxNameBytes), back, text});
+    tabs.push_back({value, std::string(CutText(name, kMaxNameBytes)), back, text});
     return 1;
 }
 
