@@ -2,7 +2,6 @@
 // the link.
 #pragma once
 
-#include "toolkit/focus_chain.h"
 #include "toolkit/marlin_wnd.h"
 
 namespace jotlet {
@@ -22,6 +21,8 @@ public:
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void Describe(AccessibleDescription& description) override;
+    void CollectTabStops(TabStops& stops) override { stops.push_back(this); }
+    bool UsesReturnKey() const override { return true; }
 
 private:
     void DrawOffer(DeviceContext& dc, const Rect& inset);
@@ -33,7 +34,6 @@ private:
     Rect linkArea;
     CursorId cursor = CursorId::Arrow;
     bool focused = false;
-    FocusStop focusStop{*this, kFocusList, ReturnKey::Widget};
 };
 
 }  // namespace jotlet

@@ -7,7 +7,6 @@
 #include <memory>
 #include <optional>
 
-#include "toolkit/focus_chain.h"
 #include "toolkit/marlin_wnd.h"
 
 namespace jotlet {
@@ -27,6 +26,8 @@ public:
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void Describe(AccessibleDescription& description) override;
+    void CollectTabStops(TabStops& stops) override { stops.push_back(this); }
+    bool UsesReturnKey() const override { return true; }
 
 private:
     Rect RectOf(int index) const;
@@ -36,7 +37,6 @@ private:
 
     std::unique_ptr<Font> font;  // of its own, made at the first painting
     bool focused = false;
-    FocusStop focusStop{*this, kFocusPaneBar, ReturnKey::Widget};
 };
 
 }  // namespace jotlet

@@ -6,7 +6,6 @@
 #include <optional>
 #include <vector>
 
-#include "toolkit/focus_chain.h"
 #include "toolkit/marlin_wnd.h"
 
 namespace jotlet {
@@ -42,6 +41,8 @@ public:
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void Describe(AccessibleDescription& description) override;
+    void CollectTabStops(TabStops& stops) override { stops.push_back(this); }
+    bool UsesReturnKey() const override { return true; }
 
 private:
     struct Item {
@@ -65,7 +66,6 @@ private:
     bool hoverTimer = false;
     bool focused = false;
     int focusItem = 0;
-    FocusStop focusStop{*this, kFocusToolBar, ReturnKey::Widget};
 };
 
 }  // namespace jotlet

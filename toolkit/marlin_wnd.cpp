@@ -4,8 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "toolkit/focus_chain.h"
-
 namespace jotlet {
 namespace {
 
@@ -270,7 +268,7 @@ MessageParam MarlinWnd::OnKeyUp(WndMessage& record)
 }
 MessageParam MarlinWnd::OnKeyDown(WndMessage& record)
 {
-    if (record.wParam == kKeyTab && MoveFocusFrom(window, IsKeyDown(kKeyShift)))
+    if (record.wParam == kKeyTab && MoveFocusByTab(*this, IsKeyDown(kKeyShift)))
         return 0;
     return DefaultHandler(record);
 }

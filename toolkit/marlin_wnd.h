@@ -125,6 +125,8 @@ public:
     virtual void Describe(AccessibleDescription&) {}
     // Adds the windows that Tab reaches here, in reading order: itself when it takes the keyboard, or those it holds.
     virtual void CollectTabStops(TabStops&) {}
+    // Whether Return is this window's own key while it has the focus, and not the frame's command.
+    virtual bool UsesReturnKey() const { return false; }
 
 protected:
     // Sends or posts kWmCommand to the parent; `notification` goes to the high half of wParam.

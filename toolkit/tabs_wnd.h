@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/focus_chain.h"
 #include "toolkit/marlin_wnd.h"
 
 namespace jotlet {
@@ -38,6 +37,8 @@ public:
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void Describe(AccessibleDescription& description) override;
+    void CollectTabStops(TabStops& stops) override { stops.push_back(this); }
+    bool UsesReturnKey() const override { return true; }
 
 private:
     struct Tab {
@@ -59,7 +60,6 @@ private:
     int tabWidth;
     CursorId cursor = CursorId::Arrow;
     bool focused = false;
-    FocusStop focusStop{*this, kFocusTabs, ReturnKey::Widget};
 };
 
 }  // namespace jotlet
