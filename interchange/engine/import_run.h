@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <span>
+
+#include "interchange/engine/delimited_reader.h"
+#include "notes/model/import_fields.h"
+#include "platform/base/clock.h"
+
+// The import itself: rows of delimited text become records of a table.
+
+namespace jotlet {
+
+class TableFile;
+class ProgressDisplay;
+
+// Completes a record of the table's record size. 1 to store it, 0 to drop it.
+using PrepareHook = std::function<int(std::span<std::byte> record)>;
+// Told of each record that is now in the file.
+using AddedHook = std::function<void(std::span<const std::byte> record)>;
+
+struct ImportRequest {
+    TableFile* table = nullptr;
+    DelimitedReader* reader = nullptr;
+    std::span<const ImportField> fields;  // with the map applied
+    bool firstLineNames = true;           // the first record holds names and is no row
+    PrepareHook prepare;
+    AddedHook added;                      // may be empty
+    ProgressDisplay* progress = nullptr;  // may be null
+};
+
+struct ImportCounts {
+    std::size_t rows = 0;         // whole rows found, the header row not counted
+    std::size_t added = 0;        // stored
+    std::size_t dropped = 0;      // rows - added: duplicates, and rows with a value that could not be read
+    bool writeFailed = false;     // a record could not be stored; the run ended there
+    bool refused = false;         // the role may not add
+    bool incompleteEnd = false;   // text stands behind the last whole row and was left out
+    bool textBehindZero = false;  // text stands behind a zero byte and was left out
+};
+
+// Runs to the end of the data, then brings what was added to the disk. Added records stay, whatever comes later.
+ImportCounts RunImportRows(const ImportRequest& request, const Clock& clock = SystemClock());
+
+// The import of notes: completes each by PrepareImportedNote and leaves out those that the file holds already.
+// `request.prepare` and `request.added` are not used.
+ImportCounts RunNoteImport(ImportRequest request, const Clock& clock = SystemClock());
+
+}  // namespace jotlet
