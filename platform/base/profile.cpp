@@ -64,15 +64,6 @@ std::optional<std::string> ReadWhole(int fd)
     return text;
 }
 
-std::optional<std::string> ReadPath(const std::string& path)
-{
-    if (path.empty())
-        return std::nullopt;
-    // Not blocking, so that a pipe of this name cannot hold the program.
-    const FileHandle file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    return file ? ReadWhole(file.Get()) : std::nullopt;
-}
-
 enum class LockResult { Held, NoLocksHere, Busy };
 
 LockResult LockWhole(int fd)
@@ -168,10 +159,19 @@ std::string RealPath(const std::string& path)
 
 }  // namespace
 
+std::optional<std::string> ReadProfileFile(const std::string& path)
+{
+    if (path.empty())
+        return std::nullopt;
+    // Not blocking, so that a pipe of this name cannot hold the program.
+    const FileHandle file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    return file ? ReadWhole(file.Get()) : std::nullopt;
+}
+
 std::optional<std::string> IniFile::IniReadText(std::string_view section, std::string_view key) const
 {
     for (const std::string& source : {path, fallbackPath}) {
-        const auto text = ReadPath(source);
+        const auto text = ReadProfileFile(source);
         if (!text)
             continue;
         // An empty value is as good as none, but the user's own empty line hides what was shipped.

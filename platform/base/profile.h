@@ -34,6 +34,10 @@ std::optional<std::string> FindProfileValue(std::string_view text, std::string_v
 std::string WithProfileValue(std::string_view text, std::string_view section, std::string_view key,
                              std::string_view value);
 
+// The text of the settings file at `path`, for who reads many keys of it at one time; nothing when it is missing, no
+// regular file, larger than kMaxProfileBytes or cannot be read.
+std::optional<std::string> ReadProfileFile(const std::string& path);
+
 // The path of a settings file, and of one to fall back on. Holds nothing else: every read looks at the file anew.
 class IniFile {
 public:
