@@ -329,5 +329,36 @@ TEST(Sounds, AreShortSoftAndNotClipped)
     }
 }
 
+// What src="", href="" and url() of a page name, pages of other sites left out.
+std::set<std::string> References(const std::string& page)
+{
+    std::set<std::string> found;
+    for (const auto& [before, after] : std::map<std::string, char>{{"src=\"", '"'}, {"href=\"", '"'}, {"url(", ')'}})
+        for (size_t at = page.find(before); at != std::string::npos; at = page.find(before, at + 1)) {
+            const size_t start = at + before.size();
+            const std::string target = page.substr(start, page.find(after, start) - start);
+            if (!target.starts_with("https:"))
+                found.insert(target);
+        }
+    return found;
+}
+
+TEST(Help, EveryLinkAndIllustrationOfThePagesLeadsSomewhere)
+{
+    for (const char* name : {"notes.htm", "kestrel.htm"}) {
+        const std::string page = ReadAll(kBeside / "Help" / name);
+        EXPECT_TRUE(page.starts_with("<!DOCTYPE html>")) << name;
+        int drawings = 0;
+        for (const std::string& target : References(page)) {
+            drawings += target.ends_with(".svg") || target.ends_with(".png");
+            if (target.starts_with("#"))
+                EXPECT_NE(page.find("id=\"" + target.substr(1) + "\""), std::string::npos) << name << target;
+            else
+                EXPECT_TRUE(fs::is_regular_file(kBeside / "Help" / target)) << name << target;
+        }
+        EXPECT_GT(drawings, 0) << name;
+    }
+}
+
 }  // namespace
 }  // namespace jotlet
