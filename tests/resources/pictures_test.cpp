@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -114,6 +115,46 @@ TEST(Pictures, GlyphsHaveTheirExactSizeAndNoSecondScale)
     for (const auto& [name, extent] : kGlyphs) {
         EXPECT_EQ(PngExtent(name), extent) << name;
         EXPECT_FALSE(fs::exists(kPictures / (name + "@2x.png"))) << name;
+    }
+}
+
+// All colours of a picture that was stored without compression: one block behind the header chunk.
+std::set<std::string> ColoursOf(const std::string& name)
+{
+    const std::string data = ReadAll(kPictures / (name + ".png"));
+    const auto [width, height] = PngExtent(name);
+    const size_t pixels = 48;
+    if (data.substr(24, 2) != std::string("\x08\x02") || data.size() < pixels + (3 * width + 1) * height)
+        return {"not stored as 24 bit pixels"};
+    std::set<std::string> colours;
+    for (size_t y = 0; y < height; ++y)
+        for (size_t x = 0; x < width; ++x) {
+            char text[8];
+            const auto* p = reinterpret_cast<const unsigned char*>(&data[pixels + y * (3 * width + 1) + 1 + 3 * x]);
+            std::snprintf(text, sizeof text, "#%02x%02x%02x", p[0], p[1], p[2]);
+            colours.insert(text);
+        }
+    return colours;
+}
+
+// The program finds these colours by exact comparison; a blended edge would keep a fringe of magenta.
+TEST(Pictures, GlyphsHoldOnlyTheKeyColoursThatTheProgramReplaces)
+{
+    using Set = std::set<std::string>;
+    const std::string back = "#ff00ff", black = "#000000", white = "#ffffff", accent = "#ff0000";
+    for (const char* name : {"2001", "2002", "2003", "2004", "2005"})
+        EXPECT_EQ(ColoursOf(name), (Set{back, black})) << name;
+    for (const char* name : {"3500", "3501"})
+        EXPECT_EQ(ColoursOf(name), (Set{back, white})) << name;
+    EXPECT_EQ(ColoursOf("2010"), (Set{black, white}));
+    EXPECT_EQ(ColoursOf("2011"), (Set{back, "#00ff00", black}));
+    EXPECT_EQ(ColoursOf("2012"), (Set{back, "#c0c0c0", accent, white}));
+    EXPECT_EQ(ColoursOf("2013"), (Set{back, accent, white, black}));
+    for (const char* name : {"2014", "2017", "2018"}) {
+        const Set colours = ColoursOf(name);
+        EXPECT_TRUE(colours.contains(back) && colours.size() >= 2) << name;
+        for (const std::string& colour : colours)  // nothing that is nearly the key
+            EXPECT_TRUE(colour == back || colour.substr(1, 2) < "f0" || colour.substr(5, 2) < "f0") << name << colour;
     }
 }
 
