@@ -25,11 +25,12 @@ DRAWN = [
     ("splash", "splash", 261, 226), ("recicle1", "recicle1", 42, 41), ("recicle2", "recicle2", 42, 41),
     ("4000", "picture_4000", 107, 189), ("5000", "picture_5000", 29, 29),
     ("2021", "picture_2021", 137, 11), ("2022", "picture_2022", 275, 13), ("4005", "picture_4005", 272, 18),
-    ("icon_3000_12", "icon_3000", 12, 12), ("icon_3000_16", "icon_3000_wide", 16, 16),
-] + [(f"icon_{i}_16", f"icon_{i}", 16, 16) for i in range(2000, 2006)] \
-  + [(c, c, 32, 32) for c in ("cur_hand1", "cur_drag_true", "cur_drag_true_copy", "cur_drag_stop")]
+] + [(c, c, 32, 32) for c in ("cur_hand1", "cur_drag_true", "cur_drag_true_copy", "cur_drag_stop")]
 
-# The desktop asks for these by size; up to SMALL pixels they come from the drawing made for the 16 pixel grid.
+# Icons are asked for by their size in pixels, so the larger one serves a screen of scale 2.
+BAR_ICONS = (2000, 2001, 2002, 2003, 2004, 2005, 3000)
+BAR_ICON_SIZES = (16, 32)
+# Those of the program and of a note file; up to SMALL pixels they come from the drawing made for the 16 pixel grid.
 APP_ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
 SMALL = 24
 
@@ -90,7 +91,10 @@ def make_caption_buttons(folder):
             render_both(source, f"{kind}_button{state}", 15, 15)
 
 
-def make_app_icons():
+def make_icons():
+    for icon in BAR_ICONS:
+        for size in BAR_ICON_SIZES:
+            render(ART / f"icon_{icon}.svg", f"icon_{icon}_{size}", size, size)
     for icon in (1000, 1001):
         for size in APP_ICON_SIZES:
             source = ART / f"icon_{icon}{'_small' if size <= SMALL else ''}.svg"
@@ -107,7 +111,7 @@ def main():
         render_both(ART / f"{drawing}.svg", name, width, height)
     with tempfile.TemporaryDirectory() as folder:
         make_caption_buttons(folder)
-    make_app_icons()
+    make_icons()
     (OUT / "cursors.txt").write_text("".join(f"{name} {x} {y}\n" for name, x, y in HOTSPOTS))
     names = sorted(p.name for p in OUT.iterdir() if p.suffix == ".png") + ["cursors.txt"]
     listing = "".join(f'    <file alias="{name}">pictures/{name}</file>\n' for name in names)

@@ -84,13 +84,6 @@ const std::map<std::string, Extent> kDrawings{{"close_button1", {15, 15}},
                                               {"2021", {137, 11}},
                                               {"2022", {275, 13}},
                                               {"4005", {272, 18}},
-                                              {"icon_2000_16", {16, 16}},
-                                              {"icon_2001_16", {16, 16}},
-                                              {"icon_2002_16", {16, 16}},
-                                              {"icon_2003_16", {16, 16}},
-                                              {"icon_2004_16", {16, 16}},
-                                              {"icon_2005_16", {16, 16}},
-                                              {"icon_3000_16", {16, 16}},
                                               {"cur_hand1", {32, 32}},
                                               {"cur_drag_true", {32, 32}},
                                               {"cur_drag_true_copy", {32, 32}},
@@ -165,6 +158,14 @@ TEST(Pictures, ProgramAndNoteFileHaveAnIconForEverySizeOfTheDesktop)
             EXPECT_EQ(PngExtent(icon + "_" + std::to_string(size)), (Extent{size, size})) << icon;
         EXPECT_NE(ReadAll(kPictures / (icon + ".svg")).find("<svg"), std::string::npos) << icon;
     }
+}
+
+TEST(Pictures, IconsOfTheBarsAreMadeForBothScales)
+{
+    for (const char* icon : {"2000", "2001", "2002", "2003", "2004", "2005", "3000"})
+        for (const uint32_t size : {16u, 32u})
+            EXPECT_EQ(PngExtent(std::string("icon_") + icon + "_" + std::to_string(size)), (Extent{size, size}))
+                << icon;
 }
 
 TEST(Pictures, EveryPictureIsListedForTheProgram)
