@@ -47,6 +47,8 @@ public:
     std::string_view Text() const { return std::string_view(text).substr(0, length); }
     // True when a zero byte cut off text, which no record will show.
     bool HasTextBehindZero() const { return length < text.size(); }
+    // After CountRecords, or NextRecord with 0: true when text stands behind the last whole record.
+    bool HasIncompleteEnd() const { return recordStart < length; }
     // Where the next field starts; a measure of progress through Text().
     std::size_t Position() const { return pos; }
 

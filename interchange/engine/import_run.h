@@ -7,6 +7,7 @@
 #include "interchange/engine/delimited_reader.h"
 #include "notes/model/import_fields.h"
 #include "platform/base/clock.h"
+#include "store/record_address.h"
 
 // The import itself: rows of delimited text become records of a table.
 
@@ -15,10 +16,11 @@ namespace jotlet {
 class TableFile;
 class ProgressDisplay;
 
-// Completes a record of the table's record size. 1 to store it, 0 to drop it.
+// Completes a record of the table's record size. 1 to store it, 0 to drop it. Records are stored in the order of the
+// rows, but some time after this call.
 using PrepareHook = std::function<int(std::span<std::byte> record)>;
 // Told of each record that is now in the file.
-using AddedHook = std::function<void(std::span<const std::byte> record)>;
+using AddedHook = std::function<void(std::span<const std::byte> record, RecordAddress address)>;
 
 struct ImportRequest {
     TableFile* table = nullptr;
@@ -31,16 +33,17 @@ struct ImportRequest {
 };
 
 struct ImportCounts {
-    std::size_t rows = 0;         // whole rows found, the header row not counted
+    std::size_t rows = 0;         // whole rows worked through, the header row not counted
     std::size_t added = 0;        // stored
-    std::size_t dropped = 0;      // rows - added: duplicates, and rows with a value that could not be read
-    bool writeFailed = false;     // a record could not be stored; the run ended there
-    bool refused = false;         // the role may not add
+    std::size_t dropped = 0;      // duplicates, and rows with a value that could not be read
+    bool writeFailed = false;     // records could not be stored or brought to the disk; the run ended there
+    bool refused = false;         // the role may not add; the run ended there
     bool incompleteEnd = false;   // text stands behind the last whole row and was left out
     bool textBehindZero = false;  // text stands behind a zero byte and was left out
 };
 
-// Runs to the end of the data, then brings what was added to the disk. Added records stay, whatever comes later.
+// Runs to the end of the data, then brings what was added to the disk. Added records stay, whatever comes later. The
+// list refresh is off meanwhile.
 ImportCounts RunImportRows(const ImportRequest& request, const Clock& clock = SystemClock());
 
 // The import of notes: completes each by PrepareImportedNote and leaves out those that the file holds already.

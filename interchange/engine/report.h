@@ -30,9 +30,10 @@ struct ReportRequest {
 };
 
 struct ReportOutcome {
-    FileError error;          // why there is no whole target
-    std::size_t notes = 0;    // written
-    std::size_t skipped = 0;  // could not be read
+    FileError error;            // why there is no whole target
+    std::size_t notes = 0;      // written
+    std::size_t skipped = 0;    // could not be read
+    bool limitReached = false;  // a query stops at kMaxResults notes; there may be more
 };
 
 // Writes the selected notes to `path`, by date. 1, or 0 when the target could not be made whole; `outcome` then tells

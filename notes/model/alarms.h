@@ -25,7 +25,7 @@ struct DueAlarm {
 // the user answered. Whether a check may run at all (refresh switch, an alarm on the screen) is the caller's to know.
 std::optional<DueAlarm> FindDueAlarm(TableFile& file, const Clock& clock = SystemClock());
 
-// Marks the alarm as spent, gives the lock back and flushes. 1, or 0 when it could not be written: the alarm then comes
+// Marks the alarm as spent, flushes and gives the lock back. 1, or 0 when it could not be written: the alarm then comes
 // again.
 int MarkAlarmFired(TableFile& file, DueAlarm& alarm);
 

@@ -1,0 +1,90 @@
+#include "notes/model/note_file.h"
+
+#include <array>
+#include <cerrno>
+
+#include "notes/model/note_record.h"
+#include "notes/model/palette.h"
+#include "platform/base/paths.h"
+#include "platform/base/text.h"
+#include "resources/string_table.h"
+#include "store/table_file.h"
+
+namespace jotlet {
+
+namespace {
+
+constexpr std::uint32_t kNoteFileVersion = 3;
+
+struct ExampleNote {
+    int titleId;
+    int textId;
+    std::uint32_t colour;
+};
+
+constexpr std::array<ExampleNote, 4> kExamples = {{
+    {4018, 4019, kBlue},
+    {4020, 4021, kRed},
+    {4022, 4023, kGreen},
+    {4024, 4025, kYellow},
+}};
+
+}  // namespace
+
+int CreateNoteFile(const std::string& path, WithExamples examples, const Clock& clock, FileError* error)
+{
+    TableHeader header;
+    InitTableHeader(header, "Notes", "Organizer", kNoteFileVersion, GetSuiteIniPath());
+    CategoryBlock categories;
+    InitCategories(categories);
+
+    if (TableFile::Exists(path) == 1) {
+        if (error != nullptr)
+            *error = {FileErrorKind::Busy, "create", path, EEXIST};
+        return 0;
+    }
+    TableFile file(path, {});
+    if (file.Create(header, kHeaderBlockSize, categories, kCategoryBlockSize, kNoteRecordSize) != 1) {
+        if (error != nullptr)
+            *error = file.GetOpenError();
+        return 0;
+    }
+    if (examples == WithExamples::Yes)
+        AddExampleRecords(file, clock);
+    file.Close();
+    return 1;
+}
+
+OpenedTable OpenNoteFile(const std::string& path, std::string_view password, WithExamples examples,
+                         ProgressDisplay* progress, const Clock& clock)
+{
+    if (TableFile::Exists(path) != 1) {
+        FileError error;
+        // Another copy may have made it in between; then that one is opened.
+        if (CreateNoteFile(path, examples, clock, &error) != 1 && TableFile::Exists(path) != 1) {
+            OpenedTable failed;
+            failed.failure = error.kind == FileErrorKind::Permission ? OpenFailure::Permission : OpenFailure::Io;
+            failed.error = error;
+            return failed;
+        }
+    }
+    return OpenTable(path, password, kNoteRecordSize, progress);
+}
+
+void AddExampleRecords(TableFile& file, const Clock& clock)
+{
+    for (const ExampleNote& example : kExamples) {
+        NoteRecord note;
+        InitNoteRecord(file, note, clock);
+        StoreText(note.title, LoadStringResource(example.titleId));
+        StoreText(note.text, LoadStringResource(example.textId));
+        note.colour = example.colour;
+        note.alarmState = kAlarmNone;
+        note.alarmTime = note.time;
+        note.alarmDate = note.date;
+        note.startKind = kStartDocument;
+        file.AddRecord(BytesOf(note));
+    }
+}
+
+}  // namespace jotlet
