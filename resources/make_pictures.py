@@ -37,6 +37,9 @@ SMALL = 24
 # Where a cursor points.
 HOTSPOTS = [("cur_hand1", 10, 1), ("cur_drag_true", 1, 1), ("cur_drag_true_copy", 1, 1), ("cur_drag_stop", 12, 12)]
 
+# What the program hands to the desktop when it makes itself known there.
+FOR_THE_DESKTOP = ("desktop/jotlet.desktop.in", "desktop/jotlet-mime.xml", "pictures/icon_1000.svg", "pictures/icon_1001.svg")
+
 CAPTION_GLYPHS = {
     "close": '<path d="M4.5 4.5L10.5 10.5M10.500 4.500L4.500 10.500" stroke-width="1.800"/>',
     "maximize": '<path d="M3.500 4.500H11.500V11.500H3.500ZM3 5.500H12"/>',
@@ -115,7 +118,9 @@ def main():
     (OUT / "cursors.txt").write_text("".join(f"{name} {x} {y}\n" for name, x, y in HOTSPOTS))
     names = sorted(p.name for p in OUT.iterdir() if p.suffix == ".png") + ["cursors.txt"]
     listing = "".join(f'    <file alias="{name}">pictures/{name}</file>\n' for name in names)
-    (HERE / "pictures.qrc").write_text(f'<RCC>\n  <qresource prefix="/pictures">\n{listing}  </qresource>\n</RCC>\n')
+    desktop = "".join(f'    <file alias="{pathlib.Path(path).name}">{path}</file>\n' for path in FOR_THE_DESKTOP)
+    (HERE / "pictures.qrc").write_text(f'<RCC>\n  <qresource prefix="/pictures">\n{listing}  </qresource>\n'
+                                       f'  <qresource prefix="/desktop">\n{desktop}  </qresource>\n</RCC>\n')
 
 
 if __name__ == "__main__":
