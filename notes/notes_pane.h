@@ -1,15 +1,27 @@
-// NotesPane: the pane in which the user works with notes.
+// The pane named "Work": the board of notes of one file, its filters, and every command on a note.
 //
-// Owns:    its list. Not the file, which the program opens and closes.
+// Each command that changes a note is made for a file that other copies use at the same time: test the role, take the
+// record's lock, read the record anew, work, write, give the lock back, flush, refresh. What the screen shows follows
+// from the refresh alone; no note is kept in memory.
+//
+// Owns: its children and the query. Not the file, which the program's module keeps open.
 #pragma once
 
-#include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "notes/category_menu.h"
+#include "notes/marlin_class_wnd_bin.h"
+#include "notes/notes_list.h"
+#include "platform/base/calendar.h"
 #include "store/record_query.h"
+#include "store/table_file.h"
+#include "toolkit/marli_mini_calendar.h"
+#include "toolkit/marlin_class_to_do_priority.h"
 #include "toolkit/marlin_pane.h"
-#include "toolkit/marlin_wnd_list_view.h"
+#include "toolkit/tabs_wnd.h"
 
 namespace jotlet {
 
@@ -18,19 +30,93 @@ public:
     NotesPane(const PaneColours& colours, std::string name);
     ~NotesPane() override;
 
-    MarlinWndListView& GetList() { return *list; }
-    // The selected note's `uniqueId`, 0 when none is selected.
+    NotesList& GetList() { return *list; }
+    TTabsWnd& GetTabs() { return *tabs; }
+    MarliMiniCalendar& GetCalendar() { return *calendar; }
+    MarlinClassToDoPriority& GetLetterBar() { return *letterBar; }
+    MarlinClassWndBin& GetBin() { return *bin; }
+    CategoryMenu& GetCategoryMenu() { return *categoryMenu; }
+    TableFile* GetFile() const { return file; }
+    const DateValue& GetPaneDate() const { return paneDate; }
+    const std::string& GetCategoryFilter() const { return categoryFilter; }
+    // The `uniqueId` of the selected note; 0 when none is selected or it can no longer be read.
     std::uint64_t SelectedId() const;
 
-    int OnFileOpened(TableFile* file) override;
-    int OnEntered() override;
+    // Runs the query anew for the tab, the date and the category, and shows its result.
+    void Refresh(TableFile* newFile);
+
+    // Commands of later windows, hooked in by who knows them. Null: the command does nothing.
+    std::function<void(NotesPane&)> internetEvents;
+
     MessageParam OnCreate(WndMessage& record) override;
-    MessageParam OnSize(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
+    MessageParam OnSize(WndMessage& record) override;
+    int OnEntered() override;
+    int OnFileOpened(TableFile* newFile) override;
+    void CollectTabStops(TabStops& stops) override;
+
+    // Control ids.
+    static constexpr int kListId = 100;
+    static constexpr int kCalendarId = 102;
+    static constexpr int kTabsId = 103;
+    static constexpr int kBinId = 107;
+    static constexpr int kLetterBarId = 108;
+    static constexpr int kFirstCategoryId = 500;
+    static constexpr int kLastCategoryId = 530;
+    // Values of the tabs.
+    static constexpr int kTitleTab = 0;
+    static constexpr int kDateTab = 1;
 
 private:
-    std::unique_ptr<MarlinWndListView> list;
+    // What the user asked for (note_commands.cpp).
+    void NewNote();
+    void EditNote();
+    void DeleteNote();
+    void CutNote();
+    void CopyNote();
+    void PasteNote();
+    void UndoDelete();
+    void OpenAttachment();
+    void FindNotes();
+    int DropOnBin();
+    void DropOnDay(const DateValue& day);
+    void DropCopyOnDay(const DateValue& day);
+
+    // Their steps.
+    struct Held;
+    enum class WhenLocked { Tell, Stay };
+    bool RefuseReader();
+    std::optional<RecordAddress> SelectedAddress() const;
+    std::optional<Held> HoldSelected(WhenLocked whenLocked);
+    bool RemoveNote(Held& held);
+    bool TellSaved(int result);
+    DateValue DateForNewNote() const;
+    bool OnDateTab() const;
+    void FocusList();
+
+    // Notifications of the children.
+    MessageParam OnListNotification(int code, int item);
+    MessageParam OnCalendarNotification(int code, const DateValue& date);
+    MessageParam OnBinCommand(MessageParam what);
+    void OnTabChanged(int value);
+    void OnLetter(int letter);
+    void OnCategory(const char* text);
+    void OnMoveToDay(bool copy);
+    void ChooseDay(const DateValue& day);
+    void OpenPopup(int item);
+    int FindByLetter(int letter) const;
+    bool SelectedHasAttachment() const;
+
+    std::unique_ptr<RecordQuery> query;
     TableFile* file = nullptr;
+    std::unique_ptr<NotesList> list;
+    std::unique_ptr<CategoryMenu> categoryMenu;
+    std::unique_ptr<MarlinClassToDoPriority> letterBar;
+    std::unique_ptr<MarliMiniCalendar> calendar;
+    std::unique_ptr<TTabsWnd> tabs;
+    std::unique_ptr<MarlinClassWndBin> bin;
+    DateValue paneDate;
+    std::string categoryFilter;  // empty: all
 };
 
 }  // namespace jotlet

@@ -1,0 +1,80 @@
+#include "notes/attachment_dialog.h"
+
+#include <utility>
+
+#include "platform/base/text.h"
+#include "platform/desktop/file_dialog.h"
+#include "platform/desktop/message_box.h"
+#include "skin/window_helpers.h"
+
+namespace jotlet {
+namespace {
+
+constexpr int kDocumentRadio = 100;
+constexpr int kUrlRadio = 101;
+constexpr int kPathEdit = 102;
+constexpr int kBrowseButton = 103;
+constexpr int kOpenButton = 104;
+constexpr int kPathLimit = 260;
+
+}  // namespace
+
+AttachmentDialog::AttachmentDialog(Attachment initial) : attachment(std::move(initial)) {}
+
+MessageParam AttachmentDialog::OnInitDialog(WndMessage&)
+{
+    LimitItemText(window, kPathEdit, kPathLimit);
+    CheckItem(window, attachment.kind == kAttachmentUrl ? kUrlRadio : kDocumentRadio, true);
+    SetItemText(kPathEdit, attachment.path);
+    CentreOverParent();
+    FocusItem(window, kPathEdit);
+    return 0;
+}
+
+MessageParam AttachmentDialog::OnCommand(WndMessage& record)
+{
+    switch (LowWord(record.wParam)) {
+        case kIdOk:
+            return OnOk();
+        case kBrowseButton:
+            return OnBrowse();
+        case kOpenButton:
+            return OnOpen();
+        default:
+            return MarlinDialog::OnCommand(record);
+    }
+}
+
+MessageParam AttachmentDialog::OnOk()
+{
+    attachment.path = CutText(GetItemText(kPathEdit), kPathLimit - 1);
+    if (attachment.path.empty())
+        attachment.kind = kAttachmentNone;
+    else
+        attachment.kind = Checked(kDocumentRadio) ? kAttachmentDocument : kAttachmentUrl;
+    EndDialog(1);
+    return 1;
+}
+
+MessageParam AttachmentDialog::OnBrowse()
+{
+    FileDialogRequest request;
+    request.title = "Attach";
+    request.filter = "(*.*)|*.*||";
+    request.extension = "*.*";
+    if (const auto chosen = RunFileDialog(window, request))
+        SetItemText(kPathEdit, *chosen);
+    return 1;
+}
+
+MessageParam AttachmentDialog::OnOpen()
+{
+    const std::string target = GetItemText(kPathEdit);
+    if (target.empty())
+        Beep();
+    else
+        OpenDocument(target);
+    return 1;
+}
+
+}  // namespace jotlet

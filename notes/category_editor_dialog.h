@@ -1,0 +1,43 @@
+// Names of categories: added and removed in a list, written to the file's category block by OK.
+#pragma once
+
+#include <string>
+
+#include "toolkit/marlin_dialog.h"
+
+namespace jotlet {
+
+class TableFile;
+
+inline constexpr int kCategoryEditorDialogId = 1018;
+inline constexpr int kNewCategoryDialogId = 1019;
+
+class CategoryEditorDialog : public MarlinDialog {
+public:
+    explicit CategoryEditorDialog(TableFile* file);
+
+    MessageParam OnInitDialog(WndMessage& record) override;
+    MessageParam OnCommand(WndMessage& record) override;
+
+private:
+    void OnNew();
+    void OnDelete();
+    void OnOk();
+    bool Save();
+
+    TableFile* file;
+};
+
+// Asks for one name, at most 29 bytes; in `name` when DoModal gave 1.
+class NewCategoryDialog : public MarlinDialog {
+public:
+    explicit NewCategoryDialog(std::string& name);
+
+    MessageParam OnInitDialog(WndMessage& record) override;
+    MessageParam OnCommand(WndMessage& record) override;
+
+private:
+    std::string& name;
+};
+
+}  // namespace jotlet

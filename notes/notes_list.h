@@ -1,0 +1,18 @@
+// The board: notes as coloured cells.
+#pragma once
+
+#include "toolkit/marlin_wnd_list_view.h"
+
+namespace jotlet {
+
+class NotesList : public MarlinWndListView {
+public:
+    using MarlinWndListView::MarlinWndListView;
+
+    void DrawRecordItem(TableFile& file, RecordQuery& query, DeviceContext& dc, Colour background, int index, int state,
+                        const Rect& cell) override;
+    std::string ItemName(int index) override;
+    std::string ListName() override { return "Notes"; }
+};
+
+}  // namespace jotlet
