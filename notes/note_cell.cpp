@@ -76,7 +76,7 @@ void DrawNoteCell(DeviceContext& dc, const NoteRecord& note, Colour background, 
     DrawMark(dc, note.colour & 0xFFFFFF, background, inside);
 
     inside.top += kMarkHeight;
-    const std::uint32_t ellipsis = look.titleEllipsis ? kTextEndEllipsis : 0;
+    const std::uint32_t ellipsis = look.titleEllipsis ? std::uint32_t{kTextEndEllipsis} : 0;
     dc.DrawText({inside.left, inside.top, inside.right, inside.top + look.titleHeight}, FieldText(note.title),
                 *look.font, kTitleColour, kTextCentre | kTextSingleLine | kTextNoPrefix | ellipsis);
     inside.top += look.titleHeight;

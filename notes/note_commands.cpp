@@ -7,6 +7,7 @@
 #include "notes/note_command_ids.h"
 #include "notes/note_editor_dialog.h"
 #include "notes/notes_pane.h"
+#include "notes/record_hold.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "skin/sound.h"
@@ -36,34 +37,7 @@ bool IdIsLive(TableFile& file, std::uint64_t id)
     return file.RunQuery(query) == 1 && query.resultCount > 0;
 }
 
-std::string SaveProblem(TableFile& file, int result)
-{
-    if (result == kRefusedByRole)
-        return std::string(LoadStringResource(kNoPermissionString));
-    return "The note could not be written to\r\n\"" + file.Path() +
-           "\".\r\nCheck that the disk isn't full and the file can be reached, then try again. Nothing that you typed "
-           "is "
-           "lost.";
-}
-
 }  // namespace
-
-// The selected note, locked for this copy and read under the lock. Gives the lock back at its end.
-struct NotesPane::Held {
-    Held(TableFile& heldFile, RecordAddress heldAddress) : file(&heldFile), address(heldAddress) {}
-    Held(Held&& other) noexcept : file(std::exchange(other.file, nullptr)), address(other.address), note(other.note) {}
-    Held& operator=(Held&&) = delete;
-    ~Held() { GiveBack(); }
-    void GiveBack()
-    {
-        if (file)
-            std::exchange(file, nullptr)->UnlockRecord(address);
-    }
-
-    TableFile* file;
-    RecordAddress address;
-    NoteRecord note{};
-};
 
 bool NotesPane::RefuseReader()
 {
@@ -82,22 +56,21 @@ std::optional<RecordAddress> NotesPane::SelectedAddress() const
 }
 
 // Nothing when no note is selected, somebody else holds it, or it is hidden from this user now.
-std::optional<NotesPane::Held> NotesPane::HoldSelected(WhenLocked whenLocked)
+std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked)
 {
     const auto address = SelectedAddress();
     if (!address)
-        return std::nullopt;
-    if (file->LockRecord(*address) != 1) {
+        return nullptr;
+    auto held = std::make_unique<RecordHold>(*file, *address);
+    if (!held->Taken()) {
         if (whenLocked == WhenLocked::Tell)
             ShowMessage(MainWindow(), kBeingEditedString);
-        return std::nullopt;
+        return nullptr;
     }
-    Held held(*file, *address);
-    if (file->ReadRecord(BytesOf(held.note), *address) != 1 ||
-        (held.note.confidential != 0 && !SeesConfidential(file->GetRole()))) {
-        held.GiveBack();
+    if (!held->Read()) {
+        held->GiveBack();
         list->RefreshNow();
-        return std::nullopt;
+        return nullptr;
     }
     return held;
 }
@@ -156,26 +129,15 @@ void NotesPane::EditNote()
         FocusList();
         return;
     }
-    bool asked = false;
-    NoteEditorDialog editor(file, note, paneDate, kEditExisting);
-    editor.SetSave([&]() -> std::string {
-        if (IsGroupEvent(note) && !std::exchange(asked, true) && AskYesNo(MainWindow(), kAskNotifyString))
-            NotifyEvent(file->Path(), note, kNotifyChange);
-        const int written = file->WriteRecord(BytesOf(note), held->address);
-        return written == 1 ? std::string() : SaveProblem(*file, written);
-    });
-    const bool saved = editor.DoModal(this, kNoteEditorDialogId) == 1;
-    if (saved)
-        PlaySoundFile("add.wav");
-    held->GiveBack();
-    if (saved)
+    // The note moves to the day last chosen, whatever tab is showing.
+    if (EditHeldNote(*this, *held, paneDate))
         file->Flush();
     list->RefreshAndSelect(BytesOf(note));
     FocusList();
 }
 
 // A group event whose participants are told stays in the file, frozen, unless nobody had heard of it.
-bool NotesPane::RemoveNote(Held& held)
+bool NotesPane::RemoveNote(RecordHold& held)
 {
     NoteRecord& note = held.note;
     if (IsGroupEvent(note)) {
@@ -323,6 +285,7 @@ void NotesPane::DropOnDay(const DateValue& day)
         if (TellSaved(file->WriteRecord(BytesOf(held->note), held->address))) {
             PlaySoundFile("move.wav");
             held->GiveBack();
+            file->Flush();
             ChooseDay(day);
             list->SelectRecord(held->note.uniqueId);
         }
@@ -352,6 +315,7 @@ void NotesPane::DropCopyOnDay(const DateValue& day)
         if (stored) {
             PlaySoundFile("add.wav");
             held->GiveBack();
+            file->Flush();
             ChooseDay(day);
             list->SelectRecord(copy.uniqueId);
         }
@@ -367,7 +331,7 @@ void NotesPane::OnMoveToDay(bool copy)
     if (!address || file->ReadField(BytesOf(day), {kDateOffset, kDateSize}, *address) != 1)
         return;
     DateDialog dialog(day.day, day.month, day.year, &day);
-    if (dialog.DoModal(this, kDateDialogId) != 1)
+    if (dialog.DoModal(this, DateDialog::kTemplate) != 1)
         FocusList();
     else if (copy)
         DropCopyOnDay(day);

@@ -231,9 +231,9 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
 
 MessageParam NotesPane::OnListNotification(int code, int item)
 {
-    if (code == kListDoubleClicked)
+    if (code == kListItemDoubleClicked)
         Post(kWmCommand, item >= 0 ? kCommandEditNote : kCommandNewNote, 0);
-    else if (code == kListRightClicked)
+    else if (code == kListItemRightClicked)
         OpenPopup(item);
     return 0;
 }

@@ -25,6 +25,8 @@
 
 namespace jotlet {
 
+class RecordHold;
+
 class NotesPane : public MarlinPane {
 public:
     NotesPane(const PaneColours& colours, std::string name);
@@ -83,12 +85,11 @@ private:
     void DropCopyOnDay(const DateValue& day);
 
     // Their steps.
-    struct Held;
     enum class WhenLocked { Tell, Stay };
     bool RefuseReader();
     std::optional<RecordAddress> SelectedAddress() const;
-    std::optional<Held> HoldSelected(WhenLocked whenLocked);
-    bool RemoveNote(Held& held);
+    std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked);
+    bool RemoveNote(RecordHold& held);
     bool TellSaved(int result);
     DateValue DateForNewNote() const;
     bool OnDateTab() const;

@@ -3,10 +3,69 @@
 #include "resources/dialogs/dialogs.h"
 
 namespace jotlet {
+namespace {
+
+DialogTemplate Alarm()
+{
+    return {2001,
+            "Alarm",
+            20,
+            20,
+            222,
+            158,
+            0,
+            {
+                {ControlKind::Radio, 120, "&Set Alarm", 7, 7, 70, 10, kControlGroup},
+                {ControlKind::Radio, 121, "&Cancel Alarm", 7, 20, 70, 10},
+                {ControlKind::Text, -1, "Alarm Date", 7, 38, 60, 8, kControlGroup},
+                {ControlKind::Push, 100, "", 7, 48, 66, 14},
+                {ControlKind::Text, -1, "Alarm Time", 80, 38, 60, 8},
+                {ControlKind::Push, 101, "", 80, 48, 66, 14},
+                {ControlKind::Group, -1, "Tone", 7, 67, 208, 36},
+                {ControlKind::Text, -1, "&Tone file", 13, 77, 60, 8},
+                {ControlKind::Edit, 103, "", 13, 86, 104, 12},
+                {ControlKind::Push, 104, "&Play", 122, 85, 42, 14},
+                {ControlKind::Push, 105, "&Browse", 167, 85, 42, 14},
+                {ControlKind::Group, -1, "Start", 7, 106, 208, 46},
+                {ControlKind::Radio, 110, "&E-mail", 13, 117, 50, 10, kControlGroup},
+                {ControlKind::Radio, 111, "&URL", 68, 117, 40, 10},
+                {ControlKind::Radio, 112, "&Document/App", 113, 117, 70, 10},
+                {ControlKind::Edit, 106, "", 13, 132, 149, 12, kControlGroup},
+                {ControlKind::Push, 107, "B&rowse", 167, 131, 42, 14},
+                {ControlKind::DefaultPush, 1, "OK", 170, 7, 45, 14},
+                {ControlKind::Push, 2, "Cancel", 170, 25, 45, 14},
+            }};
+}
+
+DialogTemplate AlarmFired()
+{
+    return {2005,
+            "Alarm",
+            20,
+            20,
+            222,
+            164,
+            0,
+            {
+                {ControlKind::Icon, -1, "1000", 7, 7, 16, 16},
+                {ControlKind::Text, -1, "Alarm Date", 34, 7, 46, 8},
+                {ControlKind::Text, 100, "", 82, 7, 76, 8},
+                {ControlKind::Text, -1, "Alarm Time", 34, 19, 46, 8},
+                {ControlKind::Text, 101, "", 82, 19, 76, 8},
+                {ControlKind::Text, -1, "&Description", 7, 35, 80, 8},
+                {ControlKind::Edit, 103, "", 7, 45, 208, 72, kControlMultiLine | kControlReadOnly | kControlScroll},
+                {ControlKind::Check, 105, "&Start", 7, 123, 60, 10},
+                {ControlKind::Text, 104, "", 17, 135, 198, 25},
+                {ControlKind::DefaultPush, 1, "OK", 170, 7, 45, 14},
+                {ControlKind::Push, 2, "Cancel", 170, 25, 45, 14},
+            }};
+}
+
+}  // namespace
 
 std::span<const DialogTemplate> AlarmDialogs()
 {
-    static const std::vector<DialogTemplate> dialogs = {};
+    static const std::vector<DialogTemplate> dialogs = {Alarm(), AlarmFired()};
     return dialogs;
 }
 

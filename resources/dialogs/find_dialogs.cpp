@@ -3,10 +3,34 @@
 #include "resources/dialogs/dialogs.h"
 
 namespace jotlet {
+namespace {
+
+DialogTemplate Find()
+{
+    return {2006,
+            "Find",
+            20,
+            20,
+            191,
+            199,
+            0,
+            {
+                {ControlKind::Text, -1, "F&ind", 4, 27, 60, 8},
+                {ControlKind::Edit, 103, "", 4, 36, 130, 12, kControlLowerCase},
+                {ControlKind::DefaultPush, 1, "&Find", 141, 4, 46, 14},
+                {ControlKind::Push, 104, "&Go to", 141, 20, 46, 14},
+                {ControlKind::Push, 2, "&Done", 141, 36, 46, 14},
+                {ControlKind::Group, -1, "Category", 4, 2, 130, 22},
+                {ControlKind::Text, 200, "All Categories", 10, 12, 118, 8},
+                {ControlKind::Picture, -1, "2022", 4, 50, 183, 8},
+            }};
+}
+
+}  // namespace
 
 std::span<const DialogTemplate> FindDialogs()
 {
-    static const std::vector<DialogTemplate> dialogs = {};
+    static const std::vector<DialogTemplate> dialogs = {Find()};
     return dialogs;
 }
 

@@ -1,0 +1,179 @@
+#include "notes/alarm_dialog.h"
+
+#include <array>
+
+#include "notes/note_editor_dialog.h"
+#include "platform/base/text.h"
+#include "platform/desktop/file_dialog.h"
+#include "platform/desktop/message_box.h"
+#include "platform/desktop/shell.h"
+#include "toolkit/date_dialog.h"
+#include "toolkit/time_dialog.h"
+
+namespace jotlet {
+namespace {
+
+constexpr int kDateButton = 100;
+constexpr int kTimeButton = 101;
+constexpr int kToneEdit = 103;
+constexpr int kPlayButton = 104;
+constexpr int kBrowseToneButton = 105;
+constexpr int kTargetEdit = 106;
+constexpr int kBrowseTargetButton = 107;
+constexpr int kFirstStartRadio = 110;  // e-mail, URL, document: startKind 1 to 3
+constexpr int kSetRadio = 120;
+constexpr int kCancelRadio = 121;
+constexpr int kPathLimit = 260;
+
+constexpr std::array kAlarmControls = {kDateButton,          kTimeButton,         kToneEdit,           kPlayButton,
+                                       kBrowseToneButton,    kTargetEdit,         kBrowseTargetButton, kFirstStartRadio,
+                                       kFirstStartRadio + 1, kFirstStartRadio + 2};
+
+}  // namespace
+
+AlarmDialog::AlarmDialog(NoteRecord& record, int mode) : record(record), mode(mode) {}
+
+MessageParam AlarmDialog::OnInitDialog(WndMessage&)
+{
+    if (mode == kEditNew) {
+        record.alarmDate = record.date;
+        record.alarmTime = record.time;
+    }
+    LimitItemText(window, kToneEdit, kPathLimit);
+    LimitItemText(window, kTargetEdit, kPathLimit);
+    ShowMoment();
+    SetItemText(kToneEdit, FieldText(record.toneFile));
+    SetItemText(kTargetEdit, FieldText(record.startTarget));
+    if (record.startKind >= kStartEmail && record.startKind <= kStartDocument)
+        CheckItem(window, kFirstStartRadio + record.startKind - kStartEmail, true);
+    const bool set = record.alarmState == kAlarmSet;
+    CheckItem(window, set ? kSetRadio : kCancelRadio, true);
+    EnableControls(set);
+    CentreOverParent();
+    FocusItem(window, set ? kToneEdit : kCancelRadio);
+    return 0;
+}
+
+void AlarmDialog::ShowMoment()
+{
+    std::string text;
+    FormatDateValue(text, record.alarmDate);
+    SetItemText(kDateButton, text);
+    const TimeValue time = record.alarmTime;
+    FormatTime(text, time.hour, time.minute, time.halfDay);
+    SetItemText(kTimeButton, text);
+}
+
+void AlarmDialog::EnableControls(bool enabled)
+{
+    for (const int id : kAlarmControls)
+        Enable(id, enabled);
+}
+
+MessageParam AlarmDialog::OnCommand(WndMessage& message)
+{
+    switch (LowWord(message.wParam)) {
+        case kSetRadio:
+        case kCancelRadio:
+            EnableControls(Checked(kSetRadio));
+            return 1;
+        case kDateButton:
+            PickDate();
+            return 1;
+        case kTimeButton:
+            PickTime();
+            return 1;
+        case kBrowseToneButton:
+            BrowseTone();
+            return 1;
+        case kPlayButton:
+            PlayTone();
+            return 1;
+        case kBrowseTargetButton:
+            BrowseTarget();
+            return 1;
+        case kIdOk:
+            OnOk();
+            return 1;
+        default:
+            return MarlinDialog::OnCommand(message);
+    }
+}
+
+void AlarmDialog::PickDate()
+{
+    DateValue date = record.alarmDate;
+    const Rect button = ItemRect(window, kDateButton);
+    const Point corner = ClientToScreen(window, {button.left, button.bottom});
+    DateDialog dialog(date.day, date.month, date.year, &date);
+    dialog.SetPosition(corner.x, corner.y);
+    dialog.SetZoom(1);
+    if (dialog.DoModal(this, DateDialog::kTemplate) == 1) {
+        record.alarmDate = date;
+        ShowMoment();
+    }
+    FocusItem(window, kToneEdit);
+}
+
+void AlarmDialog::PickTime()
+{
+    const TimeValue present = record.alarmTime;
+    TimeValue from = present;
+    TimeValue to = present;
+    const Rect button = ItemRect(window, kTimeButton);
+    const Point corner = ClientToScreen(window, {button.left, button.bottom});
+    TimeDialog dialog(present, present, &from, &to);
+    dialog.SetSingleTime();
+    dialog.SetPosition(corner.x, corner.y);
+    dialog.SetZoom(1);
+    if (dialog.DoModal(this, TimeDialog::kTemplate) == 1) {
+        record.alarmTime = to;
+        ShowMoment();
+    }
+    FocusItem(window, kToneEdit);
+}
+
+void AlarmDialog::BrowseTone()
+{
+    FileDialogRequest request;
+    request.title = "Tone file";
+    request.filter = "Alarm file(*.wav)|*.wav||";
+    request.extension = "wav";
+    if (const auto chosen = RunFileDialog(window, request))
+        SetItemText(kToneEdit, *chosen);
+}
+
+void AlarmDialog::PlayTone()
+{
+    const std::string tone = GetItemText(kToneEdit);
+    if (tone.empty())
+        Beep();
+    else
+        PlayWave(tone);
+}
+
+void AlarmDialog::BrowseTarget()
+{
+    FileDialogRequest request;
+    request.title = "Start";
+    request.filter = "(*.*)|*.*||";
+    request.extension = "*.*";
+    if (const auto chosen = RunFileDialog(window, request))
+        SetItemText(kTargetEdit, *chosen);
+}
+
+void AlarmDialog::OnOk()
+{
+    StoreText(record.toneFile, GetItemText(kToneEdit));
+    StoreText(record.startTarget, GetItemText(kTargetEdit));
+    for (int kind = kStartEmail; kind <= kStartDocument; ++kind) {
+        if (Checked(kFirstStartRadio + kind - kStartEmail)) {
+            record.startKind = static_cast<std::uint8_t>(kind);
+            break;
+        }
+    }
+    record.alarmState = Checked(kSetRadio) ? kAlarmSet : kAlarmNone;
+    EndDialog(1);
+}
+
+}  // namespace jotlet

@@ -1,0 +1,62 @@
+#include "notes/alarm_fired_dialog.h"
+
+#include "platform/base/text.h"
+#include "platform/desktop/shell.h"
+#include "skin/window_helpers.h"
+#include "toolkit/main_window.h"
+
+namespace jotlet {
+namespace {
+
+constexpr int kDateText = 100;
+constexpr int kTimeText = 101;
+constexpr int kDescriptionEdit = 103;
+constexpr int kTargetText = 104;
+constexpr int kStartBox = 105;
+
+}  // namespace
+
+AlarmFiredDialog::AlarmFiredDialog(const NoteRecord& note) : note(note) {}
+
+MessageParam AlarmFiredDialog::OnInitDialog(WndMessage&)
+{
+    std::string text;
+    FormatDateValue(text, note.alarmDate);
+    SetItemText(kDateText, text);
+    const TimeValue time = note.alarmTime;
+    FormatTime(text, time.hour, time.minute, time.halfDay);
+    SetItemText(kTimeText, text);
+    SetItemText(kDescriptionEdit, FieldText(note.text));
+    // The whole target is shown before anything starts: in a shared file it may be somebody else's.
+    const std::string_view target = FieldText(note.startTarget);
+    SetItemText(kTargetText, target);
+    CheckItem(window, kStartBox, !target.empty());
+    Enable(kStartBox, !target.empty());
+    if (const std::string_view tone = FieldText(note.toneFile); !tone.empty())
+        PlayWave(tone);
+    CentreOverParent();
+    FocusItem(window, kDescriptionEdit);
+    BringToForeground(MainWindow());
+    return 0;
+}
+
+MessageParam AlarmFiredDialog::OnCommand(WndMessage& record)
+{
+    if (LowWord(record.wParam) != kIdOk)
+        return MarlinDialog::OnCommand(record);
+    if (Checked(kStartBox))
+        Start();
+    EndDialog(1);
+    return 1;
+}
+
+void AlarmFiredDialog::Start() const
+{
+    const std::string target(FieldText(note.startTarget));
+    if (note.startKind == kStartEmail)
+        OpenMail(target);
+    else
+        OpenDocument(target);
+}
+
+}  // namespace jotlet

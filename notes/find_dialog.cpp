@@ -1,0 +1,233 @@
+#include "notes/find_dialog.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "net/core/outbox.h"
+#include "notes/note_cell.h"
+#include "notes/note_command_ids.h"
+#include "notes/note_editor_dialog.h"
+#include "notes/record_hold.h"
+#include "platform/base/text.h"
+#include "platform/desktop/cursor.h"
+#include "platform/desktop/message_box.h"
+#include "platform/desktop/system_metrics.h"
+#include "skin/drawing.h"
+#include "skin/fonts.h"
+#include "skin/sound.h"
+#include "skin/window_helpers.h"
+#include "store/table_file.h"
+
+namespace jotlet {
+namespace {
+
+constexpr int kTermEdit = 103;
+constexpr int kGoToButton = 104;
+constexpr int kCategoryText = 200;
+constexpr int kHitList = 500;
+constexpr int kTermLimit = 500;
+
+constexpr int kHitHeight = 72;
+constexpr int kHitsPerRow = 3;
+constexpr Colour kWhite = 0xFFFFFF;
+constexpr Colour kBlack = 0x000000;
+constexpr Colour kCategoryColour = 0x0000FF;
+
+Colour ScrollColour()
+{
+    return Darken(SystemColour(kSysColourButtonFace), 25);
+}
+
+}  // namespace
+
+OccurrencesList::OccurrencesList()
+    : MarlinWndListView(kHitList, 0, kHitHeight, kHitsPerRow, kWhite, kWhite, kScrollBarLeft, ScrollColour(),
+                        ScrollColour())
+{
+}
+
+void OccurrencesList::DrawRecordItem(TableFile& noteFile, RecordQuery& hits, DeviceContext& dc, Colour background,
+                                     int index, int state, const Rect& cell)
+{
+    if (state == kListEmpty) {
+        dc.DrawText(cell, "No matching date has been found!", SmallFont(400), kBlack, kTextSingleLine | kTextNoPrefix);
+        return;
+    }
+    if (state == kItemSelected)
+        DrawSelectionFrame(dc, cell, background);
+    const NoteCellLook look{.font = &SmallFont(400),
+                            .titleEllipsis = false,
+                            .titleHeight = 12,
+                            .attachmentIcon = false,
+                            .categoryColour = kCategoryColour,
+                            .goneText = "Record is deleted by other user.",
+                            .found = term};
+    NoteRecord note;
+    if (noteFile.ReadRecord(BytesOf(note), hits.Results()[static_cast<std::size_t>(index)]) == 1)
+        DrawNoteCell(dc, note, background, cell, look);
+    else
+        DrawGoneCell(dc, cell, look);
+}
+
+std::string OccurrencesList::ItemName(int index)
+{
+    NoteRecord note;
+    if (!file || !query || index < 0 || index >= query->resultCount ||
+        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        return "Record is deleted by other user.";
+    return DecodeForDisplay(FieldText(note.title));
+}
+
+FindDialog::FindDialog(TableFile* file, std::string_view categoryFilter)
+    : list(std::make_unique<OccurrencesList>()), file(file), categoryFilter(categoryFilter)
+{
+}
+
+FindDialog::~FindDialog() = default;
+
+MessageParam FindDialog::OnInitDialog(WndMessage&)
+{
+    list->Create(this, kStyleDefault | kStyleTabStop);
+    PlaceList();
+    Enable(kIdOk, false);
+    Enable(kGoToButton, false);
+    LimitItemText(window, kTermEdit, kTermLimit);
+    if (!categoryFilter.empty())
+        SetItemText(kCategoryText, categoryFilter);
+    CentreOverParent();
+    FocusItem(window, kTermEdit);
+    return 0;
+}
+
+void FindDialog::PlaceList()
+{
+    const Rect client = GetClientArea();
+    const int top = ItemRect(window, kTermEdit).bottom + 20;
+    list->Move(4, top, client.Width() - 10, client.bottom - 5 - top, 1);
+}
+
+MessageParam FindDialog::OnCommand(WndMessage& record)
+{
+    switch (LowWord(record.wParam)) {
+        case kTermEdit:
+            Enable(kIdOk, !GetItemText(kTermEdit).empty());
+            return 1;
+        case kIdOk:
+            Search();
+            return 1;
+        case kGoToButton:
+            GoTo();
+            return 1;
+        case kIdCancel:
+            EndDialog(0);
+            return 1;
+        case kHitList:
+            return OnListNotification(HighWord(record.wParam), static_cast<int>(record.lParam), record.lParam);
+        default:
+            return MarlinDialog::OnCommand(record);
+    }
+}
+
+void FindDialog::Search()
+{
+    const std::string term(CutText(GetItemText(kTermEdit), kTermLimit - 1));
+    if (!query)
+        query = std::make_unique<RecordQuery>();
+    ShowWaitCursor();
+    list->SetSource(nullptr, nullptr);
+    query->Reset();
+    query->PrepareResults();
+    query->AddTextTerm(kTitleOffset, kTitleSize, TermKind::Contains, term, Connective::Or);
+    query->AddTextTerm(kTextOffset, kTextSize, TermKind::Contains, term, Connective::Or);
+    if (!categoryFilter.empty()) {
+        // Twice: neighbours are tied in pairs, and only a pair of And terms makes the category a condition of its own.
+        for (int i = 0; i < 2; ++i)
+            query->AddTextTerm(kCategoryOffset, kCategorySize, TermKind::Equal, categoryFilter, Connective::And);
+    }
+    file->RunQuery(*query);
+    query->Sort(*file, kDateOffset, kDateSize, CompareDates);
+    list->term = term;
+    list->SetSource(file, query.get());
+    list->SetCount(query->resultCount);
+    RestoreCursor();
+
+    selected = -1;
+    SetWindowTitle(window, "Occurrences " + std::to_string(query->resultCount));
+    Enable(kGoToButton, false);
+    FocusList();
+}
+
+MessageParam FindDialog::OnListNotification(int code, int index, MessageParam lParam)
+{
+    switch (code) {
+        case kListItemPressed:
+            if (index >= 0) {
+                selected = index;
+                Enable(kGoToButton, true);
+            }
+            return 1;
+        case kListItemDoubleClicked:
+            OpenHit();
+            return 1;
+        case kListReloaded:
+            // The stored index may mean another note now.
+            if (lParam == kReloaded || lParam == kReloadedAsked) {
+                selected = list->GetSelected();
+                Enable(kGoToButton, selected >= 0);
+            }
+            return 1;
+        default:
+            return 0;
+    }
+}
+
+void FindDialog::OpenHit()
+{
+    if (!MayChange(file->GetRole())) {
+        ShowMessage(window, kNoPermissionString);
+        return;
+    }
+    const int index = list->GetSelected();
+    if (!query || index < 0 || index >= query->resultCount) {
+        FocusList();
+        return;
+    }
+    RecordHold hold(*file, query->Results()[static_cast<std::size_t>(index)]);
+    if (!hold.Taken()) {
+        ShowMessage(window, kBeingEditedString);
+        return;
+    }
+    NoteRecord& note = hold.note;
+    if (!hold.Read() || note.eventState == kEventWithdrawn) {
+        const bool frozen = note.eventState == kEventWithdrawn;
+        hold.GiveBack();
+        FocusList();
+        if (frozen)
+            Beep();
+        else
+            list->RefreshNow();
+        return;
+    }
+    if (EditHeldNote(*this, hold, note.date))
+        file->Flush();
+    list->RefreshAndSelect(BytesOf(note));
+    FocusList();
+}
+
+void FindDialog::GoTo()
+{
+    if (!query || selected < 0 || selected >= query->resultCount)
+        return;
+    // A note deleted meanwhile is delivered all the same; the board then has nothing to select.
+    file->ReadRecord(BytesOf(found), query->Results()[static_cast<std::size_t>(selected)]);
+    list->SetSource(nullptr, nullptr);
+    query.reset();
+    EndDialog(1);
+}
+
+void FindDialog::FocusList()
+{
+    FocusWindow(list->Grid().window);
+}
+
+}  // namespace jotlet
