@@ -26,7 +26,7 @@ void MakeOrdinary(NoteRecord& note)
     note.locked = 0;
     note.eventState = kEventNone;
     note.reserved547 = 0;
-    note.eventStatus = kEventNotAnnounced;
+    note.eventStatus = kStatusNotAnnounced;
 }
 
 bool IdIsLive(TableFile& file, std::uint64_t id)
