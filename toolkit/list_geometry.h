@@ -27,7 +27,7 @@ struct ListGeometry {
 // The number of items that `rows` stands for.
 int ItemCountOf(double rows, int columns);
 bool IsValidRow(int row, double rows);
-// Nearest valid row: the last one when too large, 0 when negative or when there are none.
+// The row itself where it is valid; else the last whole row, or 0 when there is none.
 int ClampRow(int row, double rows);
 
 }  // namespace jotlet

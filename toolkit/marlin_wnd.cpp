@@ -140,6 +140,10 @@ MessageParam MarlinWnd::Dispatch(WndMessage& record)
         case kWmKillFocus:
             OnFocusChanged(record.message == kWmSetFocus);
             return DefaultHandler(record);
+        case kWmKeyDown:
+            if (record.wParam == kKeyTab && !IsKeyDown(kKeyControl) && MoveFocusByTab(*this, IsKeyDown(kKeyShift)))
+                return 0;
+            break;
         case kWmDescribe:
             Describe(*reinterpret_cast<AccessibleDescription*>(record.lParam));
             return 1;

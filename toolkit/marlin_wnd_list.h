@@ -3,9 +3,14 @@
 // commands 20 (scrolled or clicked, lParam the top row), 21 (press), 22 (double click) and 23 (right release), these
 // with the item, or -1 off the items.
 //
-// The drag: capture the mouse, ask the window under the cursor by command 1020 whether it takes a drop, at release send
-// it 1021 (move) or 1022 (copy, with Ctrl). lParam is a Point* on the screen, valid only during the call.
+// The drag: capture the mouse, ask the window under the cursor whether it takes a drop, and at release tell it to move
+// or, with Ctrl, to copy (toolkit/drag_commands.h). Escape gives it up.
+//
+// Keys: the arrows go item by item, Home and End to the ends, Page Up and Page Down by a screenful; Escape selects
+// nothing; the menu key acts as a right click on the selected item. Only the last tells the parent.
 #pragma once
+
+#include <optional>
 
 #include "toolkit/list_geometry.h"
 #include "toolkit/marlin_wnd.h"
@@ -19,11 +24,6 @@ inline constexpr int kListScrolled = 20;
 inline constexpr int kListItemPressed = 21;
 inline constexpr int kListItemDoubleClicked = 22;
 inline constexpr int kListItemRightClicked = 23;
-
-// Sent to the window under a dragged item.
-inline constexpr int kDragAsk = 1020;  // result 1: a drop would be taken
-inline constexpr int kDragMove = 1021;
-inline constexpr int kDragCopy = 1022;
 
 class MarlinWndList : public MarlinWnd {
 public:
@@ -66,10 +66,13 @@ private:
     void PaintCell(DeviceContext& dc, int index, const Rect& cell);
     void SelectByPointer(int index, int code);
     void SelectByKey(int index);
-    int PageRows() const;
+    std::optional<int> ItemForKey(int key) const;
     void ClearSelection();
-    void UpdateDragCursor(bool copy);
-    void Drop(bool copy);
+    void UpdateDragCursor(Point screen, bool copy);
+    void EndDrag();
+    void Drop(Point screen, bool copy);
+    Point OnScreen(const WndMessage& record) const;
+    void OpenMenuByKey();
     void SetCursorTo(CursorId wanted);
     void PostToOwner(int code, int value);
 

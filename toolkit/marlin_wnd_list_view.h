@@ -76,7 +76,7 @@ public:
     // The cell of an item in screen coordinates, cut to what is on view: where a popup opened by the keyboard goes.
     // Nothing when the item is not on view.
     std::optional<Rect> GetItemRect(int index) const;
-    // True while the notification 23 that is being handled came from the menu key and not from the mouse.
+    // True when the last notification 23 came from the menu key and not from the mouse.
     bool MenuByKey() const { return menuByKey; }
     // Where that popup opens, in screen coordinates: in the item's cell after the menu key, else at the cursor.
     Point PopupPoint(int index) const;
@@ -104,6 +104,8 @@ public:
     // Only on lists with dragging enabled.
     virtual void OnItemRelease(int /*x*/, int /*y*/, int /*index*/, const Rect&) {}
     virtual void OnRecordItemRelease(int, int, TableFile&, RecordQuery&, int, const Rect&) {}
+    // A key moved the selection; the parent is not told of that.
+    virtual void OnKeySelected(int /*index*/) {}
     // What a screen reader says for an item; and for the list itself.
     virtual std::string ItemName(int index);
     virtual std::string ListName() { return {}; }
@@ -130,6 +132,8 @@ private:
     // One list view's turn in a refresh.
     void Refresh(RefreshCause cause);
     static void RefreshAll(RefreshCause cause);
+    // The result's index of the record with this identity, -1 when it is not there.
+    int FindRecord(std::uint64_t uniqueId) const;
 
     // The hooks in the form that fits.
     void Draw(DeviceContext& dc, Colour background, int index, int state, const Rect& rect);
@@ -139,6 +143,7 @@ private:
 
     int scrollSide;
     bool menuByKey = false;
+    bool refreshing = false;
 };
 
 }  // namespace jotlet
