@@ -131,7 +131,7 @@ enum VirtualKey : int {
 inline constexpr std::uint32_t kStyleChild = 0x40000000;
 inline constexpr std::uint32_t kStyleVisible = 0x10000000;
 inline constexpr std::uint32_t kStyleBorder = 0x00800000;
-inline constexpr std::uint32_t kStyleTabStop = 0x00010000;  // child of a dialog: Tab stops at it
+inline constexpr std::uint32_t kStyleTabStop = 0x00010000;                   // child of a dialog: Tab stops at it
 inline constexpr std::uint32_t kStyleDefault = kStyleChild | kStyleVisible;  // 0x50000000
 inline constexpr std::uint32_t kStyleOverlapped = 0x00CF0000;  // top-level frame that paints its own margin
 

@@ -1,0 +1,71 @@
+#include <QFile>
+#include <QGuiApplication>
+#include <QHash>
+
+#include "platform/desktop/qt/bitmap_data.h"
+
+#ifdef JOTLET_PICTURES
+// A static library's resources are registered by name, and the macro must stand outside of any namespace.
+static void RegisterPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
+#else
+static void RegisterPictures() {}
+#endif
+
+namespace jotlet {
+
+namespace {
+
+QImage Load(const QString& path)
+{
+    static const bool registered = (RegisterPictures(), true);
+    if (!registered || !QFile::exists(path))
+        return {};
+    const QImage image(path);
+    return image.isNull() ? image : image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+}  // namespace
+
+StoredPicture FindPicture(const QString& name)
+{
+    static QHash<QString, StoredPicture> known;
+    const auto found = known.constFind(name);
+    if (found != known.constEnd())
+        return *found;
+    QString bare = name;
+    if (bare.endsWith(QLatin1String(".bmp"), Qt::CaseInsensitive))
+        bare.chop(4);
+    const QString base = QLatin1String(":/pictures/") + bare;
+    StoredPicture picture;
+    if (qGuiApp && qGuiApp->devicePixelRatio() >= 2) {
+        picture.image = Load(base + QLatin1String("@2x.png"));
+        picture.scale = 2;
+    }
+    if (picture.image.isNull()) {
+        picture.image = Load(base + QLatin1String(".png"));
+        picture.scale = 1;
+    }
+    known.insert(name, picture);
+    return picture;
+}
+
+QImage FindIcon(int iconId, int pixels)
+{
+    static QHash<QString, QImage> known;
+    for (const int side : {pixels, 16, 32, 48, 64, 128, 256}) {
+        if (side < pixels)
+            continue;
+        const QString path = QStringLiteral(":/pictures/icon_%1_%2.png").arg(iconId).arg(side);
+        auto found = known.constFind(path);
+        if (found == known.constEnd())
+            found = known.insert(path, Load(path));
+        if (!found->isNull())
+            return *found;
+    }
+    return pixels > 16 ? FindIcon(iconId, pixels / 2) : QImage();
+}
+
+}  // namespace jotlet

@@ -1,0 +1,10 @@
+// Modules with heavy libraries, loaded when they are first needed. They stand beside the program, or in its library
+// folder once it is installed.
+#pragma once
+
+namespace jotlet {
+
+// The function's address, or null when the module is missing or does not load.
+void* FindPluginFunction(const char* module, const char* function);
+
+}  // namespace jotlet

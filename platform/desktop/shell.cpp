@@ -1,0 +1,92 @@
+#include "platform/desktop/shell.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+#include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/plugin.h"
+#include "platform/desktop/qt/window_registry.h"
+
+namespace jotlet {
+
+namespace {
+
+ShellHook& Hook()
+{
+    static ShellHook hook;
+    return hook;
+}
+
+}  // namespace
+
+bool OpenWithDesktop(std::string_view pathOrUrl)
+{
+    if (Hook()) {
+        Hook()("open", pathOrUrl);
+        return true;
+    }
+    if (!qApp || pathOrUrl.empty())
+        return false;
+    const QByteArray bytes(pathOrUrl.data(), static_cast<qsizetype>(pathOrUrl.size()));
+    const QString path = QFile::decodeName(bytes);
+    const QFileInfo info(path);
+    const QUrl url = info.exists() ? QUrl::fromLocalFile(info.absoluteFilePath())
+                                   : QUrl::fromUserInput(ShownText(pathOrUrl), QString(), QUrl::DefaultResolution);
+    // A file that is not there and cannot be an address is refused here; the opener would only say so later.
+    if (!url.isValid() || (url.isLocalFile() && !info.exists()))
+        return false;
+    return QDesktopServices::openUrl(url);
+}
+
+bool PrintText(WindowHandle owner, std::string_view documentName, std::string_view text, std::string& problem)
+{
+    problem.clear();
+    if (Hook()) {
+        Hook()("print", documentName);
+        return true;
+    }
+    using Print = bool (*)(QWidget*, const QString&, const QString&, QString&);
+    static const auto print =
+        reinterpret_cast<Print>(qApp ? FindPluginFunction("jotlet_print", "JotletPrintText") : nullptr);
+    if (!print) {
+        problem = "Printing is not available: its module is missing.";
+        return false;
+    }
+    const HandlerScope scope;
+    QWidget* parent = WidgetOf(owner);
+    QString reason;
+    const bool done = print(parent ? parent->window() : nullptr, ShownText(documentName), ShownLines(text), reason);
+    problem = ToUtf8(reason);
+    return done;
+}
+
+void PlayWave(std::string_view path)
+{
+    if (Hook()) {
+        Hook()("play", path);
+        return;
+    }
+    const QByteArray bytes(path.data(), static_cast<qsizetype>(path.size()));
+    const QString file = QFile::decodeName(bytes);
+    if (!qApp || !QFileInfo::exists(file))
+        return;
+    using Play = void (*)(const QString&);
+    static const auto play = reinterpret_cast<Play>(FindPluginFunction("jotlet_sound", "JotletPlayWave"));
+    if (play)
+        play(file);
+}
+
+ScopedShellHook::ScopedShellHook(ShellHook hook)
+{
+    Hook() = std::move(hook);
+}
+
+ScopedShellHook::~ScopedShellHook()
+{
+    Hook() = nullptr;
+}
+
+}  // namespace jotlet

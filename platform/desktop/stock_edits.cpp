@@ -1,0 +1,112 @@
+#include "platform/desktop/qt/stock_edits.h"
+
+#include <QKeyEvent>
+#include <QTextBlock>
+#include <QTextBoundaryFinder>
+
+namespace jotlet {
+
+namespace {
+
+// The end of the character before `position`, so that none is cut in two.
+int PreviousCharacter(const QString& text, int position)
+{
+    if (position <= 0)
+        return 0;
+    return position > 1 && text[position - 1].isLowSurrogate() && text[position - 2].isHighSurrogate() ? position - 2
+                                                                                                       : position - 1;
+}
+
+}  // namespace
+
+int StoredBytes(const QString& text)
+{
+    return static_cast<int>(text.toUtf8().size() + text.count(u'\n'));
+}
+
+TextLimit::TextLimit(QLineEdit* edit) : QValidator(edit) {}
+
+QValidator::State TextLimit::validate(QString& text, int& cursor) const
+{
+    if (program) {
+        accepted = text;
+        return Acceptable;
+    }
+    if (lowerCase)
+        text = text.toLower();
+    if (bytes > 0 && StoredBytes(text) > bytes && StoredBytes(text) > StoredBytes(accepted)) {
+        // What was put in stands before the cursor; its end goes, character by character, until the rest fits.
+        const int put = static_cast<int>(text.size() - accepted.size());
+        const int begin = qMax(0, cursor - qMax(put, 0));
+        while (cursor > begin && StoredBytes(text) > bytes) {
+            const int from = PreviousCharacter(text, cursor);
+            text.remove(from, cursor - from);
+            cursor = from;
+        }
+        if (StoredBytes(text) > bytes || text == accepted)
+            return Invalid;
+    }
+    accepted = text;
+    return Acceptable;
+}
+
+LineEdit::LineEdit(QWidget* parent) : QLineEdit(parent), limit(std::make_unique<TextLimit>(this).release())
+{
+    setValidator(limit);
+}
+
+TextArea::TextArea(QWidget* parent) : QPlainTextEdit(parent)
+{
+    setTabChangesFocus(true);
+    connect(document(), &QTextDocument::contentsChange, this,
+            [this](int position, int, int added) { Cut(position, added); });
+}
+
+void TextArea::Cut(int position, int added)
+{
+    if (limit <= 0 || added <= 0 || cutting || signalsBlocked())
+        return;
+    const QString text = toPlainText();
+    int surplus = StoredBytes(text) - limit;
+    if (surplus <= 0)
+        return;
+    const int end = qMin(position + added, static_cast<int>(text.size()));
+    int from = end;
+    while (from > position && surplus > 0) {
+        const int previous = PreviousCharacter(text, from);
+        surplus -= StoredBytes(text.mid(previous, from - previous));
+        from = previous;
+    }
+    if (from == end)
+        return;
+    cutting = true;
+    // Joined with the typing, so that one undo takes back both.
+    QTextCursor cursor(document());
+    cursor.joinPreviousEditBlock();
+    cursor.setPosition(from);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    cursor.endEditBlock();
+    cutting = false;
+}
+
+void TextArea::keyPressEvent(QKeyEvent* event)
+{
+    // Escape is the dialog's; everything that the edit does not want climbs to it as well.
+    if (event->key() == Qt::Key_Escape) {
+        event->ignore();
+        return;
+    }
+    QPlainTextEdit::keyPressEvent(event);
+}
+
+void PushButton::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+}  // namespace jotlet

@@ -1,0 +1,146 @@
+#include "platform/desktop/qt/window_registry.h"
+
+#include <QVariant>
+#include <map>
+#include <unordered_map>
+
+#include "platform/desktop/qt/native_widget.h"
+
+namespace jotlet {
+
+namespace {
+
+constexpr char kHandleProperty[] = "jotletHandle";
+
+// Lives to the very end of the process: objects that the program destroys after main still ask about their handles.
+struct Tables {
+    std::unordered_map<WindowHandle, WindowEntry> windows;
+    std::map<std::string, WindowClass, std::less<>> classes;
+    std::vector<QPointer<QWidget>> dead;
+    WindowHandle last = 0;
+    int depth = 0;
+};
+
+Tables& All()
+{
+    static auto& tables = *std::make_unique<Tables>().release();
+    return tables;
+}
+
+}  // namespace
+
+WindowHandle NewHandle()
+{
+    return ++All().last;
+}
+
+void RegisterHandle(WindowHandle handle, WindowEntry entry)
+{
+    SetHandleOf(entry.widget, handle);
+    All().windows[handle] = std::move(entry);
+}
+
+void ForgetHandle(WindowHandle handle)
+{
+    All().windows.erase(handle);
+}
+
+const WindowEntry* FindEntry(WindowHandle handle)
+{
+    const auto found = All().windows.find(handle);
+    return found == All().windows.end() || !found->second.widget ? nullptr : &found->second;
+}
+
+NativeWidget* NativeOf(WindowHandle handle)
+{
+    const WindowEntry* entry = FindEntry(handle);
+    return entry ? entry->native : nullptr;
+}
+
+QWidget* WidgetOf(WindowHandle handle)
+{
+    const WindowEntry* entry = FindEntry(handle);
+    return entry ? entry->widget.data() : nullptr;
+}
+
+void SetHandleOf(QWidget* widget, WindowHandle handle)
+{
+    widget->setProperty(kHandleProperty, QVariant::fromValue<qulonglong>(handle));
+}
+
+WindowHandle HandleOf(const QWidget* widget)
+{
+    for (; widget; widget = widget->parentWidget()) {
+        if (const auto* native = dynamic_cast<const NativeWidget*>(widget))
+            return native->Alive() ? native->Handle() : 0;
+        const auto handle = static_cast<WindowHandle>(widget->property(kHandleProperty).toULongLong());
+        if (handle)
+            return FindEntry(handle) ? handle : 0;
+    }
+    return 0;
+}
+
+NativeWidget* NearestNative(QWidget* widget)
+{
+    for (; widget; widget = widget->parentWidget()) {
+        if (auto* native = dynamic_cast<NativeWidget*>(widget))
+            return native;
+    }
+    return nullptr;
+}
+
+std::vector<WindowHandle> AllHandles()
+{
+    std::vector<WindowHandle> handles;
+    for (const auto& [handle, entry] : All().windows)
+        handles.push_back(handle);
+    return handles;
+}
+
+const WindowClass* FindClass(std::string_view name)
+{
+    const auto found = All().classes.find(name);
+    return found == All().classes.end() ? nullptr : &found->second;
+}
+
+bool IsClassRegistered(std::string_view name)
+{
+    return FindClass(name) != nullptr;
+}
+
+void RegisterWindowClass(const WindowClass& windowClass)
+{
+    All().classes.try_emplace(windowClass.name, windowClass);
+}
+
+HandlerScope::HandlerScope()
+{
+    ++All().depth;
+}
+
+HandlerScope::~HandlerScope()
+{
+    Tables& all = All();
+    if (--all.depth > 0)
+        return;
+    for (const QPointer<QWidget>& widget : all.dead) {
+        if (widget)
+            widget->deleteLater();
+    }
+    all.dead.clear();
+}
+
+int HandlerDepth()
+{
+    return All().depth;
+}
+
+void DeleteWhenIdle(QWidget* widget)
+{
+    if (All().depth > 0)
+        All().dead.emplace_back(widget);
+    else
+        widget->deleteLater();
+}
+
+}  // namespace jotlet
