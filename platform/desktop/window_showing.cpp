@@ -80,7 +80,8 @@ void BringToForeground(WindowHandle window)
     QWidget* top = widget->window();
     if (top->isMinimized())
         top->showNormal();
-    top->raise();
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        top->raise();
     top->activateWindow();
     if (const WindowHandle handle = HandleOf(top))
         NoteRaised(handle);
