@@ -25,12 +25,13 @@ public:
     void OnPaint(DeviceContext& dc, const PaintInfo& paint) override;
 
 private:
-    Rect BarRect() const;
+    int BarEnd() const;
     void DrawBar(DeviceContext& dc) const;
 
     MarlinWnd* frame;
     int stepCount = 0;
     int stepsDone = 0;
+    int shownEnd = 0;  // right end of the bar as it stands on the screen
 };
 
 }  // namespace jotlet

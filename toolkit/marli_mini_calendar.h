@@ -43,6 +43,7 @@ private:
     void ChooseMonth(int newMonth);
     void KeepDayInMonth();
     void ShowDate();
+    void ShowMenus();
     void Tell(int code);
 
     int id;

@@ -3,7 +3,7 @@
 // selected one.
 //
 // Keys: the arrows go by day and week and cross into the next month, Home and End to the ends of the month, Page Up and
-// Page Down by month; each step picks the day. Space and Enter pick the selected day again.
+// Page Down by month; each step picks the day. Space picks the selected day again.
 #pragma once
 
 #include <optional>

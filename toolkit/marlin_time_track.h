@@ -50,6 +50,9 @@ private:
     Rect TrackRect() const;
     double PixelsPerSlot() const;
     TimeValue TimeAt(int trackY) const;
+    void ChooseTime(const TimeValue& time);
+    void ShowChoiceInList();
+    void PutCursorOnThumb();
     void FoldIn();
     void FoldOut();
     void ChooseFromList(int item, int code);

@@ -1,16 +1,16 @@
-// TimeDialog: asks for a time, or for the end of a span. DoModal(parent, TimeDialog::kTemplate) gives 1 for ok, with
-// both results filled, and 0 for cancel.
+// TimeDialog: asks for a time, or for the end of a span, between 7:00 before noon and 11:00 after noon.
+// DoModal(parent, TimeDialog::kTemplate) gives 1 for ok, with both results filled, and 0 for cancel.
 #pragma once
 
 #include <memory>
 
 #include "platform/base/calendar.h"
-#include "toolkit/marlin_dialog.h"
 #include "toolkit/marlin_time_track.h"
+#include "toolkit/picker_dialog.h"
 
 namespace jotlet {
 
-class TimeDialog : public MarlinDialog {
+class TimeDialog : public PickerDialog {
 public:
     static constexpr int kTemplate = 1007;
 
@@ -19,19 +19,16 @@ public:
 
     // The list alone instead of the scale; before DoModal.
     void SetSingleTime() { track->SetSingleTime(); }
-    void SetPosition(int left, int top);
-    void SetZoom(int flag) { zoom = flag; }
 
-    MessageParam OnInitDialog(WndMessage& record) override;
-    MessageParam OnCommand(WndMessage& record) override;
     void OnPaint(DeviceContext& dc, const PaintInfo& paint) override;
+
+protected:
+    void CreatePicker() override;
+    void Accept() override;
 
 private:
     TimeValue* fromResult;
     TimeValue* toResult;
-    int x = 0;
-    int y = 0;
-    int zoom = 0;
     std::unique_ptr<MarlinTimeTrack> track;
 };
 

@@ -1,0 +1,87 @@
+#include "toolkit/compact_progress_dialog.h"
+
+#include <algorithm>
+
+#include "platform/desktop/system_metrics.h"
+#include "skin/drawing.h"
+#include "skin/window_helpers.h"
+
+namespace jotlet {
+namespace {
+
+constexpr int kTextId = 99;
+constexpr int kBarId = 100;
+constexpr Colour kBarColour = 0;
+
+}  // namespace
+
+CompactProgressDialog::~CompactProgressDialog() = default;
+
+void CompactProgressDialog::Open(const std::string& title, int steps)
+{
+    stepCount = steps;
+    stepsDone = 0;
+    shownEnd = 0;
+    if (!CreateModeless(frame, kTemplate))
+        return;
+    CentreOverParent();
+    SetItemText(kTextId, title);
+    Show();
+    Update();
+    if (frame)
+        frame->Update();
+    FlushToScreen();
+}
+
+void CompactProgressDialog::Step()
+{
+    ++stepsDone;
+    const int end = BarEnd();
+    if (!IsWindow(window) || end == shownEnd)
+        return;
+    shownEnd = end;
+    DrawOutsidePaint(window, [this](DeviceContext& dc) { DrawBar(dc); });
+    FlushToScreen();
+}
+
+void CompactProgressDialog::Close()
+{
+    if (!IsWindow(window))
+        return;
+    if (frame)
+        FocusWindow(frame->window);
+    MarlinDialog::Close();
+}
+
+void CompactProgressDialog::ShowText(const std::string& text)
+{
+    ShowTextMessage(frame ? frame->window : 0, text);
+}
+
+int CompactProgressDialog::BarEnd() const
+{
+    const Rect bar = ItemRect(window, kBarId);
+    // A single step has nothing to be measured by: it fills the bar.
+    const double done = stepCount > 1 ? static_cast<double>(stepsDone) / (stepCount - 1) : stepsDone > 0 ? 1 : 0;
+    return bar.left + std::min(static_cast<int>(bar.Width() * done), bar.Width());
+}
+
+void CompactProgressDialog::OnPaint(DeviceContext& dc, const PaintInfo&)
+{
+    dc.FillRect(GetClientArea(), SystemColour(kSysColourButtonFace));
+    // The template's static keeps the bar's place; it is hidden, and the bar drawn here.
+    const Rect bar = ItemRect(window, kBarId);
+    DrawSunkenBevel(dc, {bar.left - 1, bar.top - 1, bar.right, bar.bottom}, SystemColour(kSysColourButtonShadow),
+                    SystemColour(kSysColourButtonHighlight));
+    DrawBar(dc);
+}
+
+void CompactProgressDialog::DrawBar(DeviceContext& dc) const
+{
+    Rect bar = ItemRect(window, kBarId);
+    bar.right = BarEnd();
+    if (!bar.Empty())
+        dc.FillRect(bar, kBarColour);
+}
+
+}  // namespace jotlet
