@@ -154,6 +154,8 @@ public:
     int ForEachRecord(std::span<const FieldRange> fields,
                       const std::function<bool(RecordAddress, std::span<const std::byte>)>& visit,
                       ScanScope scope = ScanScope::Visible) const;
+    // Bytes of an incomplete last slot, which no operation shows; 0 in a sound file.
+    std::int64_t CutTailBytes() const;
     // 1 and the counts, or 0.
     int DescribeSlots(SlotCounts& out) const;
 
@@ -164,15 +166,21 @@ private:
     friend class RecordQuery;
     friend class TableScan;
 
-    int OpenHandle();
     OpenFailure CheckSizes();
-    bool IsSlot(RecordAddress address) const;
-    // The free slot's address, or 0. May change header.freeSlots, and says so.
-    RecordAddress FindSlot(const TableHeader& header, bool& reused);
-    RecordAddress FindFreeSlot(std::int64_t fileSize);
-    bool PutRecord(std::span<const std::byte> record, RecordAddress address, bool reused);
-    bool Mutating(FileLock& lock) const;
+    // Waits for this file's turn to read, change and write.
+    bool TakeTurn(FileLock& lock) const;
+    bool LoadHeader(TableHeader& header) const;
     bool StoreHeader(const TableHeader& header);
+    // True when a whole slot lies at the address.
+    bool IsSlot(RecordAddress address) const;
+
+    // Where an added record goes. 0: nowhere.
+    RecordAddress EndSlot() const;
+    RecordAddress FindFreeSlot(const TableHeader& header) const;
+    int AppendRecord(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
+    int ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
+    bool SetByte(RecordAddress address, std::size_t offset, std::uint8_t value);
+    void NoteFreeSlots(const TableHeader& header, RecordAddress allLiveBefore);
 
     std::string path;
     std::string password;
@@ -183,9 +191,15 @@ private:
     OpenFailure openFailure = OpenFailure::None;
     FileError openError;
     mutable FileMapping mapping;
-    // All slots before `freeSlotHint` were live when the stamp was `freeSlotStamp`.
+    // All slots before `freeSlotHint` are live as long as the stamp in the file is `freeSlotStamp`.
     std::uint64_t freeSlotStamp = 0;
     RecordAddress freeSlotHint = 0;
+    // Slots that this object deleted under its lock and hasn't unlocked yet; see UnlockRecord.
+    std::vector<RecordAddress> deletedUnderLock;
 };
+
+// What TableFile would say to opening the file, without writing anything. NotTableFile also when its records aren't of
+// `recordSize` bytes. Waits for nobody; Busy is no obstacle to asking and isn't told.
+OpenFailure ProbeTable(const std::string& path, std::uint32_t recordSize, FileError& error);
 
 }  // namespace jotlet

@@ -32,6 +32,9 @@ enum class LockOutcome {
 };
 
 // Holds a lock from Take to the end of its own life; then unlocks.
+// Takes `byte` of the file for as long as the handle is open, asking again and again for up to `patienceMs` (0: once).
+LockOutcome LockForHandleLife(FileHandle handle, std::int64_t byte, bool exclusive, int patienceMs);
+
 class FileLock {
 public:
     FileLock() = default;
@@ -49,9 +52,5 @@ private:
     FileHandle handle = kNoFile;  // not owned
     std::int64_t byte = 0;
 };
-
-// True when a mount of type `fileSystem` ("nfs4", "cifs", "fuse.sshfs", ...) with these comma-separated `options` keeps
-// locks on this machine.
-bool MountKeepsLocksLocal(const char* fileSystem, const char* options);
 
 }  // namespace jotlet

@@ -39,12 +39,15 @@ public:
     virtual int Truncate(int handle, std::int64_t size) = 0;
     virtual int Sync(int handle) = 0;                       // fdatasync
     virtual int SyncFolder(const std::string& folder) = 0;  // makes a create, rename or remove in it durable
-    virtual int Rename(const std::string& from, const std::string& to) = 0;
+    virtual int Rename(const std::string& from, const std::string& to) = 0;     // replaces `to` in one step
+    virtual int RenameNew(const std::string& from, const std::string& to) = 0;  // EEXIST when `to` is there
     virtual int Remove(const std::string& path) = 0;
     virtual int Identify(int handle, FileIdentity& out) = 0;                   // fstat
     virtual int IdentifyPath(const std::string& path, FileIdentity& out) = 0;  // stat, follows links
     // One byte, without waiting, owned by the open file description (F_OFD_SETLK). EAGAIN: somebody else holds it.
     virtual int Lock(int handle, std::int64_t byte, LockMode mode) = 0;
+    // Gives `to` the mode and, where the user may, the owner of `from`.
+    virtual void CopyOwnership(int from, int to) = 0;
     // True when a lock that is taken here is seen by every computer that can open the file.
     virtual bool LocksReachEverybody(int handle) = 0;
     // True when the file lies on this machine, so that a mapping shows what other processes write.

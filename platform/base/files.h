@@ -45,6 +45,11 @@ FileHandle FileOpen(const std::string& path, FileAccess access = FileAccess::Rea
                     FileSharing sharing = FileSharing::Shared, FileError* error = nullptr,
                     int patienceMs = kOpenPatienceMs);
 
+// Opens a file that exists for reading and writing, without sharing and without waiting. `proven` is false when locks
+// stay on this machine, so that another computer may have the file open all the same. -1 (Busy) also where the file
+// system has no locks at all.
+FileHandle FileOpenAlone(const std::string& path, bool& proven, FileError* error = nullptr);
+
 // Closes and gives the locks back. Nothing with kNoFile.
 void FileClose(FileHandle handle);
 

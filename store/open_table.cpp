@@ -1,0 +1,26 @@
+#include "store/open_table.h"
+
+#include "store/compaction.h"
+
+namespace jotlet {
+
+OpenedTable OpenTable(const std::string& path, std::string_view password, std::uint32_t recordSize,
+                      ProgressDisplay* progress)
+{
+    OpenedTable opened;
+    // A table of another kind is left alone, so its sizes are looked at before anything may write to it.
+    opened.failure = ProbeTable(path, recordSize, opened.error);
+    if (opened.failure != OpenFailure::None)
+        return opened;
+    opened.repaired = RepairTable(path, false, progress) == RepairOutcome::Compacted;
+    auto table = std::make_unique<TableFile>(path, password);
+    opened.failure = table->GetOpenFailure();
+    opened.error = table->GetOpenError();
+    if (!table->IsOpen())
+        return opened;
+    opened.cutTailBytes = table->CutTailBytes();
+    opened.table = std::move(table);
+    return opened;
+}
+
+}  // namespace jotlet

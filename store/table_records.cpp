@@ -1,0 +1,247 @@
+// The operations of TableFile on single records.
+//
+// Order of writes, so that a copy killed between any two of them harms no other record:
+//   append  record, stamp. Before the stamp: the record is there but nobody was told.
+//   reuse   freeSlots, record with active 0, active, stamp. On the way: a free slot that nobody counts.
+//   delete  active, stamp and freeSlots. On the way: the same.
+// A slot that nobody counts is lost until the next repair; a count without a slot would make every add fail.
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "platform/base/file_lock.h"
+#include "platform/base/file_system.h"
+#include "store/passwords.h"
+#include "store/refresh_switch.h"
+#include "store/table_file.h"
+#include "store/table_scan.h"
+
+namespace jotlet {
+namespace {
+
+constexpr std::size_t kActiveAt = offsetof(RecordPrefix, active);
+constexpr std::size_t kLockedAt = offsetof(RecordPrefix, locked);
+constexpr std::int64_t kLastAddress = std::numeric_limits<RecordAddress>::max();
+
+RecordPrefix PrefixOf(std::span<const std::byte> record)
+{
+    RecordPrefix prefix;
+    std::memcpy(&prefix, record.data(), sizeof prefix);
+    return prefix;
+}
+
+}  // namespace
+
+bool TableFile::IsSlot(RecordAddress address) const
+{
+    const std::int64_t inside = std::int64_t{address} - FirstRecordOffset();
+    return inside >= 0 && inside % recordSize == 0 && std::int64_t{address} + recordSize <= FileSize(handle.Get());
+}
+
+bool TableFile::SetByte(RecordAddress address, std::size_t offset, std::uint8_t value)
+{
+    return FileWriteWhole(handle.Get(), BytesOf(value), address + static_cast<std::int64_t>(offset));
+}
+
+// --- adding
+
+RecordAddress TableFile::EndSlot() const
+{
+    const std::int64_t size = FileSize(handle.Get());
+    if (size < FirstRecordOffset())
+        return 0;
+    // A slot that a killed copy left half-written at the end is written over.
+    const std::int64_t address = size - (size - FirstRecordOffset()) % recordSize;
+    return address + recordSize <= kLastAddress ? static_cast<RecordAddress>(address) : 0;
+}
+
+RecordAddress TableFile::FindFreeSlot(const TableHeader& header) const
+{
+    const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
+    RecordAddress found = 0;
+    TableScan scan(*this);
+    const auto look = [&](const SlotRun& run) {
+        for (std::int64_t i = 0; i < run.count; ++i) {
+            run.FetchAhead(i, kActiveAt);
+            if (run.Slot(i)[kActiveAt] == std::byte{0}) {
+                found = run.Address(i);
+                return false;
+            }
+        }
+        return true;
+    };
+    scan.Run(
+        hinted ? scan.IndexOf(freeSlotHint) : 0, scan.SlotCount(), [] {}, look);
+    return found;
+}
+
+void TableFile::NoteFreeSlots(const TableHeader& header, RecordAddress allLiveBefore)
+{
+    freeSlotStamp = header.changeStamp;
+    freeSlotHint = allLiveBefore;
+}
+
+int TableFile::AppendRecord(std::span<const std::byte> record, TableHeader& header, RecordAddress& address)
+{
+    address = EndSlot();
+    if (address == 0)
+        return 0;
+    ++header.changeStamp;
+    if (FileWriteWhole(handle.Get(), record, address) && StoreHeader(header))
+        return 1;
+    --header.changeStamp;
+    StoreHeader(header);
+    Files().Truncate(handle.Get(), address);
+    return 0;
+}
+
+int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address)
+{
+    address = FindFreeSlot(header);
+    if (address == 0)
+        return 0;
+    std::vector<std::byte> before(recordSize);
+    if (!FileReadWhole(handle.Get(), before, address))
+        return 0;
+    const TableHeader headerBefore = header;
+    std::vector<std::byte> inactive(record.begin(), record.end());
+    inactive[kActiveAt] = std::byte{0};
+    ++header.freeSlots;
+    if (StoreHeader(header) && FileWriteWhole(handle.Get(), inactive, address) &&
+        SetByte(address, kActiveAt, static_cast<std::uint8_t>(record[kActiveAt]))) {
+        ++header.changeStamp;
+        if (StoreHeader(header)) {
+            NoteFreeSlots(header, address + static_cast<RecordAddress>(recordSize));
+            return 1;
+        }
+    }
+    // Free first: a slot must never be live and counted as free.
+    SetByte(address, kActiveAt, 0);
+    FileWriteWhole(handle.Get(), before, address);
+    StoreHeader(headerBefore);
+    header = headerBefore;
+    return 0;
+}
+
+int TableFile::AddRecord(std::span<const std::byte> record, RecordAddress* address)
+{
+    FileLock turn;
+    TableHeader header;
+    if (!IsOpen() || record.size() < recordSize || !TakeTurn(turn) || !LoadHeader(header))
+        return 0;
+    if (!MayChange(RoleOfPassword(header, password)))
+        return kRefusedByRole;
+    record = record.first(recordSize);
+    RecordAddress got = 0;
+    const int added = header.freeSlots < 0 ? ReuseSlot(record, header, got) : AppendRecord(record, header, got);
+    if (added == 1 && address)
+        *address = got;
+    return added;
+}
+
+// --- changing
+
+int TableFile::DeleteRecord(RecordAddress address)
+{
+    FileLock turn;
+    TableHeader header;
+    if (!IsOpen() || !TakeTurn(turn) || !LoadHeader(header))
+        return 0;
+    if (!MayChange(RoleOfPassword(header, password)))
+        return kRefusedByRole;
+    RecordPrefix prefix;
+    if (!IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address) || prefix.active == 0)
+        return 0;
+    const TableHeader before = header;
+    const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
+    ++header.changeStamp;
+    if (header.freeSlots > std::numeric_limits<std::int32_t>::min())
+        --header.freeSlots;
+    if (!SetByte(address, kActiveAt, 0) || !StoreHeader(header)) {
+        StoreHeader(before);
+        SetByte(address, kActiveAt, prefix.active);
+        return 0;
+    }
+    if (hinted)
+        NoteFreeSlots(header, std::min(freeSlotHint, address));
+    if (prefix.locked != 0)
+        deletedUnderLock.push_back(address);
+    return 1;
+}
+
+int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress address)
+{
+    FileLock turn;
+    TableHeader header;
+    if (!IsOpen() || record.size() < recordSize || !TakeTurn(turn) || !LoadHeader(header))
+        return 0;
+    if (!MayChange(RoleOfPassword(header, password)))
+        return kRefusedByRole;
+    std::vector<std::byte> before(recordSize);
+    if (!IsSlot(address) || !FileReadWhole(handle.Get(), before, address))
+        return 0;
+    const TableHeader headerBefore = header;
+    const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp && record[kActiveAt] != std::byte{0};
+    ++header.changeStamp;
+    if (!FileWriteWhole(handle.Get(), record.first(recordSize), address) || !StoreHeader(header)) {
+        FileWriteWhole(handle.Get(), before, address);
+        StoreHeader(headerBefore);
+        return 0;
+    }
+    if (hinted)
+        freeSlotStamp = header.changeStamp;
+    return 1;
+}
+
+// --- reading
+
+int TableFile::ReadRecord(std::span<std::byte> record, RecordAddress address) const
+{
+    if (!IsOpen() || record.size() < recordSize || address < FirstRecordOffset() ||
+        (address - FirstRecordOffset()) % static_cast<RecordAddress>(recordSize) != 0)
+        return 0;
+    record = record.first(recordSize);
+    return FileReadWhole(handle.Get(), record, address) && PrefixOf(record).active != 0 ? 1 : 0;
+}
+
+int TableFile::ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const
+{
+    RecordPrefix prefix;
+    if (!IsOpen() || bytes.size() < field.size || field.offset > recordSize || field.size > recordSize - field.offset ||
+        !IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address))
+        return 0;
+    return FileReadWhole(handle.Get(), bytes.first(field.size), std::int64_t{address} + field.offset) &&
+                   prefix.active != 0
+               ? 1
+               : 0;
+}
+
+// --- edit locks
+
+int TableFile::LockRecord(RecordAddress address)
+{
+    FileLock turn;
+    RecordPrefix prefix;
+    if (!IsOpen() || !TakeTurn(turn) || !IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address))
+        return 0;
+    if (prefix.locked == 1 || prefix.active == 0 || !SetByte(address, kLockedAt, 1))
+        return 0;
+    std::erase(deletedUnderLock, address);
+    SuspendRefresh();
+    return 1;
+}
+
+int TableFile::UnlockRecord(RecordAddress address)
+{
+    ResumeRefresh();
+    FileLock turn;
+    RecordPrefix prefix;
+    if (!IsOpen() || !TakeTurn(turn) || !IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address))
+        return 0;
+    // The record that was locked is gone. Another copy may have put a new one into its slot and hold that one's lock.
+    if (std::erase(deletedUnderLock, address) > 0 && prefix.active != 0)
+        return 0;
+    return prefix.locked != 0 && SetByte(address, kLockedAt, 0) ? 1 : 0;
+}
+
+}  // namespace jotlet
