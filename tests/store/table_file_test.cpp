@@ -1,0 +1,357 @@
+#include "store/table_file.h"
+
+#include <sys/stat.h>
+
+#include "store/open_table.h"
+#include "table_fixture.h"
+
+namespace jotlet::test {
+namespace {
+
+using TableFileTest = TableTest;
+
+TEST_F(TableFileTest, NewFileHasItsFrontPartAndCounters)
+{
+    EXPECT_EQ(std::filesystem::file_size(path), 2625u);
+    EXPECT_EQ(Header().changeStamp, 10u);
+    EXPECT_EQ(Header().openCount, 1u);
+    EXPECT_EQ(folder.FileCount(), 1u);
+
+    Add({.title = "milk"});
+    EXPECT_EQ(std::filesystem::file_size(path), 6182u);
+    EXPECT_EQ(table->GetChangeStamp(), 11u);
+}
+
+TEST_F(TableFileTest, EveryOpeningIsCountedAndGivenBack)
+{
+    auto second = std::make_unique<TableFile>(path, "");
+    EXPECT_EQ(Header().openCount, 2u);
+    EXPECT_EQ(second->Open(), 1);
+    EXPECT_EQ(Header().openCount, 2u);
+    second.reset();
+    EXPECT_EQ(Header().openCount, 1u);
+    table->Close();
+    table->Close();
+    EXPECT_EQ(ReadAll(path).substr(12 + 1018, 4), std::string(4, '\0'));
+}
+
+TEST_F(TableFileTest, CreateNeverReplacesAFileAndTakesOnlyKnownSizes)
+{
+    Add({.title = "milk"});
+    table->Close();
+    TableFile second(folder.File("other.jot"), "");
+    CategoryBlock categories;
+    InitCategories(categories);
+    EXPECT_EQ(second.Create(NewHeader(), 1581, categories, 1032, 64), 0);
+    EXPECT_EQ(TableFile::Exists(folder.File("other.jot")), 0);
+    EXPECT_EQ(CreateNotes(second), 1);
+
+    std::filesystem::rename(path, folder.File("kept"));
+    TableFile late(path, "");
+    std::filesystem::rename(folder.File("kept"), path);
+    EXPECT_EQ(CreateNotes(late), 0);
+    Reopen();
+    EXPECT_EQ(Titles(), Texts{"milk"});
+}
+
+TEST_F(TableFileTest, DeletedSlotIsUsedAgainBeforeTheFileGrows)
+{
+    const RecordAddress first = Add({.title = "milk"});
+    Add({.title = "bread"});
+    EXPECT_EQ(table->DeleteRecord(first), 1);
+    EXPECT_EQ(FreeSlots(), -1);
+    Record bytes = table->AllocRecordBuffer();
+    EXPECT_EQ(table->ReadRecord(bytes, first), 0);
+    EXPECT_EQ(TextOf(bytes, kTitleAt, kTitleWidth), "milk");  // delivered all the same
+
+    EXPECT_EQ(Add({.title = "eggs"}), first);
+    EXPECT_EQ(FreeSlots(), 0);
+    EXPECT_EQ(Titles(), (Texts{"eggs", "bread"}));
+}
+
+TEST_F(TableFileTest, SlotsAreReusedFromTheFrontWhateverTheOrderOfDeletes)
+{
+    std::vector<RecordAddress> slots;
+    for (int i = 0; i < 250; ++i)
+        slots.push_back(Add({.title = std::to_string(i)}));
+    for (const int i : {200, 7, 120, 8})
+        EXPECT_EQ(table->DeleteRecord(slots[static_cast<std::size_t>(i)]), 1);
+    EXPECT_EQ(Add({.title = "a"}), slots[7]);
+    EXPECT_EQ(Add({.title = "b"}), slots[8]);
+    EXPECT_EQ(table->DeleteRecord(slots[3]), 1);
+    TableFile other(path, "");
+    EXPECT_EQ(other.DeleteRecord(slots[1]), 1);  // behind the back of what the first opening remembers
+    EXPECT_EQ(Add({.title = "c"}), slots[1]);
+    EXPECT_EQ(Add({.title = "d"}), slots[3]);
+    EXPECT_EQ(Add({.title = "e"}), slots[120]);
+    EXPECT_EQ(Add({.title = "f"}), slots[200]);
+    EXPECT_EQ(FreeSlots(), 0);
+}
+
+TEST_F(TableFileTest, ACountOfFreeSlotsThatLiesStoresNothing)
+{
+    Add({.title = "milk"});
+    SetHeader([](TableHeader& header) { header.freeSlots = -5; });
+    EXPECT_EQ(table->AddRecord(RecordOf({.title = "lost"})), 0);
+    EXPECT_EQ(FreeSlots(), -5);
+    EXPECT_EQ(table->GetChangeStamp(), 11u);
+    EXPECT_EQ(Titles(), Texts{"milk"});
+
+    SetHeader([](TableHeader& header) { header.freeSlots = 7; });
+    Add({.title = "bread"});
+    EXPECT_EQ(Titles(), (Texts{"milk", "bread"}));
+}
+
+TEST_F(TableFileTest, AFreeSlotCannotBeDeletedTwice)
+{
+    const RecordAddress address = Add({.title = "milk"});
+    EXPECT_EQ(table->DeleteRecord(address), 1);
+    EXPECT_EQ(table->DeleteRecord(address), 0);
+    EXPECT_EQ(FreeSlots(), -1);
+}
+
+TEST_F(TableFileTest, AddressesThatAreNoSlotAreRefused)
+{
+    const RecordAddress address = Add({.title = "milk"});
+    const std::string before = ReadAll(path);
+    Record record = RecordOf({.title = "stray"});
+    for (const RecordAddress wrong : {0, -1, 12, address - 1, address + 1, address + 3557, 2'147'483'647}) {
+        SCOPED_TRACE(wrong);
+        EXPECT_EQ(table->WriteRecord(record, wrong), 0);
+        EXPECT_EQ(table->DeleteRecord(wrong), 0);
+        EXPECT_EQ(table->LockRecord(wrong), 0);
+        EXPECT_EQ(table->UnlockRecord(wrong), 0);
+        EXPECT_EQ(table->ReadRecord(record, wrong), 0);
+    }
+    Record small(100);
+    EXPECT_EQ(table->ReadRecord(small, address), 0);
+    EXPECT_EQ(table->WriteRecord(small, address), 0);
+    EXPECT_EQ(table->AddRecord(small), 0);
+    EXPECT_EQ(ReadAll(path), before);
+}
+
+TEST_F(TableFileTest, HalfWrittenLastRecordIsNotShownAndTheNextOneTakesItsPlace)
+{
+    Add({.title = "milk"});
+    const RecordAddress cut = Add({.title = "bread"});
+    CutBytes(3);
+    EXPECT_EQ(Titles(), Texts{"milk"});
+    EXPECT_EQ(table->CutTailBytes(), 3554);
+    EXPECT_EQ(TitleAt(cut), "(none)");
+    EXPECT_EQ(table->LockRecord(cut), 0);
+
+    EXPECT_EQ(Add({.title = "eggs"}), cut);
+    EXPECT_EQ(table->CutTailBytes(), 0);
+    EXPECT_EQ(Titles(), (Texts{"milk", "eggs"}));
+}
+
+TEST_F(TableFileTest, AFileThatShrinksUnderAnOpenTableGivesFailuresAndNoCrash)
+{
+    std::vector<RecordAddress> slots;
+    for (int i = 0; i < 50; ++i)
+        slots.push_back(Add({.title = std::to_string(i)}));
+    EXPECT_EQ(Titles().size(), 50u);  // has the file mapped now
+    CutBytes(40 * 3557);
+    EXPECT_EQ(Titles().size(), 10u);
+    EXPECT_EQ(TitleAt(slots[30]), "(none)");
+    CutBytes(10 * 3557 + 100);
+    EXPECT_EQ(table->AddRecord(RecordOf({.title = "x"})), 0);
+    RecordQuery query;
+    query.PrepareResults();
+    query.AddAllTerm();
+    EXPECT_EQ(table->RunQuery(query), 0);
+}
+
+TEST_F(TableFileTest, AddressesEndBelowTwoGigabytes)
+{
+    Add({.title = "milk"});
+    // Room for a slot below the limit, none for the next: sparse, so it costs no disk.
+    const std::int64_t slots = (0x7FFFFFFF - 2625) / 3557;
+    table->Close();
+    std::filesystem::resize_file(path, static_cast<std::uintmax_t>(2625 + (slots - 1) * 3557));
+    Reopen();
+    RecordAddress last = 0;
+    ASSERT_EQ(table->AddRecord(RecordOf({.title = "last"}), &last), 1);
+    EXPECT_EQ(last, 2625 + (slots - 1) * 3557);
+    EXPECT_EQ(TitleAt(last), "last");
+    EXPECT_EQ(table->AddRecord(RecordOf({.title = "one more"})), 0);
+    table->Close();
+    std::filesystem::resize_file(path, 0x80000000u);
+    EXPECT_EQ(table->Open(), 0);
+    EXPECT_EQ(table->GetOpenFailure(), OpenFailure::TooLarge);
+}
+
+TEST_F(TableFileTest, ForEachRecordReachesAllAndHidesConfidentialOnesFromOthers)
+{
+    for (int i = 0; i < 300; ++i)
+        Add({.title = std::to_string(i), .id = static_cast<std::uint64_t>(i), .confidential = i % 3 == 0});
+    table->DeleteRecord(table->FirstRecordOffset());
+    const std::vector<FieldRange> fields = {{kTitleAt, 4}, {6, 8}};
+    const auto count = [&](ScanScope scope) {
+        int seen = 0;
+        EXPECT_EQ(table->ForEachRecord(
+                      fields,
+                      [&](RecordAddress address, std::span<const std::byte> bytes) {
+                          std::uint64_t id = 0;
+                          std::memcpy(&id, bytes.data() + 4, 8);
+                          EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes.data())), std::to_string(id));
+                          EXPECT_EQ(address, 2625 + static_cast<RecordAddress>(id) * 3557);
+                          ++seen;
+                          return true;
+                      },
+                      scope),
+                  1);
+        return seen;
+    };
+    EXPECT_EQ(count(ScanScope::Visible), 299);
+    SetPasswords("boss", "", "");
+    EXPECT_EQ(count(ScanScope::Visible), 200);
+    EXPECT_EQ(count(ScanScope::All), 299);
+    const std::vector<FieldRange> outside = {{3557, 1}};
+    EXPECT_EQ(table->ForEachRecord(outside, [](auto, auto) { return true; }), 0);
+    int calls = 0;
+    EXPECT_EQ(table->ForEachRecord(fields, [&](auto, auto) { return ++calls < 5; }), 1);
+    EXPECT_EQ(calls, 5);
+}
+
+TEST_F(TableFileTest, HeaderUpdatesNeverTouchTheCounters)
+{
+    Add({.title = "milk"});
+    EXPECT_EQ(table->UpdateHeader([](TableHeader& header) {
+        StoreText(header.server, "relay.example");
+        header.changeStamp = 3;
+        header.openCount = 99;
+        header.freeSlots = -7;
+        return true;
+    }),
+              1);
+    EXPECT_EQ(FieldText(Header().server), "relay.example");
+    EXPECT_EQ(Header().changeStamp, 11u);
+    EXPECT_EQ(Header().openCount, 1u);
+    EXPECT_EQ(Header().freeSlots, 0);
+    EXPECT_EQ(table->UpdateHeader([](TableHeader& header) {
+        StoreText(header.server, "elsewhere");
+        return false;
+    }),
+              0);
+    EXPECT_EQ(FieldText(Header().server), "relay.example");
+}
+
+TEST_F(TableFileTest, EveryOperationOnAClosedObjectFails)
+{
+    TableFile closed(folder.File("missing.jot"), "");
+    TableHeader header;
+    CategoryBlock categories;
+    SizeBlock sizes;
+    Record record = RecordOf({.title = "x"});
+    RecordQuery query;
+    query.PrepareResults();
+    query.AddAllTerm();
+    SlotCounts counts;
+    EXPECT_EQ(closed.GetOpenFailure(), OpenFailure::Missing);
+    EXPECT_FALSE(closed.IsOpen());
+    EXPECT_EQ(closed.ReadSizes(sizes) + closed.WriteSizes({1581, 1032, 3557}) + closed.ReadHeader(header), 0);
+    EXPECT_EQ(closed.WriteHeader(NewHeader()) + closed.ReadCategories(categories) + closed.WriteCategories({}), 0);
+    EXPECT_EQ(closed.AddRecord(record) + closed.WriteRecord(record, 2625) + closed.DeleteRecord(2625), 0);
+    EXPECT_EQ(closed.ReadRecord(record, 2625) + closed.LockRecord(2625) + closed.UnlockRecord(2625), 0);
+    EXPECT_EQ(closed.GetChangeStamp(), 0u);
+    EXPECT_EQ(closed.GetRole(), Role::None);
+    EXPECT_EQ(closed.Flush() + closed.RunQuery(query) + closed.DescribeSlots(counts), 0);
+    EXPECT_EQ(query.Sort(closed, kTitleAt, kTitleWidth, CompareTitles), 0);
+    closed.Close();
+    EXPECT_EQ(TableFile::Exists(folder.File("missing.jot")), 0);
+}
+
+// --- files that are none of ours
+
+struct BadFile {
+    const char* name;
+    std::string bytes;
+    OpenFailure failure;
+};
+
+std::string Sizes(std::uint32_t header, std::uint32_t categories, std::uint32_t record)
+{
+    const SizeBlock sizes{header, categories, record};
+    return std::string(reinterpret_cast<const char*>(&sizes), sizeof sizes);
+}
+
+TEST_F(TableFileTest, WhatIsNoTableFileIsRefusedAndLeftAsItWas)
+{
+    Add({.title = "milk"});
+    table->Close();
+    const std::string good = ReadAll(path);
+    const BadFile cases[] = {
+        {"empty", "", OpenFailure::NotTableFile},
+        {"eleven bytes", good.substr(0, 11), OpenFailure::NotTableFile},
+        {"picture", "\xFF\xD8\xFF\xE0" + std::string(5000, 'J'), OpenFailure::NotTableFile},
+        {"sizes of 0", Sizes(0, 0, 0) + std::string(9000, '\0'), OpenFailure::NotTableFile},
+        {"sizes of 4 GB", Sizes(~0u, ~0u, ~0u) + std::string(9000, '\0'), OpenFailure::NotTableFile},
+        {"sizes that wrap round", Sizes(0xFFFFFFF4u, 12, 3557) + std::string(9000, '\0'), OpenFailure::NotTableFile},
+        {"unknown record size", Sizes(1581, 1032, 3558) + good.substr(12), OpenFailure::NotTableFile},
+        {"cut in the header", good.substr(0, 700), OpenFailure::Truncated},
+        {"cut in the categories", good.substr(0, 2624), OpenFailure::Truncated},
+    };
+    for (const BadFile& bad : cases) {
+        SCOPED_TRACE(bad.name);
+        const std::string file = folder.File("bad.jot");
+        WriteAll(file, bad.bytes);
+        const OpenedTable opened = OpenTable(file, "", kNoteRecordSize);
+        EXPECT_FALSE(opened);
+        EXPECT_EQ(opened.failure, bad.failure);
+        EXPECT_EQ(CheckAfterCrash(file, 0), 0);
+        EXPECT_EQ(CheckAfterCrash(file, 1), 0);
+        EXPECT_EQ(TableFile(file, "").GetOpenFailure(), bad.failure);
+        EXPECT_EQ(ReadAll(file), bad.bytes);
+    }
+    EXPECT_EQ(folder.FileCount(), 2u);
+}
+
+TEST_F(TableFileTest, FoldersDevicesAndMissingFilesAreRefusedWithTheirReason)
+{
+    EXPECT_EQ(OpenTable(folder.Path(), "", kNoteRecordSize).failure, OpenFailure::NotTableFile);
+    EXPECT_EQ(OpenTable("/dev/full", "", kNoteRecordSize).failure, OpenFailure::NotTableFile);
+    ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(OpenTable(folder.File("pipe"), "", kNoteRecordSize).failure, OpenFailure::NotTableFile);
+    const OpenedTable missing = OpenTable(folder.File("missing"), "", kNoteRecordSize);
+    EXPECT_EQ(missing.failure, OpenFailure::Missing);
+    EXPECT_EQ(missing.error.systemError, ENOENT);
+    EXPECT_EQ(missing.error.path, folder.File("missing"));
+    EXPECT_EQ(OpenTable(path, "", kContactRecordSize).failure, OpenFailure::NotTableFile);
+}
+
+TEST_F(TableFileTest, AFileCutInsideItsLastRecordOpensAndSaysSo)
+{
+    Add({.title = "milk"});
+    Add({.title = "bread"});
+    table->Close();
+    CutBytes(1000);
+    const std::string before = ReadAll(path);
+    {
+        const OpenedTable opened = OpenTable(path, "", kNoteRecordSize);
+        ASSERT_TRUE(opened);
+        EXPECT_EQ(opened.cutTailBytes, 2557);
+        EXPECT_FALSE(opened.repaired);
+    }
+    EXPECT_EQ(ReadAll(path), before);
+}
+
+TEST_F(TableFileTest, TextsWithoutTerminatorsStayInTheirFields)
+{
+    Record record(kNoteRecordSize, std::byte{'x'});
+    Put(record, 4, std::uint8_t{1});
+    Put(record, 5, std::uint8_t{0});
+    Put(record, 14, std::uint8_t{0});
+    ASSERT_EQ(table->AddRecord(record), 1);
+    SetHeader([](TableHeader& header) { std::memset(&header.fileOwner, 'p', sizeof header.fileOwner); });
+    EXPECT_EQ(table->GetRole(), Role::None);
+    RecordQuery query;
+    query.PrepareResults();
+    query.AddTextTerm(kTextAt, kTextWidth, TermKind::EndsWith, "xx", Connective::And);
+    EXPECT_EQ(table->RunQuery(query), 1);
+    EXPECT_EQ(query.resultCount, 1);
+    EXPECT_EQ(query.Sort(*table, kTitleAt, kTitleWidth, CompareTitles), 1);
+}
+
+}  // namespace
+}  // namespace jotlet::test
