@@ -41,6 +41,8 @@ public:
     TableFile* GetFile() const { return file; }
     const DateValue& GetPaneDate() const { return paneDate; }
     const std::string& GetCategoryFilter() const { return categoryFilter; }
+    // The selected note's place in the file; nothing when none is selected.
+    std::optional<RecordAddress> SelectedAddress() const;
     // The `uniqueId` of the selected note; 0 when none is selected or it can no longer be read.
     std::uint64_t SelectedId() const;
 
@@ -87,7 +89,6 @@ private:
     // Their steps.
     enum class WhenLocked { Tell, Stay };
     bool RefuseReader();
-    std::optional<RecordAddress> SelectedAddress() const;
     std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked);
     bool RemoveNote(RecordHold& held);
     bool TellSaved(int result);

@@ -1,0 +1,25 @@
+// The list of contacts that the E-Book and its picker show.
+#pragma once
+
+#include "toolkit/marlin_wnd_list_view.h"
+
+namespace jotlet {
+
+class ContactList : public MarlinWndListView {
+public:
+    static constexpr int kId = 1000;
+
+    ContactList();
+
+    // Creates the window inside a dialog and shows the open book in it; `bottomMargin` pixels stay free below.
+    void CreateIn(MarlinWnd& dialog, int bottomMargin);
+    // Runs the book's query again after a change made here, and keeps the record selected if it is still there.
+    void ShowChange(std::uint64_t uniqueId);
+
+    void DrawRecordItem(TableFile& file, RecordQuery& query, DeviceContext& dc, Colour background, int index, int state,
+                        const Rect& cell) override;
+    std::string ItemName(int index) override;
+    std::string ListName() override { return "Contacts"; }
+};
+
+}  // namespace jotlet

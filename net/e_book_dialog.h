@@ -1,0 +1,45 @@
+// The contact book's editor. Edits and deletes are in force at once; neither "ok" nor "cancel" undoes them.
+#pragma once
+
+#include "net/contact_list.h"
+#include "net/core/e_book.h"
+#include "toolkit/marlin_dialog.h"
+
+namespace jotlet {
+
+inline constexpr int kEBookDialogId = 1012;
+inline constexpr int kEBookRecordDialogId = 1013;
+
+// The whole command: opens the book, runs the dialog, closes the book. Always 1.
+int ShowEBook(MarlinWnd* parent);
+
+// On the open book (net/core/e_book.h).
+class EBookDialog : public MarlinDialog {
+public:
+    MessageParam OnInitDialog(WndMessage& record) override;
+    MessageParam OnCommand(WndMessage& record) override;
+
+    ContactList& GetList() { return list; }
+
+private:
+    void NewContact();
+    void EditContact();
+    void DeleteContact();
+    class Hold;
+
+    ContactList list;
+};
+
+// Name and e-mail of one contact; the caller's record changes on OK alone.
+class EBookRecordDialog : public MarlinDialog {
+public:
+    explicit EBookRecordDialog(EBookRecord& contact) : contact(contact) {}
+
+    MessageParam OnInitDialog(WndMessage& record) override;
+    MessageParam OnCommand(WndMessage& record) override;
+
+private:
+    EBookRecord& contact;
+};
+
+}  // namespace jotlet
