@@ -101,6 +101,10 @@ int MarlinWnd::Create(MarlinWnd* parent, long style)
     if (!IsClassRegistered(windowClass.name))
         RegisterWindowClass(windowClass);
     PrepareCreate(parameters);
+    TabStops stops;
+    CollectTabStops(stops);
+    if (std::ranges::find(stops, this) != stops.end())
+        parameters.style |= kStyleTabStop;
 
     const Rect bounds = Rect::At(parameters.x, parameters.y, parameters.width, parameters.height);
     const WindowHandle made =

@@ -1,7 +1,6 @@
 #include "toolkit/marlin_wnd_list.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "skin/drawing.h"
 #include "toolkit/drag_commands.h"
@@ -251,15 +250,13 @@ void MarlinWndList::Drop(Point screen, bool copy)
 
 MessageParam MarlinWndList::OnMouseWheel(WndMessage& record)
 {
-    // A fine wheel or a touch pad tells parts of a notch; they add up to a row.
-    wheelRest += static_cast<std::int16_t>(HighWord(record.wParam));
+    // The platform delivers whole notches.
+    const int delta = static_cast<std::int16_t>(HighWord(record.wParam));
     int row = topRow;
-    if (wheelRest >= kWheelNotch && topRow >= 1)
+    if (delta >= kWheelNotch && topRow >= 1)
         --row;
-    else if (wheelRest <= -kWheelNotch && rows - 1 > topRow)
+    else if (delta < kWheelNotch && rows - 1 > topRow)
         ++row;
-    if (std::abs(wheelRest) >= kWheelNotch)
-        wheelRest = 0;
     if (row != topRow) {
         topRow = row;
         RepaintNow();

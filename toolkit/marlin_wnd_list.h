@@ -83,7 +83,6 @@ private:
     Colour evenColour;
     CursorId cursor = CursorId::Arrow;
     bool dragArmed = false;
-    int wheelRest = 0;
 };
 
 }  // namespace jotlet

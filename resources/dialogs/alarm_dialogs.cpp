@@ -61,11 +61,42 @@ DialogTemplate AlarmFired()
             }};
 }
 
+// The pickers place their buttons and what picks themselves, in pixels.
+DialogTemplate TimePicker()
+{
+    return {1007,
+            "Time",
+            20,
+            20,
+            72,
+            174,
+            0,
+            {
+                {ControlKind::DefaultPush, 1, "ok", 5, 156, 30, 12},
+                {ControlKind::Push, 2, "cancel", 37, 156, 30, 12},
+            }};
+}
+
+DialogTemplate DatePicker()
+{
+    return {1008,
+            "Date",
+            20,
+            20,
+            92,
+            100,
+            0,
+            {
+                {ControlKind::DefaultPush, 1, "ok", 5, 84, 40, 12},
+                {ControlKind::Push, 2, "cancel", 47, 84, 40, 12},
+            }};
+}
+
 }  // namespace
 
 std::span<const DialogTemplate> AlarmDialogs()
 {
-    static const std::vector<DialogTemplate> dialogs = {Alarm(), AlarmFired()};
+    static const std::vector<DialogTemplate> dialogs = {Alarm(), AlarmFired(), TimePicker(), DatePicker()};
     return dialogs;
 }
 

@@ -10,6 +10,41 @@ DialogTemplate Splash()
     return {1010, "", 0, 0, 118, 59, kDialogNoCaption, {}};
 }
 
+DialogTemplate About()
+{
+    return {1006,
+            "About",
+            20,
+            20,
+            206,
+            112,
+            0,
+            {
+                {ControlKind::DefaultPush, 1, "OK", 149, 91, 50, 14},
+                {ControlKind::Text, -1, "Copyright the makers of Pinwell. All rights reserved.", 7, 36, 192, 9},
+                {ControlKind::Text, -1, "Your notes are yours: they stay in your own files.", 7, 46, 192, 9},
+                {ControlKind::Icon, -1, "1000", 7, 7, 20, 20},
+                {ControlKind::Push, 100, "", 7, 61, 100, 11, kControlHidden},
+                {ControlKind::Push, 101, "", 7, 74, 100, 11, kControlHidden},
+                {ControlKind::Text, -1, "Pinwell : sticky organizer v2.0 : Jotlet", 36, 13, 163, 9},
+            }};
+}
+
+DialogTemplate Progress()
+{
+    return {1009,
+            "",
+            20,
+            20,
+            164,
+            30,
+            kDialogNoCaption,
+            {
+                {ControlKind::Text, 99, "", 5, 4, 154, 9},
+                {ControlKind::Text, 100, "", 5, 17, 154, 8, kControlHidden},
+            }};
+}
+
 DialogTemplate Skins()
 {
     return {2020,
@@ -31,7 +66,7 @@ DialogTemplate Skins()
 
 std::span<const DialogTemplate> FrameDialogs()
 {
-    static const std::vector<DialogTemplate> dialogs = {Splash(), Skins()};
+    static const std::vector<DialogTemplate> dialogs = {About(), Progress(), Splash(), Skins()};
     return dialogs;
 }
 
