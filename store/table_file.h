@@ -119,6 +119,10 @@ public:
     // 1, and the address in `address` if given; kRefusedByRole; 0 when the write failed, no slot could be got, or the
     // file has reached 2 GiB. A header that counts free slots which aren't there gives 0 until the next repair.
     int AddRecord(std::span<const std::byte> record, RecordAddress* address = nullptr);
+    // AddRecord for each of the records that stand one behind the other in `records`, in one turn and, where they go
+    // behind the last slot, with one write. `addresses` gets one address for each that was stored: all of them with 1,
+    // the first few or none otherwise. For imports; others wait meanwhile, so not more than a few hundred at once.
+    int AddRecords(std::span<const std::byte> records, std::vector<RecordAddress>& addresses);
     // Frees the slot; its other bytes stay. 1; kRefusedByRole; 0 on a failure, or when the slot is free already.
     int DeleteRecord(RecordAddress address);
     // 1; kRefusedByRole; 0 on a failure, or when the address is no slot. Looks at neither `active` nor `locked` in the
@@ -177,7 +181,8 @@ private:
     // Where an added record goes. 0: nowhere.
     RecordAddress EndSlot() const;
     RecordAddress FindFreeSlot(const TableHeader& header) const;
-    int AppendRecord(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
+    // All of them or none, behind the last slot.
+    int AppendRecords(std::span<const std::byte> records, TableHeader& header, RecordAddress& first);
     int ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
     bool SetByte(RecordAddress address, std::size_t offset, std::uint8_t value);
     void NoteFreeSlots(const TableHeader& header, RecordAddress allLiveBefore);

@@ -81,17 +81,18 @@ void TableFile::NoteFreeSlots(const TableHeader& header, RecordAddress allLiveBe
     freeSlotHint = allLiveBefore;
 }
 
-int TableFile::AppendRecord(std::span<const std::byte> record, TableHeader& header, RecordAddress& address)
+int TableFile::AppendRecords(std::span<const std::byte> records, TableHeader& header, RecordAddress& first)
 {
-    address = EndSlot();
-    if (address == 0)
+    first = EndSlot();
+    if (first == 0 || kLastAddress - first < static_cast<std::int64_t>(records.size()))
         return 0;
-    ++header.changeStamp;
-    if (FileWriteWhole(handle.Get(), record, address) && StoreHeader(header))
+    const std::uint64_t stampBefore = header.changeStamp;
+    header.changeStamp += records.size() / recordSize;
+    if (FileWriteWhole(handle.Get(), records, first) && StoreHeader(header))
         return 1;
-    --header.changeStamp;
+    header.changeStamp = stampBefore;
     StoreHeader(header);
-    Files().Truncate(handle.Get(), address);
+    Files().Truncate(handle.Get(), first);
     return 0;
 }
 
@@ -133,10 +134,35 @@ int TableFile::AddRecord(std::span<const std::byte> record, RecordAddress* addre
         return kRefusedByRole;
     record = record.first(recordSize);
     RecordAddress got = 0;
-    const int added = header.freeSlots < 0 ? ReuseSlot(record, header, got) : AppendRecord(record, header, got);
+    const int added = header.freeSlots < 0 ? ReuseSlot(record, header, got) : AppendRecords(record, header, got);
     if (added == 1 && address)
         *address = got;
     return added;
+}
+
+int TableFile::AddRecords(std::span<const std::byte> records, std::vector<RecordAddress>& addresses)
+{
+    addresses.clear();
+    FileLock turn;
+    TableHeader header;
+    if (!IsOpen() || records.size() % recordSize != 0 || !TakeTurn(turn) || !LoadHeader(header))
+        return 0;
+    if (!MayChange(RoleOfPassword(header, password)))
+        return kRefusedByRole;
+    RecordAddress address = 0;
+    for (; !records.empty() && header.freeSlots < 0; records = records.subspan(recordSize)) {
+        if (ReuseSlot(records.first(recordSize), header, address) != 1)
+            return 0;
+        addresses.push_back(address);
+    }
+    if (records.empty())
+        return 1;
+    if (AppendRecords(records, header, address) != 1)
+        return 0;
+    for (std::size_t done = 0; done < records.size();
+         done += recordSize, address += static_cast<std::int32_t>(recordSize))
+        addresses.push_back(address);
+    return 1;
 }
 
 // --- changing
