@@ -1,0 +1,121 @@
+#include "list_view_fixture.h"
+#include "toolkit/drag_commands.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A second window right of the list that answers drags and keeps what it is told and where.
+class DragTest : public ListViewTest {
+protected:
+    DragTest()
+    {
+        Show({.items = 4, .columns = 2});
+        list->EnableDrag();
+        host.Hold(target, Rect::At(200, 0, 150, 150));
+        target.onCommand = [this](WndMessage& record) { places.push_back(*reinterpret_cast<Point*>(record.lParam)); };
+        target.answer = 1;
+    }
+    // A point of the target, as the grid sees it.
+    Point Over(Point inTarget) { return ScreenToClient(Grid(), ClientToScreen(target.window, inTarget)); }
+    void DragTo(Point p, Keys keys = {})
+    {
+        TestPress(Grid(), Cell(1));
+        TestMove(Grid(), Cell(2), true);
+        TestMove(Grid(), p, true, keys);
+        TestRelease(Grid(), p, false, keys);
+    }
+    std::vector<int> Asked()
+    {
+        std::vector<int> ids;
+        for (const Command& command : target.commands)
+            ids.push_back(command.id);
+        return ids;
+    }
+
+    class Target : public MarlinWnd {
+    public:
+        void PrepareClass(WindowClass& windowClass) override { windowClass.name = "TestTarget"; }
+        MessageParam OnCommand(WndMessage& record) override
+        {
+            onCommand(record);
+            commands.push_back({LowWord(record.wParam), 0, 0});
+            return answer;
+        }
+        std::function<void(WndMessage&)> onCommand;
+        Commands commands;
+        MessageParam answer = 0;
+    } target;
+    std::vector<Point> places;
+};
+
+TEST_F(DragTest, ADropIsAskedForAndThenMoved)
+{
+    DragTo(Over({30, 40}));
+    EXPECT_THAT(Asked(), ElementsAre(kDragOver, kDragMoveDrop));
+    EXPECT_EQ(places.back(), ClientToScreen(target.window, {30, 40}));
+    EXPECT_EQ(CapturedWindow(), 0u);
+    EXPECT_FALSE(list->Grid().dragging);
+    EXPECT_THAT(list->released, IsEmpty());
+}
+
+TEST_F(DragTest, ControlAtTheReleaseCopies)
+{
+    DragTo(Over({30, 40}), {.control = true});
+    EXPECT_THAT(Asked(), ElementsAre(kDragOver, kDragCopyDrop));
+}
+
+TEST_F(DragTest, TheMouseIsCapturedFromTheFirstMoveToTheDrop)
+{
+    TestPress(Grid(), Cell(1));
+    EXPECT_EQ(CapturedWindow(), 0u);
+    TestMove(Grid(), Cell(1), true);
+    EXPECT_EQ(CapturedWindow(), Grid());
+    WindowHandle capturedAtDrop = Grid();
+    target.onCommand = [&](WndMessage& record) {
+        if (LowWord(record.wParam) == kDragMoveDrop)
+            capturedAtDrop = CapturedWindow();
+    };
+    TestRelease(Grid(), Over({5, 5}));
+    EXPECT_EQ(capturedAtDrop, 0u) << "who takes the drop may open a box that needs the mouse";
+}
+
+TEST_F(DragTest, OverTheSourceNothingIsAskedOrDropped)
+{
+    DragTo(Cell(3));
+    EXPECT_THAT(Asked(), IsEmpty());
+    EXPECT_EQ(list->GetSelected(), 1);
+}
+
+TEST_F(DragTest, WithoutAMoveTheReleaseIsAClick)
+{
+    TestClick(Grid(), Cell(2));
+    EXPECT_EQ(list->GetSelected(), 2);
+    EXPECT_THAT(list->released, ElementsAre(2));
+    EXPECT_THAT(Asked(), IsEmpty());
+}
+
+TEST_F(DragTest, EscapeGivesTheDragUp)
+{
+    TestPress(Grid(), Cell(1));
+    TestMove(Grid(), Over({5, 5}), true);
+    TestMove(Grid(), Over({5, 6}), true);
+    TestKey(Grid(), kKeyEscape);
+    EXPECT_EQ(CapturedWindow(), 0u);
+    EXPECT_EQ(list->GetSelected(), 1) << "the item stays selected";
+    TestRelease(Grid(), Over({5, 6}));
+    EXPECT_THAT(Asked(), ElementsAre(kDragOver));
+}
+
+TEST_F(DragTest, AListWithoutDraggingNeverStartsOne)
+{
+    list->Grid().dragEnabled = false;
+    DragTo(Over({30, 40}));
+    EXPECT_THAT(Asked(), IsEmpty());
+    EXPECT_EQ(CapturedWindow(), 0u);
+}
+
+}  // namespace
+}  // namespace jotlet

@@ -1,0 +1,92 @@
+// What the tests of widgets share: a window that holds them and keeps what they tell.
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <vector>
+
+#include "platform/desktop/test_input.h"
+#include "support/window_test.h"
+#include "toolkit/marlin_wnd.h"
+
+namespace jotlet {
+
+// A command as a parent gets it.
+struct Command {
+    int id = 0;
+    MessageParam value = 0;
+    int code = 0;
+    bool operator==(const Command&) const = default;
+};
+inline std::ostream& operator<<(std::ostream& out, const Command& c)
+{
+    return out << "id " << c.id << " value " << c.value << " code " << c.code;
+}
+using Commands = std::vector<Command>;
+
+class Host : public MarlinWnd {
+public:
+    explicit Host(Size size = {400, 300}, Point place = {0, 0}) : size(size), place(place)
+    {
+        constexpr long kVisibleTopLevel = kStyleVisible;
+        Create(nullptr, kVisibleTopLevel);
+        ServeEvents();
+    }
+
+    void PrepareClass(WindowClass& windowClass) override { windowClass.name = "TestHost"; }
+    void PrepareCreate(CreateParameters& parameters) override
+    {
+        parameters.x = place.x;
+        parameters.y = place.y;
+        parameters.width = size.width;
+        parameters.height = size.height;
+    }
+    MessageParam OnCommand(WndMessage& record) override
+    {
+        if (onCommand)
+            onCommand(record);
+        commands.push_back({LowWord(record.wParam), record.lParam, HighWord(record.wParam)});
+        return answer;
+    }
+    void CollectTabStops(TabStops& wanted) override
+    {
+        for (MarlinWnd* one : stops)
+            one->CollectTabStops(wanted);
+    }
+
+    // Creates a child and gives it a place.
+    void Hold(MarlinWnd& child, const Rect& bounds)
+    {
+        child.Create(this);
+        child.Move(bounds.left, bounds.top, bounds.Width(), bounds.Height(), 1);
+        ServeEvents();
+        commands.clear();
+    }
+    // What came since the last call; posted ones included.
+    Commands Take()
+    {
+        ServeEvents();
+        return std::exchange(commands, {});
+    }
+
+    Commands commands;
+    MessageParam answer = 0;
+    std::function<void(WndMessage&)> onCommand;
+    TabStops stops;
+
+private:
+    Size size;
+    Point place;
+};
+
+inline Point MiddleOf(const Rect& r)
+{
+    return {r.left + r.Width() / 2, r.top + r.Height() / 2};
+}
+
+inline Point MiddleOf(const MarlinWnd& widget)
+{
+    return MiddleOf(widget.GetClientArea());
+}
+
+}  // namespace jotlet
