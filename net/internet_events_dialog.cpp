@@ -97,7 +97,7 @@ void InternetEventsDialog::FillList()
 {
     if (note.eventState == kEventNone)
         return;
-    for (const SendRecord& participant : outbox.Slots()) {
+    for (const auto& participant : outbox.Slots()) {
         if (participant.active == 1)
             AddItemUnique(ParticipantItem(FieldText(participant.participantEmail),
                                           FieldText(participant.participantName), participant.sendStatus));
