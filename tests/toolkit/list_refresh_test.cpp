@@ -1,0 +1,185 @@
+#include "list_view_fixture.h"
+#include "platform/base/paths.h"
+#include "store/table_fixture.h"
+#include "support/scratch.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace std::chrono_literals;
+
+// Draws nothing and remembers in which form it was asked to.
+class NotesOnlyList : public MarlinWndListView {
+public:
+    explicit NotesOnlyList(int id) : MarlinWndListView(id, 0, 20, 3, 0xFFFFFF, 0xFFFFFF, kScrollBarLeft, 0, 0) {}
+    void DrawItem(DeviceContext&, Colour, int, int, const Rect&) override { ++plainDrawn; }
+    void DrawRecordItem(TableFile&, RecordQuery& query, DeviceContext&, Colour, int index, int, const Rect&) override
+    {
+        if (index >= 0)
+            drawn.push_back(query.Results()[static_cast<std::size_t>(index)]);
+    }
+    int plainDrawn = 0;
+    std::vector<RecordAddress> drawn;
+};
+
+// One note file, opened by this program's list and by another copy.
+class ListRefreshTest : public WindowTest {
+protected:
+    ListRefreshTest() : file(folder.File("notes.jot"), ""), other(folder.File("notes.jot"), "")
+    {
+        SetProgramPath(folder.File("jotlet"));
+        EXPECT_EQ(test::CreateNotes(file), 1);
+        EXPECT_EQ(other.Open(), 1);
+        Fill(query);
+        host.Hold(list, Rect::At(0, 0, 200, 100));
+        list.SetSource(&file, &query);
+        list.SetCount(query.resultCount);
+    }
+    ~ListRefreshTest() override
+    {
+        ResumeRefresh();
+        SetProgramPath({});
+    }
+    void Fill(RecordQuery& one)
+    {
+        one.Reset();
+        ASSERT_EQ(one.PrepareResults(), 1);
+        one.AddAllTerm();
+        ASSERT_EQ(file.RunQuery(one), 1);
+        ASSERT_EQ(one.Sort(file, test::kTitleAt, test::kTitleWidth, CompareTitles), 1);
+    }
+    test::Record AddInOtherCopy(const std::string& title, std::uint64_t id)
+    {
+        const test::Record record = test::RecordOf({.title = title, .id = id});
+        EXPECT_EQ(other.AddRecord(record), 1);
+        return record;
+    }
+    Command Reloaded(int which) { return {5, which, kListReloaded}; }
+
+    test::ScratchFolder folder;
+    TableFile file;
+    TableFile other;
+    RecordQuery query;
+    Host host;
+    NotesOnlyList list{5};
+};
+
+TEST_F(ListRefreshTest, AChangeOfAnotherCopyShowsAtTheNextTick)
+{
+    AddInOtherCopy("milk", 1);
+    AddInOtherCopy("bread", 2);
+    list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+    EXPECT_THAT(host.commands, ElementsAre(Reloaded(kReloading))) << "the second is posted";
+    EXPECT_THAT(host.Take(), ElementsAre(Reloaded(kReloading), Reloaded(kReloaded)));
+    EXPECT_EQ(list.GetCount(), 2);
+    EXPECT_EQ(list.GetSelected(), -1);
+
+    list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+    EXPECT_THAT(host.Take(), IsEmpty()) << "an unchanged file is left alone";
+}
+
+TEST_F(ListRefreshTest, AnAskedRefreshTellsItsOwnCodesAndSelectsItsRecord)
+{
+    AddInOtherCopy("milk", 1);
+    const test::Record bread = AddInOtherCopy("bread", 2);
+    AddInOtherCopy("apples", 3);
+    list.RefreshAndSelect(bread);
+    EXPECT_THAT(host.Take(), ElementsAre(Reloaded(kReloadingAsked), Reloaded(kReloadedAsked)));
+    EXPECT_EQ(list.GetSelected(), 1) << "sorted by title";
+    EXPECT_EQ(list.SelectRecord(std::uint64_t{99}), 0);
+    EXPECT_EQ(list.GetSelected(), 1);
+}
+
+TEST_F(ListRefreshTest, ASelectedRecordIsFoundWhereverTheSortPutIt)
+{
+    for (std::uint64_t id = 1; id <= 40; ++id)
+        AddInOtherCopy("note " + std::to_string(100 - id), id);
+    list.RefreshNow();
+    EXPECT_EQ(list.SelectRecord(std::uint64_t{1}), 1);
+    EXPECT_EQ(list.GetSelected(), 39);
+    EXPECT_TRUE(list.GetItemRect(39).has_value());
+}
+
+TEST_F(ListRefreshTest, WhileRefreshIsSuspendedNothingReloads)
+{
+    AddInOtherCopy("milk", 1);
+    SuspendRefresh();
+    list.RefreshNow();
+    list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+    EXPECT_THAT(host.Take(), IsEmpty());
+    ResumeRefresh();
+    list.RefreshNow();
+    EXPECT_EQ(list.GetCount(), 1);
+}
+
+TEST_F(ListRefreshTest, ATickOfOneListServesThemAll)
+{
+    RecordQuery query2;
+    Fill(query2);
+    NotesOnlyList list2{6};
+    host.Hold(list2, Rect::At(200, 0, 200, 100));
+    list2.SetSource(&file, &query2);
+    AddInOtherCopy("milk", 1);
+    list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+    EXPECT_EQ(list.GetCount(), 1);
+    EXPECT_EQ(list2.GetCount(), 1);
+}
+
+TEST_F(ListRefreshTest, AnUnboundOrDestroyedListIsPassedOver)
+{
+    {
+        NotesOnlyList gone{7};
+        gone.SetSource(&file, &query);
+    }
+    NotesOnlyList unbound{8};
+    AddInOtherCopy("milk", 1);
+    list.RefreshNow();
+    EXPECT_EQ(list.GetCount(), 1);
+    EXPECT_EQ(unbound.GetCount(), 0);
+}
+
+TEST_F(ListRefreshTest, AParentMayUnbindTheListWhenToldOfAReload)
+{
+    AddInOtherCopy("milk", 1);
+    host.onCommand = [this](WndMessage&) { list.SetSource(nullptr, nullptr); };
+    list.RefreshNow();
+    EXPECT_EQ(list.GetCount(), 0);
+}
+
+TEST_F(ListRefreshTest, AFailedQueryIsTriedAgainAtTheNextTick)
+{
+    AddInOtherCopy("milk", 1);
+    query.results.reset();  // no room for results: the run fails
+    list.RefreshNow();
+    EXPECT_THAT(host.Take(), ElementsAre(Reloaded(kReloadingAsked)));
+    Fill(query);
+    query.seenStamp = kNoStamp;
+    list.RefreshNow();
+    EXPECT_EQ(list.GetCount(), 1);
+}
+
+TEST_F(ListRefreshTest, TheTimerComesAfterTheSecondsOfTheSettings)
+{
+    GetSuiteIniPath().IniWriteInt("Preference", "NetworkRefresh", 0);  // below the least: 1 second
+    list.RestartRefreshTimer();
+    AddInOtherCopy("milk", 1);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(ServeUntil([this] { return list.GetCount() == 1; }, 1800ms));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 800ms);
+}
+
+TEST_F(ListRefreshTest, BoundCellsAreDrawnFromTheirRecord)
+{
+    AddInOtherCopy("milk", 1);
+    list.RefreshNow();
+    list.drawn.clear();
+    list.plainDrawn = 0;
+    list.Grid().RepaintNow();
+    EXPECT_THAT(list.drawn, ElementsAre(query.Results()[0]));
+    EXPECT_EQ(list.plainDrawn, 0);
+}
+
+}  // namespace
+}  // namespace jotlet
