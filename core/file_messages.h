@@ -1,0 +1,17 @@
+// What the user reads when a file could not be used.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/table_file.h"
+
+namespace jotlet {
+
+// "Program can't use "%s".\r\nAccess has been denied"
+std::string AccessDeniedText(std::string_view path);
+std::string OpenFailureText(std::string_view path, OpenFailure failure, const FileError& error);
+// `doing` completes "Program can't ... "%s".", such as "save".
+std::string CannotText(std::string_view path, std::string_view doing, const FileError& error);
+
+}  // namespace jotlet

@@ -1,0 +1,114 @@
+#include "core/password_dialogs.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/base/text.h"
+
+namespace jotlet {
+namespace {
+
+constexpr int kTypingLimit = 20;
+constexpr std::array kBoxes = {NetworkPasswordsDialog::kOwnerId, NetworkPasswordsDialog::kAssistantId,
+                               NetworkPasswordsDialog::kReaderId};
+
+}  // namespace
+
+PasswordDialog::PasswordDialog(std::string dialogTitle) : title(std::move(dialogTitle)) {}
+
+MessageParam PasswordDialog::OnInitDialog(WndMessage&)
+{
+    SetWindowTitle(window, title);
+    LimitItemText(window, kPasswordId, kTypingLimit);
+    CentreOverParent();
+    FocusItem(window, kPasswordId);
+    return 0;
+}
+
+// An untouched empty box may be confirmed: one of the roles may have no password.
+MessageParam PasswordDialog::OnCommand(WndMessage& record)
+{
+    switch (LowWord(record.wParam)) {
+        case kPasswordId:
+            if (HighWord(record.wParam) == kEditChanged)
+                Enable(kIdOk, !GetItemText(kPasswordId).empty());
+            return 1;
+        case kIdOk:
+            password = GetItemText(kPasswordId);
+            EndDialog(1);
+            return 1;
+        default:
+            return MarlinDialog::OnCommand(record);
+    }
+}
+
+NetworkPasswordsDialog::NetworkPasswordsDialog(NetworkPasswords stored) : passwords(std::move(stored)) {}
+
+MessageParam NetworkPasswordsDialog::OnInitDialog(WndMessage&)
+{
+    CentreOverParent();
+    const std::array texts = {&passwords.owner, &passwords.assistant, &passwords.reader};
+    for (std::size_t i = 0; i < kBoxes.size(); ++i) {
+        LimitItemText(window, kBoxes[i], kTypingLimit);
+        if (!texts[i]->empty())
+            SetItemText(kBoxes[i], *texts[i]);
+    }
+    Enable(kIdOk, false);
+    FocusItem(window, kOwnerId);
+    return 0;
+}
+
+// A change in the Owner's box that leaves text in it lets the user confirm. Clearing it does too when a password was
+// set: that is how a file is opened to everybody again.
+MessageParam NetworkPasswordsDialog::OnCommand(WndMessage& record)
+{
+    switch (LowWord(record.wParam)) {
+        case kOwnerId:
+            if (HighWord(record.wParam) == kEditChanged && (!GetItemText(kOwnerId).empty() || !passwords.owner.empty()))
+                Enable(kIdOk, true);
+            return 1;
+        case kAssistantId:
+        case kReaderId:
+            if (HighWord(record.wParam) == kEditChanged && !GetItemText(kOwnerId).empty())
+                Enable(kIdOk, true);
+            return 1;
+        case kIdOk:
+            passwords = {.owner = std::string(CutText(GetItemText(kOwnerId), kMaxPasswordLength)),
+                         .assistant = std::string(CutText(GetItemText(kAssistantId), kMaxPasswordLength)),
+                         .reader = std::string(CutText(GetItemText(kReaderId), kMaxPasswordLength))};
+            EndDialog(1);
+            return 1;
+        default:
+            return MarlinDialog::OnCommand(record);
+    }
+}
+
+VerifyPasswordsDialog::VerifyPasswordsDialog(NetworkPasswords passwords) : expected(std::move(passwords)) {}
+
+MessageParam VerifyPasswordsDialog::OnInitDialog(WndMessage&)
+{
+    CentreOverParent();
+    for (const int box : kBoxes)
+        LimitItemText(window, box, kTypingLimit);
+    FocusItem(window, kBoxes[0]);
+    return 0;
+}
+
+MessageParam VerifyPasswordsDialog::OnCommand(WndMessage& record)
+{
+    switch (LowWord(record.wParam)) {
+        case kIdOk: {
+            const bool same = GetItemText(kBoxes[0]) == expected.owner &&
+                              GetItemText(kBoxes[1]) == expected.assistant && GetItemText(kBoxes[2]) == expected.reader;
+            EndDialog(same ? kSame : kDiffers);
+            return 1;
+        }
+        case kIdCancel:
+            EndDialog(kCancelled);
+            return 1;
+        default:
+            return MarlinDialog::OnCommand(record);
+    }
+}
+
+}  // namespace jotlet
