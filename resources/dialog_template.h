@@ -41,7 +41,7 @@ enum ControlStyle : std::uint32_t {
 struct ControlTemplate {
     ControlKind kind = ControlKind::Text;
     int id = -1;
-    std::string_view text;  // '&' marks the access key; a picture's or icon's resource number
+    std::string_view text = {};  // '&' marks the access key; a picture's or icon's resource number
     int x = 0;
     int y = 0;
     int width = 0;
@@ -55,13 +55,13 @@ enum DialogStyle : std::uint32_t {
 
 struct DialogTemplate {
     int id = 0;
-    std::string_view caption;
+    std::string_view caption = {};
     int x = 0;
     int y = 0;
     int width = 0;
     int height = 0;
     std::uint32_t style = 0;
-    std::vector<ControlTemplate> controls;
+    std::vector<ControlTemplate> controls = {};
 };
 
 // Null when there is no such dialog. Each dialog's table stands in resources/dialogs/<name>.cpp.

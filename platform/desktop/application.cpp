@@ -98,6 +98,15 @@ QPalette LightPalette()
     return palette;
 }
 
+QtMessageHandler printMessage = nullptr;
+
+// What a display cannot do is skipped; the user need not hear of each time.
+void LeaveOutSkips(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (!text.startsWith(QLatin1String("This plugin does not support")))
+        printMessage(type, context, text);
+}
+
 void SetDefault(const char* name, const char* value)
 {
     if (!qEnvironmentVariableIsSet(name))
@@ -118,6 +127,7 @@ Application::Application(int argc, char** argv)
 {
     // Nothing here draws with OpenGL; its libraries would cost more than all the rest of the start.
     SetDefault("QT_XCB_GL_INTEGRATION", "none");
+    printMessage = qInstallMessageHandler(LeaveOutSkips);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
     QApplication::setStyle(QStringLiteral("fusion"));
     QApplication::setDesktopSettingsAware(true);

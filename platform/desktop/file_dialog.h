@@ -14,11 +14,11 @@ enum class FileDialogMode { Open, Save };
 
 struct FileDialogRequest {
     FileDialogMode mode = FileDialogMode::Open;
-    std::string title;
-    std::string filter;     // pairs "Jotlet file (*.jot)|*.jot||"; the last character separates
-    std::string extension;  // added to a typed name that has none; "*.*": none
-    std::string folder;     // where it starts; empty: the current folder
-    std::string fileName;   // proposed name
+    std::string title = {};
+    std::string filter = {};     // pairs "Jotlet file (*.jot)|*.jot||"; the last character separates
+    std::string extension = {};  // added to a typed name that has none; "*.*": none
+    std::string folder = {};     // where it starts; empty: the current folder
+    std::string fileName = {};   // proposed name
 };
 
 // The chosen path, or nothing. Open offers existing files only; Save asks before it overwrites.

@@ -49,6 +49,13 @@ Qt::WindowFlags FlagsOf(std::uint32_t style, bool dialog)
     return Qt::Window | Qt::FramelessWindowHint;
 }
 
+// A child begins where its parent's client area does.
+QPoint OriginFor(std::uint32_t style, const QWidget* parent)
+{
+    const auto* native = dynamic_cast<const NativeWidget*>(parent);
+    return native && (style & kStyleChild) ? QPoint(native->Margin().left(), native->Margin().top()) : QPoint();
+}
+
 }  // namespace
 
 int MessageEventType()
@@ -65,11 +72,14 @@ NativeWidget::NativeWidget(WindowHandle newHandle, const WindowClass& itsClass, 
       windowClass(itsClass),
       style(itsStyle),
       kind(itsKind),
-      margin(MarginOf(itsStyle, itsKind == Kind::Dialog))
+      margin(MarginOf(itsStyle, itsKind == Kind::Dialog)),
+      toldPosition(OriginFor(itsStyle, parent)),
+      toldSize(0, 0)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
     setMouseTracking(true);
+    setGeometry(QRect(toldPosition, toldSize));
     // Toolkit windows are focused by their own handlers; only in a dialog does Tab stop at them.
     setFocusPolicy((itsStyle & kStyleChild) && (itsStyle & kStyleTabStop) ? Qt::TabFocus : Qt::NoFocus);
 }

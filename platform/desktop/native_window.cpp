@@ -35,7 +35,7 @@ WindowHandle CreateNativeWindow(std::string_view className, std::string_view tit
         widget->resize(widget->Limited({width, height}));
         widget->ReportGeometry();
     } else if (bounds != Rect{}) {
-        widget->Place(ToQt(bounds));
+        MoveTo(handle, bounds, false);
     }
     if (style & kStyleVisible)
         widget->show();

@@ -14,12 +14,20 @@
 
 namespace jotlet {
 
+// The Application that RunWindowTests made.
+inline Application*& TheApplication()
+{
+    static Application* application = nullptr;
+    return application;
+}
+
 inline int RunWindowTests(int argc, char** argv)
 {
     // Without a display by default; QT_QPA_PLATFORM=xcb runs the same tests on one.
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     testing::InitGoogleMock(&argc, argv);
     Application application(argc, argv);
+    TheApplication() = &application;
     return RUN_ALL_TESTS();
 }
 

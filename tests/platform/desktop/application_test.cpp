@@ -1,0 +1,212 @@
+// The loop, accelerators, modal runs, watches, menus and boxes.
+#include <unistd.h>
+
+#include <array>
+
+#include "platform/desktop/dialog.h"
+#include "platform/desktop/file_dialog.h"
+#include "platform/desktop/menu.h"
+#include "platform/desktop/message_box.h"
+#include "recorder.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+using ApplicationTest = WindowTest;
+
+constexpr std::uint32_t kStep = 7000;
+
+constexpr std::array<Accelerator, 3> kKeys = {{
+    {.key = kKeyDelete, .command = 116},
+    {.key = 'F', .control = true, .command = 101},
+    {.key = '1', .alt = true, .command = 108},
+}};
+
+std::vector<MessageParam> Commands(const Recorder& recorder)
+{
+    std::vector<MessageParam> commands;
+    for (const WndMessage& one : recorder.Of(kWmCommand))
+        commands.push_back(one.wParam);
+    return commands;
+}
+
+// Runs the loop round `act`, with the accelerators in force.
+void RunWith(Recorder& target, const std::function<void()>& act)
+{
+    target.answer = [&, act](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message == kStep) {
+            act();
+            QuitLoop(5);
+        }
+        return std::nullopt;
+    };
+    PostTo(target.window, kStep, 0, 0);
+    EXPECT_EQ(TheApplication()->Run(target.window, kKeys), 5);
+}
+
+TEST_F(ApplicationTest, KeysBecomeCommandsOnlyWithTheirExactModifiers)
+{
+    Recorder top({});
+    RunWith(top, [&] {
+        TestKey(top.window, kKeyDelete);
+        TestKey(top.window, 'F', {.control = true});
+        TestKey(top.window, 'F');
+        TestKey(top.window, '1', {.alt = true});
+        TestKey(top.window, kKeyDelete, {.control = true});
+    });
+    EXPECT_THAT(Commands(top), ElementsAre(116, 101, 108));
+    EXPECT_EQ(top.Of(kWmKeyDown).size(), 2U);
+}
+
+TEST_F(ApplicationTest, KeysOfATextEditAreItsOwn)
+{
+    DialogTemplate form{.id = 1, .width = 100, .height = 40};
+    form.controls = {{.kind = ControlKind::Edit, .id = 10, .x = 5, .y = 5, .width = 80, .height = 12}};
+    Recorder top({});
+    const WindowHandle dialog = CreateDialogWindow(
+        form, top.window, [](WindowHandle, std::uint32_t, MessageParam, MessageParam) -> MessageParam { return 0; },
+        nullptr);
+    ShowNative(dialog, true);
+    SetItemTextOf(dialog, 10, "abc");
+    RunWith(top, [&] { TestKey(DialogItem(dialog, 10), kKeyDelete); });
+    EXPECT_TRUE(Commands(top).empty());
+    EXPECT_EQ(ItemText(dialog, 10), "bc");
+    EXPECT_EQ(ClassNameOf(DialogItem(dialog, 10)), "Edit");
+    DestroyNativeWindow(dialog);
+}
+
+TEST_F(ApplicationTest, ModalRunsNestAndGiveTheirResults)
+{
+    Recorder top({});
+    Recorder outer({.parent = top.window, .show = false});
+    Recorder inner({.parent = outer.window, .show = false});
+    int innerResult = 0;
+    WhenModal([&](WindowHandle window) {
+        EXPECT_EQ(window, outer.window);
+        EXPECT_EQ(TopModal(), outer.window);
+        WhenModal([&](WindowHandle second) {
+            EXPECT_EQ(ModalDepth(), 2);
+            EndModal(second, 22);
+        });
+        innerResult = RunModal(inner.window, outer.window);
+        EndModal(outer.window, 11);
+    });
+    EXPECT_EQ(RunModal(outer.window, top.window), 11);
+    EXPECT_EQ(innerResult, 22);
+    EXPECT_EQ(ModalDepth(), 0);
+    EXPECT_EQ(TopModal(), 0U);
+}
+
+TEST_F(ApplicationTest, OwnerTakesNoInputDuringAModalRunButItsTimersGoOn)
+{
+    Recorder top({});
+    Recorder modal({.parent = top.window, .show = false});
+    StartTimer(top.window, 3, Milliseconds(2));
+    top.Clear();
+    WhenModal([&](WindowHandle window) {
+        TestClick(top.window, {5, 5});
+        TestKey(top.window, kKeyDown);
+        TestWheel(top.window, {5, 5}, 120);
+        EXPECT_TRUE(ServeUntil([&] { return !top.Of(kWmTimer).empty(); }, Milliseconds(2000)));
+        TestClick(window, {5, 5});
+        EndModal(window, 1);
+    });
+    EXPECT_EQ(RunModal(modal.window, top.window), 1);
+    EXPECT_TRUE(top.Input().empty());
+    EXPECT_THAT(modal.Input(), ElementsAre(kWmLButtonDown, kWmLButtonUp));
+    TestClick(top.window, {5, 5});
+    EXPECT_THAT(top.Input(), ElementsAre(kWmLButtonDown, kWmLButtonUp));
+}
+
+TEST_F(ApplicationTest, ModalRunOfAWindowThatDiesEnds)
+{
+    Recorder top({});
+    Recorder modal({.parent = top.window, .show = false});
+    WhenModal([](WindowHandle window) { DestroyNativeWindow(window); });
+    EXPECT_EQ(RunModal(modal.window, top.window), 0);
+    EXPECT_EQ(RunModal(modal.window, top.window), 0);
+}
+
+TEST_F(ApplicationTest, QuitDuringAModalRunEndsBothLoops)
+{
+    Recorder top({});
+    Recorder modal({.parent = top.window, .show = false});
+    WhenModal([](WindowHandle) { QuitLoop(9); });
+    top.answer = [&](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message == kStep)
+            RunModal(modal.window, top.window);
+        return std::nullopt;
+    };
+    PostTo(top.window, kStep, 0, 0);
+    EXPECT_EQ(TheApplication()->Run(top.window, {}), 9);
+}
+
+TEST_F(ApplicationTest, DescriptorIsServedFromTheLoopUntilTheWatchEnds)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    int calls = 0;
+    WatchDescriptor(ends[0], [&] {
+        char byte = 0;
+        EXPECT_EQ(read(ends[0], &byte, 1), 1);
+        if (++calls == 2)
+            UnwatchDescriptor(ends[0]);
+    });
+    ASSERT_EQ(write(ends[1], "abc", 3), 3);
+    EXPECT_TRUE(ServeUntil([&] { return calls == 2; }, Milliseconds(2000)));
+    ServeEvents();
+    EXPECT_EQ(calls, 2);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(ApplicationTest, WaitEndsWithItsConditionOrItsTime)
+{
+    EXPECT_FALSE(ServeUntil([] { return false; }, Milliseconds(15)));
+    EXPECT_TRUE(ServeUntil([] { return true; }, Milliseconds(0)));
+}
+
+TEST_F(ApplicationTest, MenuAnswerPostsItsCommandButNotThatOfAGreyedEntry)
+{
+    Recorder top({});
+    const std::vector<MenuEntry> entries = {{"&New...\tCtrl+N", 1}, {}, {"Save", 2, true}, {"Exit", 3}};
+    for (const std::size_t index : {0, 1, 2, 3}) {
+        static std::size_t pick;
+        pick = index;
+        const ScopedMenuAnswer answer([](const std::vector<MenuEntry>&) -> std::optional<std::size_t> { return pick; });
+        TrackPopupMenu(top.window, entries, {0, 0});
+    }
+    EXPECT_TRUE(Commands(top).empty());
+    ServeEvents();
+    EXPECT_THAT(Commands(top), ElementsAre(1, 3));
+}
+
+TEST_F(ApplicationTest, BoxesTakeTheGivenAnswersAndThenTheCautiousOne)
+{
+    ScopedAnswers outer({Answer::Yes});
+    EXPECT_EQ(ShowBox(0, "Delete?", "Pinwell", BoxIcon::Question, BoxButtons::YesNo), Answer::Yes);
+    EXPECT_EQ(ShowBox(0, "Again?", "Pinwell", BoxIcon::Question, BoxButtons::YesNo), Answer::No);
+    {
+        ScopedAnswers inner;
+        EXPECT_EQ(ShowBox(0, "Done.", "Pinwell", BoxIcon::Information, BoxButtons::Ok), Answer::Ok);
+        Beep();
+        EXPECT_EQ(inner.beeps, 1);
+        EXPECT_THAT(inner.texts, ElementsAre("Done."));
+    }
+    EXPECT_THAT(outer.texts, ElementsAre("Delete?", "Again?"));
+    EXPECT_EQ(outer.beeps, 0);
+}
+
+TEST_F(ApplicationTest, FileAnswersSeeTheRequest)
+{
+    const ScopedFileAnswer answer([](const FileDialogRequest& request) -> std::optional<std::string> {
+        return request.mode == FileDialogMode::Save ? std::optional<std::string>("/tmp/" + request.fileName)
+                                                    : std::nullopt;
+    });
+    EXPECT_EQ(RunFileDialog(0, {.mode = FileDialogMode::Save, .fileName = "a.jot"}), "/tmp/a.jot");
+    EXPECT_EQ(RunFileDialog(0, {}), std::nullopt);
+}
+
+}  // namespace
+}  // namespace jotlet

@@ -1,0 +1,184 @@
+#include "recorder.h"
+
+namespace jotlet {
+namespace {
+
+constexpr Colour kWhite = Rgb(255, 255, 255);
+constexpr Colour kRed = Rgb(255, 0, 0);
+constexpr Colour kBlue = Rgb(0, 0, 255);
+
+using PaintingTest = WindowTest;
+
+Recorder::Handler Fill(Colour colour, std::vector<Rect>* areas = nullptr)
+{
+    return [colour, areas](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message != kWmPaint)
+            return std::nullopt;
+        const auto& paint = *reinterpret_cast<const PaintInfo*>(m.lParam);
+        if (areas)
+            areas->push_back(paint.invalid);
+        paint.dc->FillRect({0, 0, 1000, 1000}, colour);
+        return 0;
+    };
+}
+
+TEST_F(PaintingTest, OnlyTheInvalidPartIsDrawn)
+{
+    std::vector<Rect> areas;
+    Recorder top({}, Fill(kRed, &areas));
+    top.answer = Fill(kBlue, &areas);
+    areas.clear();
+    const Rect part{10, 10, 20, 20};
+    InvalidateArea(top.window, &part, false);
+    UpdateNow(top.window);
+    EXPECT_THAT(areas, testing::ElementsAre(part));
+    EXPECT_EQ(PixelAt(top.window, {15, 15}), kBlue);
+    EXPECT_EQ(PixelAt(top.window, {9, 15}), kRed);
+    EXPECT_EQ(PixelAt(top.window, {20, 15}), kRed);
+}
+
+TEST_F(PaintingTest, InvalidPartsGatherUntilTheNextCycleAndNothingInvalidPaintsNothing)
+{
+    std::vector<Rect> areas;
+    Recorder top({}, Fill(kRed, &areas));
+    areas.clear();
+    const Rect a{0, 0, 5, 5};
+    const Rect b{50, 50, 60, 60};
+    InvalidateArea(top.window, &a, false);
+    InvalidateArea(top.window, &b, false);
+    UpdateNow(top.window);
+    UpdateNow(top.window);
+    EXPECT_THAT(areas, testing::ElementsAre(Rect{0, 0, 60, 60}));
+}
+
+TEST_F(PaintingTest, EraseHappensOnlyWhenAskedForAndTellsThePaint)
+{
+    std::vector<bool> erased;
+    Recorder top({}, [&](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message == kWmPaint)
+            erased.push_back(reinterpret_cast<const PaintInfo*>(m.lParam)->erased);
+        return std::nullopt;
+    });
+    erased.clear();
+    top.Clear();
+    InvalidateArea(top.window, nullptr, false);
+    UpdateNow(top.window);
+    EXPECT_TRUE(top.Of(kWmEraseBkgnd).empty());
+    InvalidateArea(top.window, nullptr, true);
+    UpdateNow(top.window);
+    EXPECT_EQ(top.Of(kWmEraseBkgnd).size(), 1U);
+    EXPECT_THAT(erased, testing::ElementsAre(false, true));
+}
+
+TEST_F(PaintingTest, ClassWithoutBackgroundIsNotErased)
+{
+    Recorder top({.background = Background::None});
+    DrawOutsidePaint(top.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 100, 100}, kRed); });
+    InvalidateArea(top.window, nullptr, true);
+    UpdateNow(top.window);
+    EXPECT_EQ(PixelAt(top.window, {50, 50}), kRed);
+}
+
+TEST_F(PaintingTest, DrawingOutsideAPaintShowsAtOnceAlsoInsideAHandler)
+{
+    Recorder top({});
+    top.answer = [](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message == kWmLButtonDown) {
+            DrawOutsidePaint(m.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 10, 10}, kRed); });
+            EXPECT_EQ(PixelAt(m.window, {5, 5}), kRed);
+        }
+        return std::nullopt;
+    };
+    TestPress(top.window, {1, 1});
+    EXPECT_EQ(PixelAt(top.window, {5, 5}), kRed);
+    EXPECT_EQ(PixelAt(top.window, {15, 15}), kWhite);
+}
+
+TEST_F(PaintingTest, WindowContextTakenDuringAPaintLeavesThePaintAsItWas)
+{
+    Recorder top({}, [](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message != kWmPaint)
+            return std::nullopt;
+        auto& dc = *reinterpret_cast<const PaintInfo*>(m.lParam)->dc;
+        dc.SetClip({0, 0, 50, 100});
+        DrawOutsidePaint(m.window, [](DeviceContext& other) { other.FillRect({0, 0, 100, 10}, kBlue); });
+        dc.FillRect({0, 20, 100, 30}, kRed);
+        return 0;
+    });
+    EXPECT_EQ(PixelAt(top.window, {90, 5}), kBlue);
+    EXPECT_EQ(PixelAt(top.window, {40, 25}), kRed);
+    EXPECT_EQ(PixelAt(top.window, {60, 25}), kWhite);
+}
+
+TEST_F(PaintingTest, ChildLiesOverItsParent)
+{
+    Recorder top({}, Fill(kRed));
+    Recorder child({.style = kStyleDefault, .bounds = Rect::At(10, 10, 20, 20), .parent = top.window}, Fill(kBlue));
+    UpdateNow(top.window);
+    DrawOutsidePaint(top.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 100, 100}, kWhite); });
+    EXPECT_EQ(PixelAt(child.window, {5, 5}), kBlue);
+}
+
+TEST_F(PaintingTest, ResizeKeepsNothingInvalidForLongAndPaintsTheWhole)
+{
+    std::vector<Rect> areas;
+    Recorder top({}, Fill(kRed, &areas));
+    areas.clear();
+    top.Clear();
+    MoveTo(top.window, Rect::At(0, 0, 150, 120));
+    ASSERT_EQ(top.Of(kWmSize).size(), 1U);
+    EXPECT_EQ(top.Of(kWmSize)[0].lParam, MakeParam(150, 120));
+    UpdateNow(top.window);
+    EXPECT_THAT(areas, testing::ElementsAre(Rect{0, 0, 150, 120}));
+    EXPECT_EQ(PixelAt(top.window, {149, 119}), kRed);
+    EXPECT_EQ(PixelAt(top.window, {150, 119}), kNoColour);
+}
+
+TEST_F(PaintingTest, MoveAloneTellsNoSize)
+{
+    Recorder top({});
+    Recorder child({.style = kStyleDefault, .bounds = Rect::At(0, 0, 10, 10), .parent = top.window});
+    child.Clear();
+    MoveTo(child.window, Rect::At(30, 40, 10, 10));
+    EXPECT_EQ(child.Of(kWmMove).size(), 1U);
+    EXPECT_TRUE(child.Of(kWmSize).empty());
+    EXPECT_EQ(WindowRect(child.window), Rect::At(30, 40, 10, 10));
+}
+
+TEST_F(PaintingTest, HiddenWindowIsNotPaintedAndIsPaintedWhenShown)
+{
+    std::vector<Rect> areas;
+    Recorder top({.show = false}, Fill(kRed, &areas));
+    InvalidateArea(top.window, nullptr, true);
+    UpdateNow(top.window);
+    EXPECT_TRUE(areas.empty());
+    ShowNative(top.window, true);
+    UpdateNow(top.window);
+    EXPECT_EQ(areas.size(), 1U);
+}
+
+TEST_F(PaintingTest, PaintThatDestroysItsWindowDoesNoHarm)
+{
+    Recorder top({.show = false}, [](const WndMessage& m) -> std::optional<MessageParam> {
+        if (m.message == kWmPaint)
+            DestroyNativeWindow(m.window);
+        return std::nullopt;
+    });
+    ShowNative(top.window, true);
+    UpdateNow(top.window);
+    ServeEvents();
+    EXPECT_FALSE(IsWindow(top.window));
+}
+
+TEST_F(PaintingTest, BorderLineLiesOutsideTheClientArea)
+{
+    Recorder top({});
+    Recorder child({.style = kStyleDefault | kStyleBorder, .bounds = Rect::At(10, 10, 20, 20), .parent = top.window});
+    UpdateNow(top.window);
+    EXPECT_EQ(ClientRect(child.window), (Rect{0, 0, 18, 18}));
+    EXPECT_EQ(PixelAt(child.window, {0, 0}), kWhite);
+    EXPECT_NE(PixelAt(child.window, {-1, -1}), kWhite);
+}
+
+}  // namespace
+}  // namespace jotlet
