@@ -3,7 +3,8 @@
 // Two folders matter. The program folder holds the executable and what ships beside it (Styles, Help, sounds, the
 // settings file). The data folder takes everything that is written: it is the program folder itself where that can be
 // written to, and $XDG_DATA_HOME/Jotlet (else ~/.local/share/Jotlet) where it cannot, as after an installation by a
-// package. Reading looks in the data folder first and falls back on the program folder.
+// package (a program under /usr never writes there, not even as root). Reading looks in the data folder first and falls
+// back on the program folder.
 //
 // Paths are UTF-8 with '/', folders without a trailing one.
 // Nothing here changes the current folder of the process: a path that the user gave on the command line stays right.

@@ -118,15 +118,22 @@ std::unique_ptr<BroadcastReceiver> BroadcastReceiver::Open(Handler handler)
     if (fd < 0)
         return nullptr;
     for (int attempt = 0; attempt < 10; ++attempt) {
-        char name[32];
-        std::snprintf(name, sizeof name, "%s%016llx", kSocketPrefix.data(),
-                      static_cast<unsigned long long>(RandomNumber()));
+        char number[20];
+        std::snprintf(number, sizeof number, "%016llx", static_cast<unsigned long long>(RandomNumber()));
+        // Bound under another name first: a sender that met the file before the socket stands behind it would take it
+        // for a dead copy's and sweep it.
+        const std::string fresh = std::string("new-") + number;
+        const std::string name = std::string(kSocketPrefix) + number;
         sockaddr_un address;
-        if (!folder.Address(name, address))
+        if (!folder.Address(fresh.c_str(), address))
             break;
-        if (bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
-            return std::unique_ptr<BroadcastReceiver>(
-                new BroadcastReceiver(fd, folderPath + '/' + name, std::move(handler)));
+        if (bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+            if (renameat(folder.Get(), fresh.c_str(), folder.Get(), name.c_str()) == 0)
+                return std::unique_ptr<BroadcastReceiver>(
+                    new BroadcastReceiver(fd, folderPath + '/' + name, std::move(handler)));
+            unlinkat(folder.Get(), fresh.c_str(), 0);
+            break;
+        }
         if (errno != EADDRINUSE)
             break;
     }
