@@ -37,8 +37,8 @@ WindowHandle CreateNativeWindow(std::string_view className, std::string_view tit
     } else if (bounds != Rect{}) {
         MoveTo(handle, bounds, false);
     }
-    if (style & kStyleVisible)
-        widget->show();
+    // Told explicitly either way: a child that nobody hid would appear with its parent.
+    widget->setVisible((style & kStyleVisible) != 0);
     return IsWindow(handle) ? handle : 0;
 }
 
