@@ -87,7 +87,7 @@ void OpenMail(std::string_view address)
 void OpenHelpPage(std::string_view page, bool /*useShell*/)
 {
     const std::string path = GetHelpFilePath(page);
-    if (!FileExists(path)) {
+    if (FileExists(path) != 1) {
         ShowTextMessage(0, "Help file '" + path + "'\r\ndoes not exist.");
         return;
     }

@@ -1,6 +1,7 @@
 // What the tests of widgets share: a window that holds them and keeps what they tell.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <ostream>
 #include <vector>
@@ -87,6 +88,22 @@ inline Point MiddleOf(const Rect& r)
 inline Point MiddleOf(const MarlinWnd& widget)
 {
     return MiddleOf(widget.GetClientArea());
+}
+
+// WhenModal, once the keyboard has come to the dialog.
+inline void WhenModalHasFocus(std::function<void(WindowHandle)> act)
+{
+    WhenModal([act = std::move(act)](WindowHandle dialog) {
+        const auto inside = [dialog] {
+            for (WindowHandle one = FocusedWindow(); one; one = ParentOf(one)) {
+                if (one == dialog)
+                    return true;
+            }
+            return false;
+        };
+        EXPECT_TRUE(ServeUntil(inside, std::chrono::seconds(2)));
+        act(dialog);
+    });
 }
 
 }  // namespace jotlet

@@ -1,0 +1,214 @@
+#include "platform/desktop/dialog.h"
+#include "platform/desktop/file_dialog.h"
+#include "platform/desktop/message_box.h"
+#include "platform/desktop/shell.h"
+#include "platform/desktop/system_metrics.h"
+#include "skin/sound.h"
+#include "support/scratch.h"
+#include "toolkit/about_dialog.h"
+#include "toolkit/browse_for_folder.h"
+#include "toolkit/compact_progress_dialog.h"
+#include "toolkit/date_dialog.h"
+#include "toolkit/time_dialog.h"
+#include "widget_host.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class WidgetDialogTest : public WindowTest {
+protected:
+    WidgetDialogTest()
+    {
+        SetAnimationEnabled(0);
+        host.onCommand = nullptr;
+    }
+    ~WidgetDialogTest() override { SetAnimationEnabled(1); }
+    // The child window of a dialog at a client point.
+    static WindowHandle ChildAt(WindowHandle dialog, Point p)
+    {
+        return WindowFromScreenPoint(ClientToScreen(dialog, p));
+    }
+
+    Host host;
+    std::vector<std::string> played;
+    ScopedShellHook shell{[this](std::string_view verb, std::string_view target) {
+        played.push_back(std::string(verb) + ' ' + std::string(target.substr(target.rfind('/') + 1)));
+    }};
+};
+
+TEST_F(WidgetDialogTest, TheDatePickerGivesThePickedDate)
+{
+    DateValue date{5, 3, 2000};
+    DateDialog dialog(date.day, date.month, date.year, &date);
+    dialog.SetZoom(1);
+    WhenModalHasFocus([](WindowHandle window) {
+        const WindowHandle grid = FocusedWindow();
+        TestKey(grid, kKeyRight);
+        TestPushItem(window, kIdOk);
+    });
+    EXPECT_EQ(dialog.DoModal(&host, DateDialog::kTemplate), 1);
+    EXPECT_EQ(date, (DateValue{6, 3, 2000}));
+    EXPECT_THAT(played, ElementsAre("play open.wav", "play close.wav"));
+}
+
+TEST_F(WidgetDialogTest, ACancelledPickerChangesNothing)
+{
+    DateValue date{5, 3, 2000};
+    DateDialog dialog(date.day, date.month, date.year, &date);
+    WhenModalHasFocus([](WindowHandle) {
+        TestKey(FocusedWindow(), kKeyRight);
+        TestKey(FocusedWindow(), kKeyEscape);
+    });
+    EXPECT_EQ(dialog.DoModal(&host, DateDialog::kTemplate), 0);
+    EXPECT_EQ(date, (DateValue{5, 3, 2000}));
+    EXPECT_THAT(played, ElementsAre("play close.wav")) << "without zoom it opens in silence";
+}
+
+TEST_F(WidgetDialogTest, APickerOpensWhereItIsToldButOnTheDesktop)
+{
+    DateValue date{5, 3, 2000};
+    const Rect desktop = DesktopRect();
+    Rect first, second;
+    {
+        DateDialog dialog(5, 3, 2000, &date);
+        dialog.SetPosition(50, 60);
+        WhenModal([&](WindowHandle window) {
+            first = WindowRect(window);
+            EndModal(window, 0);
+        });
+        dialog.DoModal(&host, DateDialog::kTemplate);
+    }
+    DateDialog dialog(5, 3, 2000, &date);
+    dialog.SetPosition(desktop.right - 10, desktop.bottom - 10);
+    WhenModal([&](WindowHandle window) {
+        second = WindowRect(window);
+        EndModal(window, 0);
+    });
+    dialog.DoModal(&host, DateDialog::kTemplate);
+    EXPECT_EQ((Point{first.left, first.top}), (Point{50, 60}));
+    constexpr int kFrame = 8;  // the desktop's own frame is known only once the window is up
+    EXPECT_LE(second.right, desktop.right + kFrame);
+    EXPECT_LE(second.bottom, desktop.bottom + kFrame);
+}
+
+TEST_F(WidgetDialogTest, ThePickersButtonsLieBelowWhatPicks)
+{
+    DateValue date{5, 3, 2000};
+    DateDialog dialog(5, 3, 2000, &date);
+    WhenModal([&](WindowHandle window) {
+        const Rect client = ClientRect(window);
+        const Rect ok = ItemRect(window, kIdOk);
+        const Rect cancel = ItemRect(window, kIdCancel);
+        EXPECT_GE(ok.top, client.bottom - 25);
+        EXPECT_LE(ok.bottom, client.bottom);
+        EXPECT_LT(ok.right, cancel.left);
+        EXPECT_LE(cancel.right, client.right);
+        EndModal(window, 0);
+    });
+    dialog.DoModal(&host, DateDialog::kTemplate);
+}
+
+TEST_F(WidgetDialogTest, TheTimePickerGivesBothTimes)
+{
+    const TimeValue from{8, 0, 0, kBeforeNoon};
+    TimeValue start, end;
+    TimeDialog dialog(from, from, &start, &end);
+    WhenModalHasFocus([](WindowHandle window) {
+        TestKey(FocusedWindow(), kKeyPageDown);
+        TestPushItem(window, kIdOk);
+    });
+    EXPECT_EQ(dialog.DoModal(&host, TimeDialog::kTemplate), 1);
+    EXPECT_EQ(start, from);
+    EXPECT_EQ(end, (TimeValue{9, 0, 0, kBeforeNoon}));
+}
+
+TEST_F(WidgetDialogTest, ADoubleClickOnASingleTimeEndsTheDialog)
+{
+    const TimeValue from{8, 0, 0, kBeforeNoon};
+    TimeValue start, end;
+    TimeDialog dialog(from, from, &start, &end);
+    dialog.SetSingleTime();
+    WhenModalHasFocus([](WindowHandle) {
+        const WindowHandle grid = FocusedWindow();
+        ASSERT_EQ(ClassNameOf(grid), "MarlinWndList");
+        TestDoubleClick(grid, {20, 5});
+    });
+    EXPECT_EQ(dialog.DoModal(&host, TimeDialog::kTemplate), 1);
+    EXPECT_EQ(end.minute % 5, 0);
+    EXPECT_NE(end, from);
+}
+
+TEST_F(WidgetDialogTest, AboutWritesMailAndOpensTheHomePage)
+{
+    AboutDialog dialog;
+    WhenModal([&](WindowHandle window) {
+        ServeEvents();
+        for (const int id : {AboutDialog::kMailId, AboutDialog::kHomePageId}) {
+            const WindowHandle link = ChildAt(window, MiddleOf(ItemRect(window, id)));
+            EXPECT_EQ(ClassNameOf(link), "MarlinClassLinkButton");
+            TestClick(link, {5, 5});
+            ServeEvents();
+        }
+        TestPushItem(window, kIdOk);
+    });
+    EXPECT_EQ(dialog.DoModal(&host, AboutDialog::kTemplate), 1);
+    ASSERT_EQ(played.size(), 2u);
+    EXPECT_THAT(played[0], testing::StartsWith("open mailto:"));
+    EXPECT_THAT(played[1], testing::StartsWith("open "));
+}
+
+TEST_F(WidgetDialogTest, TheProgressBarGrowsToItsFullWidth)
+{
+    CompactProgressDialog progress(&host);
+    progress.Open("Compact", 5);
+    ASSERT_TRUE(IsWindow(progress.window));
+    EXPECT_EQ(ItemText(progress.window, 99), "Compact");
+    const Rect bar = ItemRect(progress.window, 100);
+    const auto blackEnd = [&] {
+        int x = bar.left;
+        while (x < bar.right && PixelAt(progress.window, {x, MiddleOf(bar).y}) == 0)
+            ++x;
+        return x - bar.left;
+    };
+    EXPECT_EQ(blackEnd(), 0);
+    progress.Step();
+    EXPECT_EQ(blackEnd(), bar.Width() / 4);
+    for (int i = 0; i < 3; ++i)
+        progress.Step();
+    EXPECT_EQ(blackEnd(), bar.Width());
+    progress.Step();
+    EXPECT_EQ(blackEnd(), bar.Width());
+    progress.Close();
+    EXPECT_FALSE(IsWindow(progress.window));
+    progress.Close();
+    progress.Step();
+}
+
+TEST_F(WidgetDialogTest, ASingleStepFillsTheProgressBar)
+{
+    CompactProgressDialog progress(nullptr);
+    progress.Open("Import...", 1);
+    progress.Step();
+    const Rect bar = ItemRect(progress.window, 100);
+    EXPECT_EQ(PixelAt(progress.window, {bar.right - 1, bar.top}), 0u);
+    progress.Close();
+}
+
+TEST_F(WidgetDialogTest, ACancelledFolderChooserLeavesThePath)
+{
+    std::string path = "/tmp/here";
+    {
+        const ScopedFileAnswer cancel([](const FileDialogRequest&) { return std::optional<std::string>(); });
+        EXPECT_EQ(BrowseForFolder(host.window, path), 0);
+    }
+    EXPECT_EQ(path, "/tmp/here");
+    const ScopedFileAnswer chosen([](const FileDialogRequest&) { return std::optional<std::string>("/tmp/there"); });
+    EXPECT_EQ(BrowseForFolder(host.window, path), 1);
+    EXPECT_EQ(path, "/tmp/there");
+}
+
+}  // namespace
+}  // namespace jotlet
