@@ -1,5 +1,7 @@
 #include "notes/note_cell.h"
 
+#include <algorithm>
+
 #include "platform/base/text.h"
 #include "skin/drawing.h"
 #include "skin/fonts.h"
@@ -83,7 +85,10 @@ void DrawNoteCell(DeviceContext& dc, const NoteRecord& note, Colour background, 
     dc.DrawLine(inside.left, inside.top - 1, inside.right - 1, inside.top - 1, kLineColour);
 
     const Rect body{inside.left, inside.top, inside.right, inside.bottom - kStripHeight};
-    dc.DrawText(body, FieldText(note.text), *look.font, kTextColour, kTextCentre | kTextWordBreak | kTextNoPrefix);
+    // Whole lines only: a line cut through its middle reads as dirt.
+    const int line = std::max(dc.FontHeight(*look.font), 1);
+    const Rect lines{body.left, body.top, body.right, body.top + body.Height() / line * line};
+    dc.DrawText(lines, FieldText(note.text), *look.font, kTextColour, kTextCentre | kTextWordBreak | kTextNoPrefix);
     DrawStrip(dc, note, {inside.left, body.bottom, inside.right, inside.bottom}, look);
 }
 

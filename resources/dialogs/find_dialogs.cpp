@@ -15,14 +15,14 @@ DialogTemplate Find()
             199,
             0,
             {
-                {ControlKind::Text, -1, "F&ind", 4, 27, 60, 8},
-                {ControlKind::Edit, 103, "", 4, 36, 130, 12, kControlLowerCase},
+                {ControlKind::Text, -1, "F&ind", 4, 30, 60, 8},
+                {ControlKind::Edit, 103, "", 4, 39, 130, 12, kControlLowerCase},
                 {ControlKind::DefaultPush, 1, "&Find", 141, 4, 46, 14},
                 {ControlKind::Push, 104, "&Go to", 141, 20, 46, 14},
                 {ControlKind::Push, 2, "&Done", 141, 36, 46, 14},
-                {ControlKind::Group, -1, "Category", 4, 2, 130, 22},
-                {ControlKind::Text, 200, "All Categories", 10, 12, 118, 8},
-                {ControlKind::Picture, -1, "2022", 4, 50, 183, 8},
+                {ControlKind::Group, -1, "Category", 4, 1, 130, 27},
+                {ControlKind::Text, 200, "All Categories", 10, 14, 118, 8},
+                {ControlKind::Picture, -1, "2022", 4, 53, 183, 8},
             }};
 }
 
