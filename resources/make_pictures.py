@@ -28,8 +28,7 @@ DRAWN = [
 ] + [(c, c, 32, 32) for c in ("cur_hand1", "cur_drag_true", "cur_drag_true_copy", "cur_drag_stop")]
 
 # Icons are asked for by their size in pixels, so the larger one serves a screen of scale 2.
-BAR_ICONS = (2000, 2001, 2002, 2003, 2004, 2005, 3000)
-BAR_ICON_SIZES = (16, 32)
+BAR_ICONS = {2000: 16, 2001: 16, 2002: 16, 2003: 16, 2004: 16, 2005: 16, 3000: 12}
 # Those of the program and of a note file; up to SMALL pixels they come from the drawing made for the 16 pixel grid.
 APP_ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
 SMALL = 24
@@ -95,8 +94,8 @@ def make_caption_buttons(folder):
 
 
 def make_icons():
-    for icon in BAR_ICONS:
-        for size in BAR_ICON_SIZES:
+    for icon, side in BAR_ICONS.items():
+        for size in (side, 2 * side):
             render(ART / f"icon_{icon}.svg", f"icon_{icon}_{size}", size, size)
     for icon in (1000, 1001):
         for size in APP_ICON_SIZES:

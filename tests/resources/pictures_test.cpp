@@ -162,10 +162,10 @@ TEST(Pictures, ProgramAndNoteFileHaveAnIconForEverySizeOfTheDesktop)
 
 TEST(Pictures, IconsOfTheBarsAreMadeForBothScales)
 {
-    for (const char* icon : {"2000", "2001", "2002", "2003", "2004", "2005", "3000"})
-        for (const uint32_t size : {16u, 32u})
-            EXPECT_EQ(PngExtent(std::string("icon_") + icon + "_" + std::to_string(size)), (Extent{size, size}))
-                << icon;
+    for (const auto& [icon, side] :
+         std::map<int, uint32_t>{{2000, 16}, {2001, 16}, {2002, 16}, {2003, 16}, {2004, 16}, {2005, 16}, {3000, 12}})
+        for (const uint32_t size : {side, 2 * side})
+            EXPECT_EQ(PngExtent("icon_" + std::to_string(icon) + "_" + std::to_string(size)), (Extent{size, size}));
 }
 
 TEST(Pictures, EveryPictureIsListedForTheProgram)
