@@ -167,11 +167,11 @@ def end(skin, right):
     """An end of the title area: the cut corner's outline and a lit edge inside it. Row 0 stands at y = 1."""
     rows = []
     edge = rgb(skin.get("endEdge", skin["frame"]))
-    light = rgb(skin["frameUp"] if not right else skin["frameDown"])
+    light, shape = rgb(skin["frameUp"] if not right else skin["frameDown"]), skin.get("shape")
     for y in range(1, TITLE):
         base = ramp(skin["title"], y / (TITLE - 1))
         border = 3 - y if y < 3 else 0
-        row = [edge if x <= border else mix(light, base, (x - border) / 3.0) for x in range(END)]
+        row = [edge if x <= border else base if shape == "square" else mix(light, base, (x - border) / 3.0) for x in range(END)]
         rows.append(row[::-1] if right else row)
     return rows
 
@@ -296,7 +296,7 @@ SKINS = [
          buttons=[("#36416a", "#242c4b", "#5a6aa8", "#cdd9ff"), ("#2f9db0", "#14606f", "#8ff2ff", "#ffffff"),
                   ("#0c1122", "#182040", "#5a6aa8", "#8ff2ff"), ("#ff6a78", "#a81830", "#ffb3bd", "#ffffff")]),
     dict(file="4_High_Contrast.ini", name="High Contrast", folder="HighContrast", shape="square", gloss=False, weight=1.4, endEdge="#ffff00",
-         title=[(0, "#000000"), (0.94, "#000000"), (0.95, "#ffff00"), (1, "#ffff00")],
+         title=[(0, "#ffff00"), (0.05, "#ffff00"), (0.051, "#000000"), (0.94, "#000000"), (0.95, "#ffff00"), (1, "#ffff00")],
          sub=[(0, "#000000"), (0.94, "#000000"), (0.95, "#ffffff"), (1, "#ffffff")],
          back="#000000", backUp="#ffffff", backDown="#ffffff", titleFill="#000000", titleUp="#ffff00", titleDown="#ffff00",
          frame="#000000", frameUp="#ffff00", frameDown="#ffff00", text="#ffffff", panelFrame="#ffffff",
