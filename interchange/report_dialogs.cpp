@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 #include "platform/base/file_error_text.h"
 #include "platform/base/paths.h"
@@ -131,7 +132,6 @@ MessageParam PrintReportDialog::OnInitDialog(WndMessage& record)
     Enable(kPrintButton, false);
     ShowItem(window, kReportView, false);
     SetItemFont(window, kReportView, "Verdana", -11, 400);
-    heightAtOpening = WindowRect(window).Height();
     return SelectionDialog::OnInitDialog(record);
 }
 
@@ -179,9 +179,9 @@ void PrintReportDialog::MakeReport()
 // Once: the view stands below the old bottom edge.
 void PrintReportDialog::Unfold()
 {
-    const Rect now = WindowRect(window);
-    if (now.Height() != heightAtOpening)
+    if (std::exchange(unfolded, true))
         return;
+    const Rect now = WindowRect(window);
     const Rect view = ItemRect(window, kReportView);
     const int top = GetClientArea().bottom;
     MoveTo(window, Rect::At(now.left, now.top, now.Width(), now.Height() + kUnfoldBy));

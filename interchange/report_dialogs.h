@@ -50,7 +50,7 @@ private:
     int ShowReportText(const std::string& path);
     void PrintReportFile(const std::string& path);
 
-    int heightAtOpening = 0;
+    bool unfolded = false;
 };
 
 class ExportDialog : public SelectionDialog {
