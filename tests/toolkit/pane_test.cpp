@@ -1,0 +1,216 @@
+// The pane list, the pane bar and the Intro pane.
+#include "platform/base/paths.h"
+#include "platform/desktop/shell.h"
+#include "skin/skin_bitmaps.h"
+#include "support/temp_folder.h"
+#include "toolkit/intro_pane.h"
+#include "toolkit/marlin_pane_bar.h"
+#include "toolkit/pane_list.h"
+#include "widget_host.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A pane that keeps what is posted to it.
+class ListeningPane : public MarlinPane {
+public:
+    explicit ListeningPane(const std::string& name) : MarlinPane({.backColour = 0x43E7FF}, name) {}
+    MessageParam OnCommand(WndMessage& record) override
+    {
+        commands.push_back({LowWord(record.wParam), record.lParam, HighWord(record.wParam)});
+        return 0;
+    }
+    Commands commands;
+};
+
+class PaneTest : public WindowTest {
+protected:
+    PaneTest() { SetProgramPath(folder.File("jotlet")); }  // no skin: nothing but the program's own pictures
+    ~PaneTest() override
+    {
+        FreeSkin();
+        SetProgramPath("");
+    }
+
+    test::TempFolder folder;
+    Host host;
+    ListeningPane intro{"Intro"};
+    ListeningPane work{"Work"};
+};
+
+TEST_F(PaneTest, TheListKnowsPanesByOrderAndByExactName)
+{
+    EXPECT_EQ(GetPaneCount(), 2);
+    EXPECT_EQ(FindPane("Work"), &work);
+    EXPECT_EQ(FindPane("work"), nullptr);
+    EXPECT_EQ(GetCurrentPane(), &intro);
+    EXPECT_EQ(SetCurrentPaneIndex(1), 1);
+    EXPECT_EQ(GetCurrentPane(), &work);
+    for (const int outside : {-1, 2, 1000})
+        EXPECT_EQ(SetCurrentPaneIndex(outside), 0) << outside;
+    EXPECT_EQ(GetCurrentPaneIndex(), 1);
+}
+
+TEST_F(PaneTest, ANewPaneMakesTheFirstCurrentAndOneThatGoesLeavesTheList)
+{
+    SetCurrentPaneIndex(1);
+    {
+        const ListeningPane third("Third");
+        EXPECT_EQ(GetPaneCount(), 3);
+        EXPECT_EQ(GetCurrentPaneIndex(), 0);
+        SetCurrentPaneIndex(2);
+    }
+    EXPECT_EQ(GetPaneCount(), 2);
+    EXPECT_EQ(GetCurrentPane(), &intro);
+}
+
+TEST_F(PaneTest, TheHundredAndFirstPaneIsNotListed)
+{
+    std::vector<std::unique_ptr<ListeningPane>> many;
+    for (int i = 2; i <= kMaxPanes; ++i)
+        many.push_back(std::make_unique<ListeningPane>("p" + std::to_string(i)));
+    EXPECT_EQ(GetPaneCount(), kMaxPanes);
+    EXPECT_EQ(FindPane("p100"), nullptr);
+    EXPECT_NE(FindPane("p99"), nullptr);
+}
+
+TEST_F(PaneTest, ACommandIsPostedToAPaneByName)
+{
+    host.Hold(work, Rect::At(0, 0, 50, 50));
+    EXPECT_EQ(PostToPane("Work", {0, kWmCommand, 1002, 7}), 1);
+    EXPECT_THAT(work.commands, IsEmpty());
+    ServeEvents();
+    EXPECT_THAT(work.commands, ElementsAre(Command{1002, 7, 0}));
+    EXPECT_EQ(PostToPane("Elsewhere", {0, kWmCommand, 1002, 7}), 0);
+}
+
+TEST_F(PaneTest, APaneIsCreatedHiddenAndFillsItselfWithItsColour)
+{
+    host.Hold(intro, Rect::At(0, 0, 50, 50));
+    EXPECT_FALSE(IsVisible(intro.window));
+    intro.Show();
+    intro.Update();
+    EXPECT_EQ(PixelAt(intro.window, {20, 20}), 0x43E7FFu);
+}
+
+class PaneBarTest : public PaneTest {
+protected:
+    PaneBarTest() { host.Hold(bar, Rect::At(1, 0, 398, 25)); }
+    MarlinPaneBar bar;
+};
+
+TEST_F(PaneBarTest, ButtonsStandSeventyFiveApart)
+{
+    EXPECT_EQ(PaneButtonRect({398, 25}, 0), Rect::At(4, 4, 72, 16));
+    EXPECT_EQ(PaneButtonRect({398, 25}, 1), Rect::At(79, 4, 72, 16));
+}
+
+TEST_F(PaneBarTest, APressSendsTheIndexAndShowsTheButtonDownBeforeThePaneChanges)
+{
+    const Point spot{84, 8};
+    bar.Update();
+    const Colour up = PixelAt(bar.window, spot);
+    Colour whileSent = 0;
+    int currentWhileSent = -1;
+    host.onCommand = [&](WndMessage&) {
+        whileSent = PixelAt(bar.window, spot);
+        currentWhileSent = GetCurrentPaneIndex();
+    };
+    TestPress(bar.window, MiddleOf(PaneButtonRect({398, 25}, 1)));
+    EXPECT_THAT(host.commands, ElementsAre(Command{kCommandSwitchPane, 1, 0}));
+    EXPECT_NE(whileSent, up);
+    EXPECT_EQ(currentWhileSent, 0) << "only the frame changes the pane";
+}
+
+TEST_F(PaneBarTest, APressOnTheCurrentButtonOrBesideDoesNothing)
+{
+    TestPress(bar.window, MiddleOf(PaneButtonRect({398, 25}, 0)));
+    TestPress(bar.window, {77, 12});
+    TestPress(bar.window, MiddleOf(PaneButtonRect({398, 25}, 2)));
+    EXPECT_THAT(host.Take(), IsEmpty());
+}
+
+TEST_F(PaneBarTest, KeysChooseAPaneAndKeepTheFocus)
+{
+    FocusWindow(bar.window);
+    TestKey(bar.window, kKeyLeft);
+    TestKey(bar.window, kKeyRight);
+    EXPECT_THAT(host.Take(), ElementsAre(Command{kCommandSwitchPane, 1, 0}));
+    EXPECT_EQ(FocusedWindow(), bar.window);
+}
+
+TEST_F(PaneBarTest, AScreenReaderHearsThePanes)
+{
+    SetCurrentPaneIndex(1);
+    AccessibleDescription description;
+    bar.Describe(description);
+    ASSERT_EQ(description.parts.size(), 2u);
+    EXPECT_EQ(description.parts[1].name, "Work");
+    EXPECT_TRUE(description.parts[1].selected);
+    EXPECT_FALSE(description.parts[0].selected);
+}
+
+TEST_F(PaneBarTest, WithoutASkinTheBarShowsTheUnsetColour)
+{
+    bar.Update();
+    EXPECT_EQ(PixelAt(bar.window, {300, 12}), kUnsetColour);
+}
+
+class IntroPaneTest : public WindowTest {
+protected:
+    IntroPaneTest()
+    {
+        SetProgramPath(folder.File("jotlet"));
+        host.Hold(pane, Rect::At(0, 0, 371, 307));
+        pane.Show();
+        pane.Update();
+        ServeEvents();
+    }
+    ~IntroPaneTest() override { SetProgramPath(""); }
+    static IntroText& TextOf(IntroPane& pane)
+    {
+        return dynamic_cast<IntroText&>(
+            *MarlinWnd::FromHandle(WindowFromScreenPoint(ClientToScreen(pane.window, {200, 100}))));
+    }
+
+    test::TempFolder folder;
+    std::vector<std::string> opened;
+    ScopedShellHook hook{[this](std::string_view verb, std::string_view target) {
+        opened.push_back(std::string(verb) + " " + std::string(target));
+    }};
+    Host host;
+    IntroPane pane{{.backColour = 0x43E7FF}, "Intro", "Jotlet"};
+};
+
+TEST_F(IntroPaneTest, PictureTextAndTitleKeepTheirPlaces)
+{
+    const IntroLayout layout = LayOutIntro({371, 307});
+    EXPECT_EQ(layout.picture, Rect::At(0, 26, 140, 250));
+    EXPECT_EQ(layout.text, Rect::At(150, 55, 211, 242));
+    EXPECT_EQ(layout.title, (Rect{150, 35, 371, 54}));
+    EXPECT_EQ(WindowRect(TextOf(pane).window).Width(), 211);
+    EXPECT_EQ(PixelAt(pane.window, {145, 150}), 0x43E7FFu);
+}
+
+TEST_F(IntroPaneTest, TheLinkOpensItsPageByMouseAndByKey)
+{
+    std::filesystem::create_directories(folder.File("Help"));
+    test::WriteAll(folder.File("Help/kestrel.htm"), "<html></html>");
+    IntroText& text = TextOf(pane);
+    const Rect link = text.GetLinkArea();
+    ASSERT_FALSE(link.Empty());
+    TestPress(text.window, {link.left - 3, link.top + 2});
+    EXPECT_THAT(opened, IsEmpty());
+    TestPress(text.window, MiddleOf(link));
+    pane.OnEntered();
+    EXPECT_EQ(FocusedWindow(), text.window);
+    TestKey(text.window, kKeyReturn);
+    EXPECT_THAT(opened,
+                ElementsAre("open " + folder.File("Help/kestrel.htm"), "open " + folder.File("Help/kestrel.htm")));
+}
+
+}  // namespace
+}  // namespace jotlet
