@@ -128,9 +128,10 @@ TEST_F(ToolBarTest, KeysWalkThroughTheItemsAndPressThem)
     TestKey(bar.window, kKeySpace);
     TestKey(bar.window, kKeyEnd);
     TestKey(bar.window, kKeyReturn);
+    EXPECT_THAT(host.Take(), ElementsAre(Command{kNew, 0, 0}, Command{kEdit, 0, 0}));
     TestKey(bar.window, kKeyRight);
     TestKey(bar.window, kKeyDown);
-    EXPECT_THAT(host.Take(), ElementsAre(Command{kNew, 0, 0}, Command{kEdit, 0, 0}, Command{kMenu, 0, 0}));
+    EXPECT_THAT(host.commands, ElementsAre(Command{kMenu, 0, 0})) << "round the end";
 }
 
 TEST_F(ToolBarTest, TheFocusedItemIsMarked)
