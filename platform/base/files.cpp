@@ -71,7 +71,7 @@ FileHandle FileCreate(const std::string& path, FileError* error)
     // Emptied only once we are alone with it, so not by O_TRUNC.
     LockOutcome outcome{};
     FileHandleOwner handle(OpenPresent(path, {O_RDWR | O_CREAT, FileSharing::None, 0}, outcome, error));
-    if (handle && Files().Truncate(handle.Get(), 0) != 0)
+    if (handle && FileSize(handle.Get()) != 0 && Files().Truncate(handle.Get(), 0) != 0)
         return FailWithErrno(error, "truncate", path);
     return handle.Release();
 }

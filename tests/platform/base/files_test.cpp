@@ -1,0 +1,219 @@
+#include "platform/base/files.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <thread>
+
+#include "platform/base/file_mount.h"
+#include "platform/base/file_system.h"
+#include "support/failing_file_system.h"
+#include "support/forked_process.h"
+#include "support/temp_folder.h"
+
+namespace jotlet::test {
+namespace {
+
+class FilesTest : public testing::Test {
+protected:
+    FilesTest() : path(folder.File("file")) {}
+    TempFolder folder;
+    std::string path;
+};
+
+TEST_F(FilesTest, ReadsWritesAndSeeks)
+{
+    FileHandleOwner file(FileCreate(path));
+    ASSERT_TRUE(file);
+    EXPECT_EQ(FileWrite(file.Get(), "hello world", 11), 11);
+    EXPECT_EQ(FileSeek(file.Get(), -5, SeekOrigin::End), 6);
+    char text[20] = {};
+    EXPECT_EQ(FileRead(file.Get(), text, sizeof text), 5);
+    EXPECT_STREQ(text, "world");
+    EXPECT_EQ(FileRead(file.Get(), text, sizeof text), 0);
+    EXPECT_EQ(FileSeek(file.Get(), -1, SeekOrigin::Begin), -1);
+    EXPECT_EQ(FileSize(file.Get()), 11);
+    EXPECT_EQ(FileFlush(file.Get()), 1);
+    EXPECT_EQ(FlushFolderOf(path), 1);
+    EXPECT_FALSE(FileReadWhole(file.Get(), std::as_writable_bytes(std::span(text)), 0));
+    EXPECT_EQ(FileRead(kNoFile, text, 1), -1);
+    EXPECT_EQ(FileWrite(kNoFile, text, 1), -1);
+    EXPECT_EQ(FileSize(kNoFile), -1);
+    EXPECT_EQ(FileFlush(kNoFile), 0);
+    FileClose(kNoFile);
+}
+
+TEST_F(FilesTest, ExistsSaysMinusOneForNo)
+{
+    EXPECT_EQ(FileExists(path), -1);
+    WriteAll(path, "");
+    EXPECT_EQ(FileExists(path), 1);
+    EXPECT_EQ(FileExists(folder.Path()), 1);
+}
+
+TEST_F(FilesTest, AFileIsBusyWhileAnybodyHasItOpen)
+{
+    EXPECT_EQ(FileIsBusy(path), 1);  // missing
+    WriteAll(path, "x");
+    EXPECT_EQ(FileIsBusy(path), 0);
+    {
+        const FileHandleOwner first(FileOpen(path, FileAccess::Read));
+        EXPECT_EQ(FileIsBusy(path), 1);
+        const FileHandleOwner second(FileOpen(path));
+        EXPECT_TRUE(second);
+        EXPECT_EQ(FileIsBusy(path), 1);
+    }
+    EXPECT_EQ(FileIsBusy(path), 0);
+    ForkedProcess other([&](Line& line) {
+        const FileHandleOwner file(FileOpen(path));
+        line.Say("open");
+        line.Hear();
+        return 0;
+    });
+    other.Talk().Hear();
+    EXPECT_EQ(FileIsBusy(path), 1);
+    other.Kill();
+    EXPECT_EQ(FileIsBusy(path), 0);  // whatever ended it
+    EXPECT_EQ(FileIsBusy(folder.Path()), 1);
+}
+
+TEST_F(FilesTest, CreatingEmptiesAFileOnlyWhenNobodyHasItOpen)
+{
+    WriteAll(path, "precious");
+    FileError error;
+    {
+        const FileHandleOwner open(FileOpen(path));
+        EXPECT_EQ(FileCreate(path, &error), kNoFile);
+        EXPECT_EQ(error.kind, FileErrorKind::Busy);
+        EXPECT_EQ(error.path, path);
+        EXPECT_EQ(ReadAll(path), "precious");
+    }
+    {
+        const FileHandleOwner made(FileCreate(path));
+        ASSERT_TRUE(made);
+        EXPECT_EQ(FileSize(made.Get()), 0);
+        EXPECT_EQ(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, &error, 0), kNoFile);
+        EXPECT_EQ(error.kind, FileErrorKind::Busy);
+    }
+    EXPECT_TRUE(FileHandleOwner(FileOpen(path)));
+}
+
+TEST_F(FilesTest, OpeningWaitsForOneWhoIsAloneWithTheFile)
+{
+    WriteAll(path, "x");
+    auto alone = std::make_unique<FileHandleOwner>(FileOpen(path, FileAccess::ReadWrite, FileSharing::None));
+    ForkedProcess other([&](Line& line) {
+        line.Say("ready");
+        const FileHandleOwner file(FileOpen(path));
+        line.Say(file ? "open" : "failed");
+        return 0;
+    });
+    EXPECT_EQ(other.Talk().Hear(), "ready");
+    alone.reset();
+    EXPECT_EQ(other.Talk().Hear(), "open");
+}
+
+TEST_F(FilesTest, WhoWaitedForAFileThatIsReplacedGetsTheNewOne)
+{
+    WriteAll(path, "old");
+    WriteAll(folder.File("new"), "new");
+    auto alone = std::make_unique<FileHandleOwner>(FileOpen(path, FileAccess::ReadWrite, FileSharing::None));
+    ForkedProcess other([&](Line& line) {
+        line.Say("ready");
+        const FileHandleOwner file(FileOpen(path));
+        char text[4] = {};
+        FileRead(file.Get(), text, 3);
+        line.Say(text);
+        return 0;
+    });
+    EXPECT_EQ(other.Talk().Hear(), "ready");
+    std::filesystem::rename(folder.File("new"), path);
+    alone.reset();
+    EXPECT_EQ(other.Talk().Hear(), "new");
+}
+
+TEST_F(FilesTest, TheReasonOfARefusalIsTold)
+{
+    struct Case {
+        std::string path;
+        FileErrorKind kind;
+    };
+    ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
+    for (const Case& c :
+         {Case{folder.File("missing"), FileErrorKind::Missing},
+          Case{folder.File("missing/file"), FileErrorKind::Missing}, Case{folder.Path(), FileErrorKind::NotRegularFile},
+          Case{folder.File("pipe"), FileErrorKind::NotRegularFile}, Case{"/dev/full", FileErrorKind::NotRegularFile}}) {
+        SCOPED_TRACE(c.path);
+        FileError error;
+        EXPECT_EQ(FileOpen(c.path, FileAccess::ReadWrite, FileSharing::Shared, &error), kNoFile);
+        EXPECT_EQ(error.kind, c.kind);
+        EXPECT_EQ(error.path, c.path);
+    }
+    for (const auto& [number, kind] :
+         {std::pair{EACCES, FileErrorKind::Permission}, std::pair{EROFS, FileErrorKind::Permission},
+          std::pair{ENOSPC, FileErrorKind::NoSpace}, std::pair{EDQUOT, FileErrorKind::NoSpace},
+          std::pair{EIO, FileErrorKind::Io}, std::pair{0, FileErrorKind::None}})
+        EXPECT_EQ(FileErrorKindOf(number), kind) << number;
+    if (geteuid() != 0) {
+        WriteAll(path, "x");
+        chmod(path.c_str(), 0400);
+        FileError error;
+        EXPECT_EQ(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, &error), kNoFile);
+        EXPECT_EQ(error.kind, FileErrorKind::Permission);
+    }
+}
+
+TEST_F(FilesTest, HandlesAreNotInheritedByStartedPrograms)
+{
+    const FileHandleOwner file(FileCreate(path));
+    EXPECT_EQ(system(("test ! -e /proc/self/fd/" + std::to_string(file.Get())).c_str()), 0);
+}
+
+TEST_F(FilesTest, WithoutLocksFilesOpenAndCountAsBusy)
+{
+    WriteAll(path, "x");
+    FailingFileSystem share;
+    share.lockFailure = ENOLCK;
+    const ScopedFileSystem scope(share);
+    EXPECT_EQ(FileIsBusy(path), 1);
+    EXPECT_TRUE(FileHandleOwner(FileOpen(path)));
+    EXPECT_TRUE(FileHandleOwner(FileCreate(folder.File("export.csv"))));
+}
+
+TEST(FileMountTest, MountsTellWhereTheirLocksGo)
+{
+    struct Case {
+        const char *type, *options;
+        bool local;
+    };
+    for (const Case& c :
+         {Case{"nfs4", "rw,vers=4.2,hard,local_lock=none,addr=10.0.0.1", false},
+          Case{"nfs", "rw,vers=3,nolock,local_lock=all", true}, Case{"nfs", "rw,local_lock=posix", true},
+          Case{"nfs", "rw,local_lock=flock", false}, Case{"cifs", "rw,vers=3.1.1,nobrl", true},
+          Case{"cifs", "rw,vers=3.1.1,nobrlx", false}, Case{"smb3", "rw", false},
+          Case{"fuse.sshfs", "rw,user_id=0", true}, Case{"fuseblk", "rw", false}, Case{"9p", "rw", true},
+          Case{"gfs2", "rw,localflocks", true}, Case{"gfs2", "rw", false}, Case{"", "", true}}) {
+        SCOPED_TRACE(testing::Message() << c.type << " " << c.options);
+        EXPECT_EQ(MountKeepsLocksLocal(c.type, c.options), c.local);
+    }
+}
+
+TEST(FileMountTest, TheMountOfADeviceIsFoundByItsNumbers)
+{
+    const std::string mounts =
+        "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw,discard\n"
+        "90 22 0:45 /share /home/a\\040b rw,relatime - cifs //server/share rw,nobrl,vers=3.0\n"
+        "91 22 0:4 / /short rw";
+    std::string_view type, options;
+    ASSERT_TRUE(FindMount(mounts, 0, 45, type, options));
+    EXPECT_EQ(type, "cifs");
+    EXPECT_EQ(options, "rw,nobrl,vers=3.0");
+    ASSERT_TRUE(FindMount(mounts, 8, 1, type, options));
+    EXPECT_EQ(type, "ext4");
+    EXPECT_FALSE(FindMount(mounts, 0, 4, type, options));
+    EXPECT_FALSE(FindMount("", 8, 1, type, options));
+}
+
+}  // namespace
+}  // namespace jotlet::test
