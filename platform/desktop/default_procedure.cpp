@@ -171,6 +171,9 @@ MessageParam DefaultProcedure(WindowHandle window, std::uint32_t message, Messag
             return SetClassCursor(*native, lParam);
         case kWmSetText:
             native->setWindowTitle(lParam ? ShownText(reinterpret_cast<const char*>(lParam)) : QString());
+            // A frame that draws its title without a ground of its own finds no old text under it.
+            if (native->IsFrame() && native->isVisible())
+                PaintMargin(*native);
             return 1;
         case kWmNcHitTest:
             return TestHit(*native, lParam);
