@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <optional>
 
+#include "platform/desktop/qt/accessible_native.h"
 #include "platform/desktop/qt/convert.h"
 #include "platform/desktop/qt/font_data.h"
 #include "platform/desktop/qt/keys.h"
@@ -137,6 +138,7 @@ Application::Application(int argc, char** argv)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setPalette(LightPalette());
     QApplication::setFont(MakeQtFont({"MS Sans Serif", -11}));
+    InstallAccessibility();
     data->application.installEventFilter(&data->keys);
     loop = {};
 }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string_view>
 
+#include "platform/desktop/accessible.h"
 #include "platform/desktop/messages.h"
 
 namespace jotlet {
@@ -26,6 +27,11 @@ void TestType(WindowHandle window, std::string_view utf8);          // text, cha
 // A press of a dialog's button, a pick of a row: what the mouse would do on a stock control.
 void TestPushItem(WindowHandle dialog, int id);
 void TestPickRow(WindowHandle dialog, int id, int index);
+
+// What a screen reader finds in a window that paints itself, read back through the platform's accessibility; empty for
+// other windows. PressAsScreenReader is its press of a part; false when there is no such part.
+AccessibleDescription ReadAsScreenReader(WindowHandle window);
+bool PressAsScreenReader(WindowHandle window, std::size_t part);
 
 // The modal window on top, 0 when none.
 WindowHandle TopModal();
