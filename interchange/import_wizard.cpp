@@ -10,9 +10,9 @@
 #include "platform/base/profile.h"
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
-#include "platform/desktop/file_dialog.h"
 #include "platform/desktop/message_box.h"
 #include "skin/window_helpers.h"
+#include "toolkit/choose_file.h"
 
 namespace jotlet {
 namespace {
@@ -170,12 +170,10 @@ void ImportWizard::OnBack()
 
 void ImportWizard::OnBrowse()
 {
-    FileDialogRequest request;
-    request.title = "Import";
-    request.filter = "Comma file (*.csv)|*.csv|Text file (*.txt)|*.txt|(*.*)|*.*||";
-    request.extension = "csv";
-    if (const auto chosen = RunFileDialog(window, request))
-        SetItemText(kPathEdit, *chosen);
+    ChooseFileInto(window, kPathEdit,
+                   {.title = "Import",
+                    .filter = "Comma file (*.csv)|*.csv|Text file (*.txt)|*.txt|(*.*)|*.*||",
+                    .extension = "csv"});
 }
 
 void ImportWizard::LeaveFilePage()

@@ -8,9 +8,9 @@
 #include "platform/base/paths.h"
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
-#include "platform/desktop/file_dialog.h"
 #include "platform/desktop/shell.h"
 #include "skin/window_helpers.h"
+#include "toolkit/choose_file.h"
 #include "toolkit/date_dialog.h"
 
 namespace jotlet {
@@ -263,13 +263,11 @@ void ExportDialog::Export()
 
 void ExportDialog::Browse()
 {
-    FileDialogRequest chooser;
-    chooser.mode = FileDialogMode::Save;
-    chooser.title = "Export";
-    chooser.filter = "Comma file (*.csv)|*.csv|Text file (*.txt)|*.txt||";
-    chooser.extension = "csv";
-    if (const auto chosen = RunFileDialog(window, chooser))
-        SetItemText(kExportEdit, *chosen);
+    ChooseFileInto(window, kExportEdit,
+                   {.mode = FileDialogMode::Save,
+                    .title = "Export",
+                    .filter = "Comma file (*.csv)|*.csv|Text file (*.txt)|*.txt||",
+                    .extension = "csv"});
 }
 
 }  // namespace jotlet

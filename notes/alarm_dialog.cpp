@@ -4,9 +4,9 @@
 
 #include "notes/note_editor_dialog.h"
 #include "platform/base/text.h"
-#include "platform/desktop/file_dialog.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
+#include "toolkit/choose_file.h"
 #include "toolkit/date_dialog.h"
 #include "toolkit/time_dialog.h"
 
@@ -135,12 +135,8 @@ void AlarmDialog::PickTime()
 
 void AlarmDialog::BrowseTone()
 {
-    FileDialogRequest request;
-    request.title = "Tone file";
-    request.filter = "Alarm file(*.wav)|*.wav||";
-    request.extension = "wav";
-    if (const auto chosen = RunFileDialog(window, request))
-        SetItemText(kToneEdit, *chosen);
+    ChooseFileInto(window, kToneEdit,
+                   {.title = "Tone file", .filter = "Alarm file(*.wav)|*.wav||", .extension = "wav"});
 }
 
 void AlarmDialog::PlayTone()
@@ -154,12 +150,7 @@ void AlarmDialog::PlayTone()
 
 void AlarmDialog::BrowseTarget()
 {
-    FileDialogRequest request;
-    request.title = "Start";
-    request.filter = "(*.*)|*.*||";
-    request.extension = "*.*";
-    if (const auto chosen = RunFileDialog(window, request))
-        SetItemText(kTargetEdit, *chosen);
+    ChooseFileInto(window, kTargetEdit, {.title = "Start", .filter = "(*.*)|*.*||", .extension = "*.*"});
 }
 
 void AlarmDialog::OnOk()

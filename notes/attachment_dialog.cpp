@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "platform/base/text.h"
-#include "platform/desktop/file_dialog.h"
 #include "platform/desktop/message_box.h"
 #include "skin/window_helpers.h"
+#include "toolkit/choose_file.h"
 
 namespace jotlet {
 namespace {
@@ -58,12 +58,7 @@ MessageParam AttachmentDialog::OnOk()
 
 MessageParam AttachmentDialog::OnBrowse()
 {
-    FileDialogRequest request;
-    request.title = "Attach";
-    request.filter = "(*.*)|*.*||";
-    request.extension = "*.*";
-    if (const auto chosen = RunFileDialog(window, request))
-        SetItemText(kPathEdit, *chosen);
+    ChooseFileInto(window, kPathEdit, {.title = "Attach", .filter = "(*.*)|*.*||", .extension = "*.*"});
     return 1;
 }
 
