@@ -68,7 +68,10 @@ int CompactProgressDialog::BarEnd() const
 
 void CompactProgressDialog::OnPaint(DeviceContext& dc, const PaintInfo&)
 {
-    dc.FillRect(GetClientArea(), SystemColour(kSysColourButtonFace));
+    // It has no frame of its own.
+    const Rect client = GetClientArea();
+    dc.FillRect(client, SystemColour(kSysColourButtonFace));
+    dc.FrameRect(client, SystemColour(kSysColourButtonShadow));
     // The template's static keeps the bar's place; it is hidden, and the bar drawn here.
     const Rect bar = ItemRect(window, kBarId);
     DrawSunkenBevel(dc, {bar.left - 1, bar.top - 1, bar.right, bar.bottom}, SystemColour(kSysColourButtonShadow),

@@ -113,7 +113,7 @@ void MarlinCalMonth::OnPaint(DeviceContext& dc, const PaintInfo&)
             dc.FillRect(cell, selectColour);
             dc.FrameRect(cell, 0);
             if (FocusedWindow() == window)
-                dc.DrawFocusRect(cell.Inset(2, 2), 0);
+                dc.DrawFocusRect(cell.Inset(1, 1), 0);
         }
         dc.DrawText(cell, std::to_string(d), SmallFont(400), today == DateValue{d, month, year} ? todayColour : 0,
                     kTextCentre | kTextVCentre | kTextSingleLine);

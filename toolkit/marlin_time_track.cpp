@@ -148,7 +148,7 @@ void MarlinTimeTrack::OnPaint(DeviceContext& dc, const PaintInfo&)
     PaintThumb(dc, client);
     DrawBevel(dc, client.Inset(0, 0, 1, 2), SystemColour(kSysColourButtonFace), SystemColour(kSysColourButtonShadow));
     if (FocusedWindow() == window)
-        dc.DrawFocusRect(client.Inset(2, 2, 4, 4), 0);
+        dc.DrawFocusRect(client.Inset(2, 2, 4, 4), SystemColour(kSysColourButtonShadow));
 }
 
 void MarlinTimeTrack::PaintHead(DeviceContext& dc, const Rect& client)

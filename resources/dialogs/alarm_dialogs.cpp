@@ -68,12 +68,12 @@ DialogTemplate TimePicker()
             "Time",
             20,
             20,
-            72,
+            92,
             174,
             0,
             {
-                {ControlKind::DefaultPush, 1, "ok", 5, 156, 30, 12},
-                {ControlKind::Push, 2, "cancel", 37, 156, 30, 12},
+                {ControlKind::DefaultPush, 1, "ok", 5, 156, 40, 12},
+                {ControlKind::Push, 2, "cancel", 47, 156, 40, 12},
             }};
 }
 
@@ -84,11 +84,11 @@ DialogTemplate DatePicker()
             20,
             20,
             92,
-            100,
+            110,
             0,
             {
-                {ControlKind::DefaultPush, 1, "ok", 5, 84, 40, 12},
-                {ControlKind::Push, 2, "cancel", 47, 84, 40, 12},
+                {ControlKind::DefaultPush, 1, "ok", 5, 94, 40, 12},
+                {ControlKind::Push, 2, "cancel", 47, 94, 40, 12},
             }};
 }
 
