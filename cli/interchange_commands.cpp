@@ -1,0 +1,240 @@
+#include <charconv>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/find_note.h"
+#include "cli/note_output.h"
+#include "cli/note_values.h"
+#include "cli/open_notes.h"
+#include "cli/terminal_progress.h"
+#include "interchange/engine/import_map.h"
+#include "interchange/engine/import_run.h"
+#include "interchange/engine/import_text.h"
+#include "interchange/engine/report.h"
+#include "platform/base/file_error_text.h"
+
+namespace jotlet {
+namespace {
+
+struct ReportOptions {
+    FileOptions file;
+    std::string target;
+    std::string from;
+    std::string to;
+    std::string find;
+};
+
+struct ImportOptions {
+    FileOptions file;
+    std::string source;
+    bool noHeader = false;
+    std::optional<char> separator;
+    std::optional<char> qualifier;
+    LineEnds lineEnds = LineEnds::Auto;
+    std::vector<std::string> map;
+    bool asJson = false;
+};
+
+// The range of the options; an end that was not given is the calendar's.
+ExitCode ReadRange(const ReportOptions& options, ReportRequest& request)
+{
+    if (options.from.empty() && options.to.empty())
+        return ExitCode::Done;
+    request.selection = ReportSelection::DateRange;
+    const std::optional<DateValue> from =
+        options.from.empty() ? DateValue{1, 1, kCalendarFirstYear} : ParseIsoDate(options.from);
+    const std::optional<DateValue> to =
+        options.to.empty() ? DateValue{31, 12, CalendarLastYear()} : ParseIsoDate(options.to);
+    if (!from)
+        return FailDate("--from", options.from);
+    if (!to)
+        return FailDate("--to", options.to);
+    if (DayNumberOf(*from) > DayNumberOf(*to))
+        return Fail(ExitCode::Usage, "--from", "From date must be earlier than the To date.");
+    request.fromDate = *from;
+    request.toDate = *to;
+    return ExitCode::Done;
+}
+
+ExitCode RunReport(const ReportOptions& options, ReportKind kind)
+{
+    ReportRequest request;
+    request.kind = kind;
+    request.findEnabled = !options.find.empty();
+    request.findText = options.find;
+    ExitCode code = ReadRange(options, request);
+    std::unique_ptr<TableFile> table;
+    if (code == ExitCode::Done)
+        code = OpenNotes(options.file, table);
+    if (code != ExitCode::Done)
+        return code;
+    request.table = table.get();
+    ReportOutcome outcome;
+    if (!GenerateReportFile(request, options.target, &outcome))
+        return Fail(ExitCode::Refused, options.target, FileErrorText(outcome.error));
+    if (outcome.skipped > 0)
+        Fail(ExitCode::Done, options.file.path,
+             "Note: " + std::to_string(outcome.skipped) + " notes could not be read and were left out.");
+    return ExitCode::Done;
+}
+
+// "Title=1" puts the first column into the field "Title".
+ExitCode ReadMap(const std::vector<std::string>& pairs, ColumnMap& map, std::span<const ImportField> fields)
+{
+    std::fill(map.begin(), map.end(), std::string(kIgnoredField));
+    for (const std::string& pair : pairs) {
+        const std::size_t equals = pair.find('=');
+        const std::string name = pair.substr(0, equals);
+        const std::string number = equals == std::string::npos ? "" : pair.substr(equals + 1);
+        std::size_t column = 0;
+        const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), column);
+        if (number.empty() || error != std::errc() || end != number.data() + number.size() || column == 0)
+            return Fail(ExitCode::Usage, "--map", "\"" + pair + "\" is not of the form Title=1. Columns count from 1.");
+        const auto isField = [&](const ImportField& field) { return NamesMatch(field.name, name) == 0; };
+        const auto field = std::find_if(fields.begin(), fields.end(), isField);
+        if (field == fields.end())
+            return Fail(ExitCode::Usage, "--map", "\"" + name + "\" is none of Title, Text, Color, Category.");
+        if (column > map.size())
+            return Fail(ExitCode::Usage, "--map",
+                        "There is no column " + number + ": the file has " + std::to_string(map.size()) + ".");
+        ChooseField(map, column - 1, field->name);
+    }
+    return ExitCode::Done;
+}
+
+ExitCode MapColumns(const ImportOptions& options, DelimitedReader& reader, std::vector<ImportField>& fields)
+{
+    GetNoteImportFields(fields);
+    std::vector<std::string> names;
+    reader.Reset();
+    if (reader.NextRecord()) {
+        reader.Rewind();
+        for (int code = DelimitedReader::kField; code == DelimitedReader::kField;) {
+            code = reader.NextField();
+            if (code != DelimitedReader::kNoMore)
+                names.emplace_back(reader.Field());
+        }
+    }
+    if (names.empty())
+        return Fail(ExitCode::Refused, options.source,
+                    "No complete row was found: rows end in a line break, and double quotes come in pairs.");
+    ColumnMap map = PositionalMap(fields, names.size());
+    if (!options.map.empty()) {
+        if (const ExitCode code = ReadMap(options.map, map, fields); code != ExitCode::Done)
+            return code;
+    } else if (!options.noHeader) {
+        std::vector<ImportAlias> aliases;
+        GetNoteFieldAliases(aliases);
+        map = AliasMap(std::move(map), names, fields, aliases);
+    }
+    if (!ApplyMap(map, fields))
+        return Fail(
+            ExitCode::Refused, options.source,
+            "No column has a name that is known. Give --map Title=1,Text=2 (and --no-header where that is so).");
+    return ExitCode::Done;
+}
+
+ExitCode LoadSource(const ImportOptions& options, DelimitedReader& reader)
+{
+    const ImportFileResult loaded = LoadImportText(reader, options.source, options.lineEnds);
+    if (loaded.error == ImportFileError::System)
+        return Fail(ExitCode::NotOpened, options.source, FileErrorText(loaded.detail));
+    if (loaded.error == ImportFileError::TooLarge)
+        return Fail(ExitCode::NotOpened, options.source, "The file is too large (2 GB). Split it.");
+    if (loaded.error == ImportFileError::OutOfMemory)
+        return Fail(ExitCode::NotOpened, options.source, "There is not enough memory for the file. Split it.");
+    reader.separator = options.separator.value_or(DelimitedReader::DetectSeparator(reader.Text()));
+    reader.qualifier = options.qualifier.value_or(DelimitedReader::DetectQualifier(reader.Text()));
+    return ExitCode::Done;
+}
+
+ExitCode TellImport(const ImportOptions& options, const ImportCounts& counts)
+{
+    if (counts.refused)
+        return Fail(ExitCode::NoPermission, options.file.path,
+                    "Program can't do this. You don't have permission. Use the Owner's or the Assistant's password.");
+    if (counts.textBehindZero)
+        Fail(ExitCode::Done, options.source, "Note: text behind a zero byte was left out.");
+    if (counts.incompleteEnd)
+        Fail(ExitCode::Done, options.source,
+             "Note: the end of the file is no complete row (an open quote, or no line break) and was left out.");
+    const nlohmann::ordered_json json = {{"rows", counts.rows}, {"added", counts.added}, {"dropped", counts.dropped}};
+    const ExitCode printed =
+        PrintResult(options.asJson ? JsonText(json)
+                                   : std::to_string(counts.rows) + " rows, " + std::to_string(counts.added) +
+                                         " added, " + std::to_string(counts.dropped) + " dropped\n");
+    if (counts.writeFailed)
+        return Fail(
+            ExitCode::Refused, options.file.path,
+            "A note could not be written; the import ended there. Check the disk's free space and import again: "
+            "what is in the file already is left out.");
+    return printed;
+}
+
+ExitCode RunImport(const ImportOptions& options)
+{
+    std::unique_ptr<TableFile> table;
+    ExitCode code = OpenNotes(options.file, table);
+    if (code == ExitCode::Done)
+        code = RequireChange(*table);
+    DelimitedReader reader;
+    if (code == ExitCode::Done)
+        code = LoadSource(options, reader);
+    std::vector<ImportField> fields;
+    if (code == ExitCode::Done)
+        code = MapColumns(options, reader, fields);
+    if (code != ExitCode::Done)
+        return code;
+    TerminalProgress progress;
+    ImportRequest request;
+    request.table = table.get();
+    request.reader = &reader;
+    request.fields = fields;
+    request.firstLineNames = !options.noHeader;
+    request.progress = &progress;
+    const ImportCounts counts = RunNoteImport(request);
+    table.reset();
+    return TellImport(options, counts);
+}
+
+void AddReportCommand(CLI::App& app, Command& chosen, const char* name, const char* description, ReportKind kind)
+{
+    auto options = std::make_shared<ReportOptions>();
+    CLI::App* command = app.add_subcommand(name, description);
+    AddFileOptions(*command, options->file);
+    command->add_option("OUT", options->target, "the file to write")->required();
+    command->add_option("--from", options->from, "first day, YYYY-MM-DD");
+    command->add_option("--to", options->to, "last day, YYYY-MM-DD");
+    command->add_option("--find", options->find, "only notes with this text in their title or body");
+    command->callback([&chosen, options, kind] { chosen = [options, kind] { return RunReport(*options, kind); }; });
+}
+
+}  // namespace
+
+void AddInterchangeCommands(CLI::App& app, Command& chosen)
+{
+    AddReportCommand(app, chosen, "export", "Write notes as comma-separated text", ReportKind::Export);
+    AddReportCommand(app, chosen, "report", "Write notes as a plain text report", ReportKind::Report);
+
+    auto options = std::make_shared<ImportOptions>();
+    CLI::App* command =
+        app.add_subcommand("import", "Add the rows of a delimited text file, without those already there");
+    AddFileOptions(*command, options->file);
+    command->add_option("IN", options->source, "the text file to read")->required();
+    command->add_flag("--no-header", options->noHeader, "the first row is a note and not a row of names");
+    command->add_option("--separator", options->separator, "comma or tab (default: the first of them in the file)")
+        ->transform(CLI::Transformer(std::map<std::string, char>{{"comma", ','}, {"tab", '\t'}}));
+    command
+        ->add_option("--qualifier", options->qualifier, "quote or none (default: quote when the file begins with one)")
+        ->transform(CLI::Transformer(std::map<std::string, char>{{"quote", '"'}, {"none", '\0'}}));
+    command->add_option("--line-ends", options->lineEnds, "auto, or crlf: a lone LF never ends a row")
+        ->transform(
+            CLI::Transformer(std::map<std::string, LineEnds>{{"auto", LineEnds::Auto}, {"crlf", LineEnds::CrLf}}));
+    command->add_option("--map", options->map, "fields and their columns, such as Title=1,Text=2,Color=3,Category=4")
+        ->delimiter(',');
+    command->add_flag("--json", options->asJson, "a JSON object: rows, added, dropped");
+    command->callback([&chosen, options] { chosen = [options] { return RunImport(*options); }; });
+}
+
+}  // namespace jotlet

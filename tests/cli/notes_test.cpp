@@ -1,0 +1,222 @@
+// list, show, find, add, edit, delete.
+#include "cli/jotctl_fixture.h"
+
+namespace jotlet::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+
+class NotesTest : public JotctlTest {
+protected:
+    NotesTest() { NewFile(); }
+
+    nlohmann::json Show(const std::string& id) { return Run({"show", file, id, "--json"}).Json(); }
+};
+
+TEST_F(NotesTest, AddPrintsTheIdUnderWhichShowFindsAllThatWasGiven)
+{
+    const Outcome added = Run({"add", file, "--title", "Milk", "--text", "two\nlines", "--category", "Calls",
+                               "--colour", "red", "--date", "2010-02-03", "--confidential"});
+    ASSERT_THAT(added, ExitsWith(0));
+    EXPECT_THAT(added.out, MatchesRegex("[0-9a-f]{16}\n"));
+
+    const nlohmann::json note = Show(added.out.substr(0, 16));
+    EXPECT_EQ(note["id"], added.out.substr(0, 16));
+    EXPECT_EQ(note["address"], 2625);
+    EXPECT_EQ(note["title"], "Milk");
+    EXPECT_EQ(note["text"], "two\r\nlines");
+    EXPECT_EQ(note["category"], "Calls");
+    EXPECT_EQ(note["colour"], "red");
+    EXPECT_EQ(note["date"], "2010-02-03");
+    EXPECT_THAT(note["time"].get<std::string>(), MatchesRegex("[0-2][0-9]:[0-5][05]"));
+    EXPECT_EQ(note["confidential"], true);
+    EXPECT_EQ(note["locked"], false);
+    EXPECT_EQ(note["alarm"], nullptr);
+    EXPECT_EQ(note["attachment"], nullptr);
+    EXPECT_EQ(note["eventState"], 0);
+    EXPECT_EQ(note["eventStatus"], 1);
+    EXPECT_EQ(note["subject"], "");
+    EXPECT_EQ(note.size(), 15u);
+}
+
+TEST_F(NotesTest, ANoteAddedWithoutOptionsIsYellowDatedTodayAndInNoCategory)
+{
+    const nlohmann::json note = Show(Add("a"));
+    EXPECT_EQ(note["colour"], "yellow");
+    EXPECT_EQ(note["category"], "");
+    EXPECT_EQ(note["confidential"], false);
+    const std::time_t now = std::time(nullptr);
+    char today[16];
+    std::strftime(today, sizeof today, "%Y-%m-%d", std::localtime(&now));
+    EXPECT_EQ(note["date"], today);
+}
+
+TEST_F(NotesTest, ListSortsByTitleWithoutRegardToCaseOrByDate)
+{
+    Add("b", "x", {"--date", "2010-01-02"});
+    Add("C", "x", {"--date", "2010-01-01"});
+    Add("A", "x", {"--date", "2010-01-03"});
+    EXPECT_THAT(Titles(), ElementsAre("A", "b", "C"));
+    EXPECT_THAT(Titles({"list", file, "--sort", "date"}), ElementsAre("C", "b", "A"));
+}
+
+TEST_F(NotesTest, ListNarrowsByCategoryAndByDayAndByBoth)
+{
+    Add("a", "x", {"--category", "Calls", "--date", "2010-01-01"});
+    Add("b", "x", {"--category", "Calls", "--date", "2010-01-02"});
+    Add("c", "x", {"--category", "Call", "--date", "2010-01-01"});
+    EXPECT_THAT(Titles({"list", file, "--category", "calls"}), ElementsAre("a", "b"));
+    EXPECT_THAT(Titles({"list", file, "--date", "2010-01-01"}), ElementsAre("a", "c"));
+    EXPECT_THAT(Titles({"list", file, "--date", "2010-01-01", "--category", "Calls"}), ElementsAre("a"));
+    EXPECT_THAT(Titles({"list", file, "--category", "Ideas"}), IsEmpty());
+}
+
+TEST_F(NotesTest, FindLooksInTitleAndBodyByDateAndWithinACategory)
+{
+    Add("Tax return", "x", {"--category", "Calls", "--date", "2010-01-03"});
+    Add("other", "see the TAXI", {"--category", "Ideas", "--date", "2010-01-01"});
+    Add("Taxi", "x", {"--category", "Calls", "--date", "2010-01-02"});
+    Add("none", "x", {"--category", "Calls"});
+    EXPECT_THAT(Titles({"find", file, "tax"}), ElementsAre("other", "Taxi", "Tax return"));
+    EXPECT_THAT(Titles({"find", file, "tax", "--category", "Calls"}), ElementsAre("Taxi", "Tax return"));
+    EXPECT_THAT(Titles({"find", file, "%"}), IsEmpty());
+    EXPECT_THAT(Run({"find", file, ""}), Complains(2, "find"));
+}
+
+TEST_F(NotesTest, EditChangesOnlyWhatItsOptionsName)
+{
+    const std::string id = Add("Milk", "text", {"--category", "Calls", "--colour", "red", "--date", "2010-02-03"});
+    nlohmann::json before = Show(id);
+    ASSERT_THAT(Run({"edit", file, id, "--title", "Bread"}), ExitsWith(0));
+    before["title"] = "Bread";
+    EXPECT_EQ(Show(id), before);
+    ASSERT_THAT(Run({"edit", file, id, "--text", "new", "--category", "", "--colour", "grey", "--date", "2011-12-31",
+                     "--confidential"}),
+                ExitsWith(0));
+    before.update(
+        {{"text", "new"}, {"category", ""}, {"colour", "grey"}, {"date", "2011-12-31"}, {"confidential", true}});
+    EXPECT_EQ(Show(id), before);
+    ASSERT_THAT(Run({"edit", file, id, "--no-confidential"}), ExitsWith(0));
+    EXPECT_EQ(Show(id)["confidential"], false);
+}
+
+TEST_F(NotesTest, DeleteRemovesOneNoteAndTheNextAddTakesItsPlace)
+{
+    const std::string first = Add("a");
+    Add("b");
+    ASSERT_THAT(Run({"delete", file, first}), ExitsWith(0));
+    EXPECT_THAT(Titles(), ElementsAre("b"));
+    EXPECT_EQ(Info()["freeSlots"], -1);
+    EXPECT_THAT(Run({"show", file, first}), Complains(1, file));
+    EXPECT_THAT(Run({"delete", file, first}), Complains(1, file));
+    EXPECT_THAT(Run({"edit", file, first, "--title", "x"}), Complains(1, file));
+    EXPECT_EQ(Show(Add("c"))["address"], 2625);
+    EXPECT_EQ(Info()["freeSlots"], 0);
+}
+
+TEST_F(NotesTest, EveryChangeRaisesTheStampByOneAndReadingDoesNot)
+{
+    EXPECT_EQ(Info()["changeStamp"], 10);
+    const std::string id = Add("a");
+    EXPECT_EQ(Info()["changeStamp"], 11);
+    Run({"edit", file, id, "--title", "b"});
+    Run({"list", file});
+    EXPECT_EQ(Info()["changeStamp"], 12);
+    Run({"delete", file, id});
+    EXPECT_EQ(Info()["changeStamp"], 13);
+}
+
+TEST_F(NotesTest, ATextThatIsTooLongIsCutAtAWholeCharacterAndTheUserIsTold)
+{
+    const std::string title = std::string(148, 'a') + "\xC3\xA4";  // the last character would end at byte 150
+    const Outcome added = Run({"add", file, "--title", title, "--text", std::string(3000, 'x')});
+    ASSERT_THAT(added, ExitsWith(0));
+    EXPECT_THAT(added.err, HasSubstr("--title: Note: cut at 148 bytes"));
+    EXPECT_THAT(added.err, HasSubstr("--text: Note: cut at 2023 bytes"));
+    const nlohmann::json note = Show(added.out.substr(0, 16));
+    EXPECT_EQ(note["title"], std::string(148, 'a'));
+    EXPECT_EQ(note["text"], std::string(2023, 'x'));
+}
+
+TEST_F(NotesTest, BytesThatAreNoUtf8AreShownAsWindows1252AndJsonStaysValid)
+{
+    const std::string id = Add("caf\xE9 \x80", "\xFF\xFE");
+    const nlohmann::json note = Show(id);
+    EXPECT_EQ(note["title"], "caf\u00E9 \u20AC");
+    EXPECT_EQ(note["text"], "\u00FF\u00FE");
+}
+
+TEST_F(NotesTest, PlainOutputCannotSteerTheTerminal)
+{
+    const std::string id = Add("a\x1B[2Jb\tc\nd",
+                               "\x1B]0;x\x07\xC2\x9B"
+                               "1m\nnext");
+    const std::string list = Run({"list", file}).out;
+    EXPECT_THAT(list, HasSubstr("a?[2Jb c d\n"));
+    const std::string page = Run({"show", file, id}).out;
+    EXPECT_THAT(page, HasSubstr("?]0;x??1m\nnext\n"));
+    EXPECT_THAT(list + page, Not(HasSubstr("\x1B")));
+}
+
+TEST_F(NotesTest, ValuesThatNoNoteCanTakeAreUsageErrorsAndChangeNothing)
+{
+    const std::string id = Add("a");
+    const std::string before = Read(file);
+    const std::vector<std::pair<Arguments, std::string>> cases = {
+        {{"add", file, "--title", "", "--text", "x"}, "--title"},
+        {{"add", file, "--title", "x", "--text", ""}, "--text"},
+        {{"add", file, "--title", "x"}, "--text"},
+        {{"add", file, "--title", "x", "--text", "x", "--colour", "pink"}, "--colour"},
+        {{"add", file, "--title", "x", "--text", "x", "--date", "2010-02-30"}, "--date"},
+        {{"add", file, "--title", "x", "--text", "x", "--date", "1999-12-31"}, "--date"},
+        {{"add", file, "--title", "x", "--text", "x", "--date", "2010-2-3"}, "--date"},
+        {{"edit", file, id, "--title", ""}, "--title"},
+        {{"edit", file, "xyz", "--title", "b"}, "xyz"},
+        {{"show", file, "12345678901234567"}, "12345678901234567"},
+        {{"delete", file, "-1"}, ""},
+        {{"list", file, "--date", "tomorrow"}, "--date"},
+        {{"list", file, "--sort", "size"}, "size"},
+        {{"list"}, "FILE"},
+        {{"frob", file}, ""},
+        {{}, ""},
+    };
+    for (const auto& [arguments, subject] : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        EXPECT_THAT(Run(arguments), Complains(2, subject));
+    }
+    EXPECT_EQ(Read(file), before);
+}
+
+TEST_F(NotesTest, HelpIsNoErrorAndTellsOfEveryCommand)
+{
+    const Outcome help = Run({"--help"});
+    EXPECT_THAT(help, ExitsWith(0));
+    for (const char* command : {"new", "info", "list", "show", "find", "add", "edit", "delete", "export", "report",
+                                "import", "check", "compact", "passwd"})
+        EXPECT_THAT(help.out, HasSubstr(command));
+}
+
+TEST_F(NotesTest, OutputThatCannotBeWrittenIsAFailure)
+{
+    Add("a");
+    const std::string command = std::string(JOTCTL_PATH) + " list '" + file + "' 2>'" + Path("err") + "'";
+    EXPECT_EQ(WEXITSTATUS(std::system((command + " >/dev/full").c_str())), 1);
+    EXPECT_THAT(Read(Path("err")), HasSubstr("standard output"));
+}
+
+TEST_F(NotesTest, AReaderThatClosesThePipeLeavesNoOpeningBehind)
+{
+    for (int i = 0; i < 30; ++i)
+        Add("note " + std::to_string(i), std::string(2000, 'x'));
+    const std::string command = std::string(JOTCTL_PATH) + " list --json '" + file + "' 2>/dev/null | head -c 1";
+    ASSERT_EQ(std::system((command + " >/dev/null").c_str()), 0);
+    const std::string header = Read(file).substr(12 + 1018, 4);
+    EXPECT_EQ(header, std::string(4, '\0'));  // openCount
+}
+
+}  // namespace
+}  // namespace jotlet::test
