@@ -52,8 +52,9 @@ ReportTarget::ReportTarget(const std::string& givenPath) : path(Resolve(givenPat
         return;
     }
     if (!there.isRegular) {
-        handle = Files().Open(path, O_WRONLY | O_CLOEXEC | O_NOCTTY, 0);
-        if (handle < 0)
+        // The opening does not wait for a reader, but the writes do.
+        handle = Files().Open(path, O_WRONLY, 0);
+        if (handle < 0 || fcntl(handle, F_SETFL, O_WRONLY) != 0)
             Fail("open", errno);
         return;
     }
@@ -74,7 +75,7 @@ bool ReportTarget::OpenBeside(unsigned mode)
 {
     for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
         const std::string name = NameBeside(path);
-        handle = Files().Open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        handle = Files().Open(name, O_WRONLY | O_CREAT | O_EXCL, mode);
         if (handle >= 0) {
             writtenPath = name;
             return true;

@@ -1,0 +1,118 @@
+#include "interchange/engine/import_text.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "interchange/engine/delimited_reader.h"
+#include "support/failing_file_system.h"
+#include "support/scratch.h"
+
+namespace jotlet::test {
+namespace {
+
+std::string Utf16(std::u16string_view text, bool bigEndian)
+{
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char16_t unit : text) {
+        const char low = static_cast<char>(unit & 0xFF);
+        const char high = static_cast<char>(unit >> 8);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes;
+}
+
+TEST(ImportTextTest, LineEndsOfOtherSystemsBecomeCrLfWhereNoneStands)
+{
+    EXPECT_EQ(PrepareImportText("a\nb\n"), "a\r\nb\r\n");
+    EXPECT_EQ(PrepareImportText("\n"), "\r\n");
+    EXPECT_EQ(PrepareImportText("a\n\nb"), "a\r\n\r\nb");
+    EXPECT_EQ(PrepareImportText("a\r\nb\nc\r\n"), "a\r\nb\nc\r\n");  // one CR LF, and LF is text
+    EXPECT_EQ(PrepareImportText("a\rb"), "a\rb");
+    EXPECT_EQ(PrepareImportText(""), "");
+    EXPECT_EQ(PrepareImportText("a\nb\n", LineEnds::CrLf), "a\nb\n");
+}
+
+TEST(ImportTextTest, ByteOrderMarksGoAndUtf16BecomesUtf8)
+{
+    EXPECT_EQ(PrepareImportText("\xEF\xBB\xBF\"a\",b\r\n"), "\"a\",b\r\n");
+    const std::u16string_view text = u"M\u00FCll,\u20AC,\U0001F600\n";
+    const std::string expected = "M\xC3\xBCll,\xE2\x82\xAC,\xF0\x9F\x98\x80\r\n";
+    EXPECT_EQ(PrepareImportText(Utf16(text, false)), expected);
+    EXPECT_EQ(PrepareImportText(Utf16(text, true)), expected);
+}
+
+TEST(ImportTextTest, BrokenUtf16IsReplacedAndNeverReadPastItsEnd)
+{
+    const std::string replaced = "\xEF\xBF\xBD";
+    EXPECT_EQ(PrepareImportText(Utf16(std::u16string{0xD800, u'a'}, false)), replaced + "a");
+    EXPECT_EQ(PrepareImportText(Utf16(std::u16string{0xDC00, u'a'}, true)), replaced + "a");
+    EXPECT_EQ(PrepareImportText(Utf16(std::u16string{u'a', 0xD800}, false)), "a" + replaced);
+    EXPECT_EQ(PrepareImportText("\xFF\xFE"
+                                "a"),
+              replaced);
+    EXPECT_EQ(PrepareImportText("\xFF\xFE"), "");
+}
+
+TEST(ImportTextTest, BytesThatAreNoUtf8Stay)
+{
+    EXPECT_EQ(PrepareImportText("M\xFCll\r\n"), "M\xFCll\r\n");
+}
+
+class ImportFileTest : public testing::Test {
+protected:
+    std::string Write(std::string_view bytes)
+    {
+        const std::string path = folder.File("in.csv");
+        WriteAllBytes(path, bytes);
+        return path;
+    }
+
+    ScratchFolder folder;
+    DelimitedReader reader;
+};
+
+TEST_F(ImportFileTest, AFileIsReadAndPrepared)
+{
+    const std::string path = Write("\xEF\xBB\xBFTitle\nmilk\n");
+    EXPECT_TRUE(LoadImportText(reader, path));
+    EXPECT_EQ(reader.Text(), "Title\r\nmilk\r\n");
+    EXPECT_EQ(reader.LoadText(path), 1);
+    EXPECT_EQ(reader.Text(), "\xEF\xBB\xBFTitle\nmilk\n");  // as it stands
+
+    std::string head;
+    EXPECT_TRUE(ReadImportHead(path, 5, head));
+    EXPECT_EQ(head, "\xEF\xBB\xBFTi");
+    EXPECT_TRUE(ReadImportHead(path, 5000, head));
+    EXPECT_EQ(head.size(), 14u);
+}
+
+TEST_F(ImportFileTest, WhatIsNoFileSaysSo)
+{
+    reader.SetText("left over\r\n");
+    ImportFileResult result = LoadImportText(reader, folder.File("missing.csv"));
+    EXPECT_EQ(result.error, ImportFileError::System);
+    EXPECT_EQ(result.detail.kind, FileErrorKind::Missing);
+    EXPECT_EQ(reader.Text(), "");
+    EXPECT_EQ(LoadImportText(reader, folder.Path()).detail.kind, FileErrorKind::NotRegularFile);
+    EXPECT_EQ(LoadImportText(reader, "/dev/zero").detail.kind, FileErrorKind::NotRegularFile);
+}
+
+TEST_F(ImportFileTest, AFileThatClaimsToBeHugeIsRefusedBeforeItIsRead)
+{
+    const std::string path = Write("x");
+    ASSERT_EQ(truncate(path.c_str(), off_t{3} << 30), 0);
+    EXPECT_EQ(LoadImportText(reader, path).error, ImportFileError::TooLarge);
+    std::string head;
+    EXPECT_TRUE(ReadImportHead(path, 16, head));
+    EXPECT_EQ(head.size(), 16u);
+}
+
+TEST_F(ImportFileTest, AnEmptyFileHasNoRows)
+{
+    EXPECT_TRUE(LoadImportText(reader, Write("")));
+    EXPECT_EQ(reader.CountRecords(), 0u);
+}
+
+}  // namespace
+}  // namespace jotlet::test
