@@ -1,0 +1,99 @@
+#include "toolkit/marlin_dialog.h"
+
+#include "platform/desktop/dialog.h"
+#include "widget_host.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr int kSkins = 2020;  // a plain dialog: a list box, Ok, Cancel
+
+class DiaryDialog : public MarlinDialog {
+public:
+    MessageParam OnInitDialog(WndMessage&) override { return Note("OnInitDialog"), 1; }
+    MessageParam OnCreated(WndMessage&) override { return Note("OnCreated"); }
+    MessageParam OnCreate(WndMessage&) override { return Note("OnCreate"); }
+    MessageParam OnKeyDown(WndMessage&) override { return Note("OnKeyDown"); }
+    MessageParam OnMouseWheel(WndMessage&) override { return Note("OnMouseWheel"); }
+    MessageParam OnEraseBkgnd(WndMessage&) override { return Note("OnEraseBkgnd"); }
+    MessageParam Note(std::string what)
+    {
+        calls.push_back(std::move(what));
+        return 0;
+    }
+    std::vector<std::string> calls;
+};
+
+class MarlinDialogTest : public WindowTest {
+protected:
+    int Run(std::function<void(WindowHandle)> act)
+    {
+        WhenModal(std::move(act));
+        return dialog.DoModal(&host, kSkins);
+    }
+    Host host;
+    DiaryDialog dialog;
+};
+
+TEST_F(MarlinDialogTest, OkAndCancelAndTheCloseBoxEndIt)
+{
+    EXPECT_EQ(Run([](WindowHandle window) { TestPushItem(window, kIdOk); }), 1);
+    EXPECT_EQ(Run([](WindowHandle window) { TestPushItem(window, kIdCancel); }), 0);
+    EXPECT_EQ(Run([](WindowHandle window) { SendTo(window, kWmClose, 0, 0); }), 0);
+    EXPECT_FALSE(IsWindow(dialog.window));
+}
+
+TEST_F(MarlinDialogTest, InitComesFirstAndOnCreatedFromTheQueue)
+{
+    Run([&](WindowHandle window) {
+        ServeEvents();
+        EndModal(window, 0);
+    });
+    EXPECT_THAT(dialog.calls, ElementsAre("OnInitDialog", "OnCreated"));
+}
+
+TEST_F(MarlinDialogTest, KeysWheelAndErasingAreTheDialogManagers)
+{
+    Run([](WindowHandle window) {
+        for (const std::uint32_t message : {kWmKeyDown, kWmMouseWheel, kWmEraseBkgnd, kWmCreate})
+            SendTo(window, message, 0, 0);
+        EndModal(window, 0);
+    });
+    EXPECT_THAT(dialog.calls, testing::IsSubsetOf({"OnInitDialog", "OnCreated"}));
+}
+
+TEST_F(MarlinDialogTest, AnUnknownTemplateIsTold)
+{
+    EXPECT_EQ(dialog.DoModal(&host, 4711), -1);
+    EXPECT_EQ(dialog.CreateModeless(&host, 4711), 0);
+}
+
+TEST_F(MarlinDialogTest, AModelessDialogIsNotEndedButDestroyed)
+{
+    EXPECT_EQ(dialog.CreateModeless(&host, kSkins), 1);
+    dialog.Show();
+    dialog.EndDialog(1);
+    EXPECT_TRUE(IsWindow(dialog.window));
+    dialog.Close();
+    EXPECT_FALSE(IsWindow(dialog.window));
+}
+
+TEST_F(MarlinDialogTest, ItsOwnerTakesNoInputMeanwhile)
+{
+    int pressed = 0;
+    host.onCommand = [&](WndMessage&) { ++pressed; };
+    EXPECT_EQ(Run([this](WindowHandle window) {
+                  TestKey(host.window, kKeyReturn);
+                  TestClick(host.window, {5, 5});
+                  EXPECT_EQ(ModalDepth(), 1);
+                  EndModal(window, 7);
+              }),
+              7);
+    EXPECT_EQ(pressed, 0);
+    EXPECT_EQ(ModalDepth(), 0);
+}
+
+}  // namespace
+}  // namespace jotlet
