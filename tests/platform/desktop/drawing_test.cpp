@@ -1,0 +1,280 @@
+// Shapes, pictures and text, drawn into bitmaps and read back.
+#include <filesystem>
+#include <fstream>
+
+#include "platform/desktop/device_context.h"
+#include "support/window_test.h"
+
+namespace jotlet {
+namespace {
+
+constexpr Colour kInk = Rgb(200, 10, 20);
+constexpr Colour kPaper = Rgb(255, 255, 255);
+
+class DrawingTest : public WindowTest {
+protected:
+    DrawingTest() { dc->FillRect({0, 0, 200, 100}, kPaper); }
+
+    // The smallest rectangle round everything that is not paper; empty when there is nothing.
+    Rect Ink() const
+    {
+        Rect ink{1000, 1000, -1, -1};
+        for (int y = 0; y < 100; ++y) {
+            for (int x = 0; x < 200; ++x) {
+                if (bitmap.Pixel({x, y}) == kPaper)
+                    continue;
+                ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
+                       std::max(ink.bottom, y + 1)};
+            }
+        }
+        return ink.right < 0 ? Rect{} : ink;
+    }
+    Rect InkOf(std::string_view text, const Rect& area, std::uint32_t flags)
+    {
+        dc->FillRect({0, 0, 200, 100}, kPaper);
+        dc->DrawText(area, text, sans, kInk, flags);
+        return Ink();
+    }
+
+    Bitmap bitmap{Size{200, 100}};
+    std::unique_ptr<DeviceContext> dc = MakeBitmapContext(bitmap);
+    Font sans{{"MS Sans Serif", -11}};
+};
+
+TEST_F(DrawingTest, LinesAndFramesCoverExactlyTheirPixels)
+{
+    dc->DrawLine(10, 5, 20, 5, kInk);
+    EXPECT_EQ(Ink(), (Rect{10, 5, 21, 6}));
+    dc->FillRect({0, 0, 200, 100}, kPaper);
+    dc->DrawLine(7, 30, 7, 20, kInk);
+    EXPECT_EQ(Ink(), (Rect{7, 20, 8, 31}));
+    dc->FillRect({0, 0, 200, 100}, kPaper);
+    dc->FrameRect({10, 10, 14, 13}, kInk);
+    EXPECT_EQ(Ink(), (Rect{10, 10, 14, 13}));
+    EXPECT_EQ(bitmap.Pixel({11, 11}), kPaper);
+    EXPECT_EQ(bitmap.Pixel({13, 12}), kInk);
+    dc->FillRect({0, 0, 200, 100}, kPaper);
+    dc->DrawLine(10, 10, 20, 15, kInk);
+    EXPECT_EQ(bitmap.Pixel({10, 10}), kInk);
+    EXPECT_EQ(bitmap.Pixel({20, 15}), kInk);
+}
+
+TEST_F(DrawingTest, EmptyOrInsideOutAreasDrawNothing)
+{
+    for (const Rect& area : {Rect{}, Rect{10, 10, 10, 20}, Rect{20, 20, 10, 10}}) {
+        dc->FillRect(area, kInk);
+        dc->FrameRect(area, kInk);
+        dc->DrawFocusRect(area, kInk);
+        dc->DrawText(area, "text", sans, kInk, kTextSingleLine);
+    }
+    EXPECT_EQ(Ink(), Rect{});
+}
+
+TEST_F(DrawingTest, PatternFrameBeginsAtTheAreasCorner)
+{
+    Bitmap pattern(Size{2, 2});
+    auto onPattern = MakeBitmapContext(pattern);
+    onPattern->FillRect({0, 0, 2, 2}, kPaper);
+    onPattern->FillRect({0, 0, 1, 1}, kInk);
+    dc->FrameRectPattern({11, 7, 21, 17}, pattern);
+    EXPECT_EQ(bitmap.Pixel({11, 7}), kInk);
+    EXPECT_EQ(bitmap.Pixel({12, 7}), kPaper);
+    EXPECT_EQ(bitmap.Pixel({13, 7}), kInk);
+    EXPECT_EQ(bitmap.Pixel({11, 9}), kInk);
+}
+
+TEST_F(DrawingTest, ClipHoldsUntilItIsCleared)
+{
+    dc->SetClip({0, 0, 50, 50});
+    dc->FillRect({40, 40, 60, 60}, kInk);
+    EXPECT_EQ(Ink(), (Rect{40, 40, 50, 50}));
+    dc->ClearClip();
+    dc->FillRect({40, 40, 60, 60}, kInk);
+    EXPECT_EQ(Ink(), (Rect{40, 40, 60, 60}));
+}
+
+TEST_F(DrawingTest, SingleLineStandsWhereItsFlagsSay)
+{
+    const Rect area{20, 20, 180, 80};
+    const Rect left = InkOf("HxH", area, kTextSingleLine);
+    EXPECT_NEAR(left.left, 20, 2);
+    EXPECT_NEAR(left.top, 22, 3);
+    const Rect right = InkOf("HxH", area, kTextSingleLine | kTextRight | kTextBottom);
+    EXPECT_NEAR(right.right, 180, 2);
+    EXPECT_NEAR(right.bottom, 78, 3);
+    const Rect middle = InkOf("HxH", area, kTextSingleLine | kTextCentre | kTextVCentre);
+    EXPECT_NEAR(middle.left + middle.right, 200, 2);
+    EXPECT_NEAR(middle.top + middle.bottom, 100, 4);
+}
+
+TEST_F(DrawingTest, TextIsClippedToItsAreaUnlessToldOtherwise)
+{
+    const std::string text = "a rather long line of text";
+    EXPECT_LE(InkOf(text, {10, 10, 60, 40}, kTextSingleLine).right, 60);
+    EXPECT_GT(InkOf(text, {10, 10, 60, 40}, kTextSingleLine | kTextNoClip).right, 60);
+}
+
+TEST_F(DrawingTest, EllipsisFitsTheAreaAndShortTextHasNone)
+{
+    const Rect area{0, 0, 60, 20};
+    const Rect cut = InkOf("a rather long line of text", area, kTextSingleLine | kTextEndEllipsis);
+    EXPECT_LE(cut.right, 60);
+    EXPECT_GT(cut.right, 40);
+    EXPECT_EQ(InkOf("short", area, kTextSingleLine | kTextEndEllipsis), InkOf("short", area, kTextSingleLine));
+}
+
+TEST_F(DrawingTest, WrappedTextBreaksAtWordsAndCutsWithAnEllipsisAtTheLastWholeLine)
+{
+    const int line = dc->FontHeight(sans);
+    const std::string text = "one two three four five six seven eight nine ten";
+    const int all = dc->DrawText({0, 0, 60, 100}, text, sans, kInk, kTextWordBreak);
+    EXPECT_GT(all, 2 * line);
+    EXPECT_EQ(dc->MeasureWrapped(text, sans, 60).height, all);
+    const Rect cut = InkOf(text, {0, 0, 60, 2 * line}, kTextWordBreak | kTextEndEllipsis);
+    EXPECT_LE(cut.bottom, 2 * line);
+    EXPECT_GT(cut.bottom, line);
+    EXPECT_EQ(dc->MeasureWrapped("one\r\ntwo\rthree\nfour", sans, 1000).height, 4 * dc->MeasureText("x", sans).height);
+}
+
+TEST_F(DrawingTest, LineThatEndsAtABreakShowsAnEllipsisWhenMoreFollows)
+{
+    const int line = dc->MeasureText("x", sans).height;
+    const Rect alone = InkOf("ab", {0, 0, 100, line}, kTextWordBreak | kTextEndEllipsis);
+    const Rect cut = InkOf("ab\r\nmore", {0, 0, 100, line}, kTextWordBreak | kTextEndEllipsis);
+    EXPECT_GT(cut.right, alone.right);
+    EXPECT_LE(cut.bottom, line);
+}
+
+TEST_F(DrawingTest, AmpersandsAreLetters)
+{
+    EXPECT_GT(dc->MeasureText("R&D", sans).width, dc->MeasureText("RD", sans).width);
+    EXPECT_EQ(dc->MeasureText("caf\xE9", sans), dc->MeasureText("caf\xC3\xA9", sans));
+}
+
+TEST_F(DrawingTest, FontsHaveTheirHeights)
+{
+    for (const int cell : {20, 35}) {
+        const Font arial({"Arial", cell});
+        const int height = dc->MeasureText("Hg", arial).height;
+        EXPECT_LE(height, cell);
+        EXPECT_GE(height, cell - 2);
+    }
+    const Font bold({"MS Sans Serif", -11, 700});
+    EXPECT_GT(dc->MeasureText("weight", bold).width, dc->MeasureText("weight", sans).width);
+    const Font small({"Small Fonts", -9});
+    EXPECT_LT(dc->FontHeight(small), dc->FontHeight(sans));
+    const Font link({"Small Fonts", -9, 400, true});
+    EXPECT_EQ(dc->MeasureText("weight", link).width, dc->MeasureText("weight", small).width);
+    const Font unknown({"No Such Face", 0});
+    EXPECT_GT(dc->FontHeight(unknown), 5);
+}
+
+TEST_F(DrawingTest, AnyTextIsDrawnWithoutHarm)
+{
+    const std::string texts[] = {
+        "",
+        "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D abc \xD8\xB3\xD9\x84\xD8\xA7\xD9\x85",
+        "\xE6\xBC\xA2\xE5\xAD\x97\xE4\xBB\xAE\xE5\x90\x8D",
+        "\xF0\x9F\x91\xA8\xE2\x80\x8D\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x91\xA7 \xF0\x9F\x87\xA9\xF0\x9F\x87\xAA",
+        "e\xCC\x81\xCC\x81\xCC\x81\xCC\x81\xCC\x81",
+        "\xE2\x80\xAE reversed \xE2\x80\xA9 paragraph \xE2\x80\xA8 line",
+        "\x01\x02\x7F\xFF\xFE",
+        std::string(200000, 'w'),
+        std::string(3000, '\n'),
+    };
+    for (const std::string& text : texts) {
+        for (const std::uint32_t flags : {0U, kTextSingleLine | kTextEndEllipsis, kTextWordBreak | kTextEndEllipsis,
+                                          kTextWordBreak | kTextCentre, kTextSingleLine | kTextVCentre | kTextRight})
+            dc->DrawText({10, 10, 90, 50}, text, sans, kInk, flags);
+        const Rect ink = Ink();
+        EXPECT_TRUE(ink == Rect{} || (ink.left >= 10 && ink.right <= 90 && ink.top >= 10 && ink.bottom <= 50)) << ink;
+    }
+}
+
+TEST_F(DrawingTest, ReplaceTouchesExactlyOneColourAndCopiesStayApart)
+{
+    Bitmap glyph(Size{4, 1});
+    MakeBitmapContext(glyph)->FillRect({0, 0, 2, 1}, kMagenta);
+    const Bitmap copy = glyph;
+    EXPECT_EQ(glyph.Replace(kMagenta, kInk), 1);
+    EXPECT_EQ(glyph.Pixel({0, 0}), kInk);
+    EXPECT_EQ(glyph.Pixel({2, 0}), 0U);
+    EXPECT_EQ(copy.Pixel({0, 0}), kMagenta);
+    EXPECT_EQ(glyph.MakeTransparent(kInk), 1);
+    EXPECT_EQ(glyph.Pixel({1, 0}), kNoColour);
+    dc->DrawBitmap(glyph, 10, 10);
+    EXPECT_EQ(bitmap.Pixel({10, 10}), kPaper);
+    EXPECT_EQ(bitmap.Pixel({12, 10}), 0U);
+    Bitmap none;
+    EXPECT_EQ(none.Replace(1, 2), 0);
+    EXPECT_EQ(none.Replace(1, 1), 1);
+    EXPECT_EQ(none.GetSize(), Size{});
+    dc->DrawBitmap(none, 0, 0);
+}
+
+TEST_F(DrawingTest, StretchDoublesPixelsCleanly)
+{
+    Bitmap two(Size{2, 1});
+    MakeBitmapContext(two)->FillRect({0, 0, 1, 1}, kInk);
+    dc->StretchBitmap(two, {10, 10, 50, 20});
+    EXPECT_EQ(bitmap.Pixel({29, 15}), kInk);
+    EXPECT_EQ(bitmap.Pixel({30, 15}), 0U);
+    EXPECT_EQ(Ink(), (Rect{10, 10, 50, 20}));
+}
+
+TEST_F(DrawingTest, ProgramsPicturesHaveTheirSizes)
+{
+    EXPECT_EQ(Bitmap::FromResource("tbar1.bmp").GetSize(), (Size{556, 25}));
+    EXPECT_EQ(Bitmap::FromResource("splash.bmp").GetSize(), (Size{261, 226}));
+    EXPECT_EQ(Bitmap::FromResource(2011).GetSize(), (Size{21, 13}));
+    EXPECT_TRUE(Bitmap::FromResource("no such picture").IsNone());
+    EXPECT_TRUE(Bitmap::FromResource(-1).IsNone());
+    dc->DrawIcon(2000, 10, 10);
+    EXPECT_NE(Ink(), Rect{});
+    dc->DrawIcon(987654, 50, 50);
+}
+
+class PictureFile {
+public:
+    explicit PictureFile(const std::string& bytes)
+    {
+        std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    }
+    ~PictureFile() { std::filesystem::remove(path); }
+    const std::string path = (std::filesystem::temp_directory_path() / "jotlet_drawing_test.bmp").string();
+};
+
+std::string BmpHeader(std::uint32_t width, std::uint32_t height)
+{
+    std::string bytes = "BM";
+    const auto add = [&](std::uint32_t value, int size) {
+        for (int i = 0; i < size; ++i)
+            bytes += static_cast<char>(value >> (8 * i) & 255);
+    };
+    add(0x7FFFFFFF, 4);
+    add(0, 4);
+    add(54, 4);
+    add(40, 4);
+    add(width, 4);
+    add(height, 4);
+    add(1, 2);
+    add(24, 2);
+    for (int i = 0; i < 6; ++i)
+        add(0, 4);
+    return bytes;
+}
+
+TEST_F(DrawingTest, PictureFilesAreReadAndBadOnesRefused)
+{
+    EXPECT_EQ(Bitmap::FromFile(PictureFile(BmpHeader(1, 1) + std::string("\x14\x0A\xC8\0", 4)).path).Pixel({0, 0}),
+              kInk);
+    EXPECT_TRUE(Bitmap::FromFile("/no/such/file.bmp").IsNone());
+    EXPECT_TRUE(Bitmap::FromFile("/").IsNone());
+    for (const std::string& bad :
+         {std::string(), std::string("BM"), BmpHeader(20000, 20000), BmpHeader(4097, 1), BmpHeader(0x7FFFFFFF, 2),
+          BmpHeader(0, 0), std::string("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>")})
+        EXPECT_TRUE(Bitmap::FromFile(PictureFile(bad).path).IsNone()) << bad.size();
+}
+
+}  // namespace
+}  // namespace jotlet
