@@ -1,101 +1,122 @@
 #include "platform/desktop/screen_overlay.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QBackingStore>
 #include <QPainter>
-#include <QScreen>
 #include <QWidget>
 #include <QWindow>
+#include <utility>
 
-#include "platform/desktop/native_window.h"
 #include "platform/desktop/qt/convert.h"
 
 namespace jotlet {
 
 namespace {
 
-class OverlayWindow final : public QWidget {
-public:
-    OverlayWindow()
-        : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                               Qt::BypassWindowManagerHint | Qt::WindowTransparentForInput |
-                               Qt::WindowDoesNotAcceptFocus)
-    {
-        setAttribute(Qt::WA_ShowWithoutActivating);
-        setAttribute(Qt::WA_OpaquePaintEvent);
-    }
-
-protected:
-    // Black and white in turn along the lines, to be seen on any ground.
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        painter.fillRect(rect(), QBrush(Qt::black));
-        painter.fillRect(rect(), QBrush(Qt::white, Qt::Dense6Pattern));
-    }
-};
-
-QRegion RegionOf(std::span<const ScreenLine> lines, const QPoint& origin)
+// One line as a region: its pixels where it is straight, a band of their thickness where it slants.
+QRegion LineRegion(const ScreenLine& line)
 {
-    QRegion region;
-    for (const ScreenLine& line : lines) {
-        const QPoint a = ToQt(line.from) - origin;
-        const QPoint b = ToQt(line.to) - origin;
-        if (a.x() == b.x() || a.y() == b.y()) {
-            region += QRect(qMin(a.x(), b.x()), qMin(a.y(), b.y()), qAbs(a.x() - b.x()) + 1, qAbs(a.y() - b.y()) + 1);
+    const QPoint a = ToQt(line.from);
+    const QPoint b = ToQt(line.to);
+    if (a.x() == b.x() || a.y() == b.y())
+        return QRect(qMin(a.x(), b.x()), qMin(a.y(), b.y()), qAbs(a.x() - b.x()) + 1, qAbs(a.y() - b.y()) + 1);
+    const bool steep = qAbs(b.y() - a.y()) > qAbs(b.x() - a.x());
+    const QPoint side = steep ? QPoint(2, 0) : QPoint(0, 2);
+    return QRegion(QPolygon({a, b, b + side, a + side}));
+}
+
+// Without a compositor the display forgets what lay under the lines. Other programs hear of it and draw again; our own
+// windows cannot while the loop stands still.
+void DrawAgain(const QRegion& screen)
+{
+    const QWidgetList tops = QApplication::topLevelWidgets();
+    for (QWidget* top : tops) {
+        if (!top->isVisible() || top->isMinimized())
             continue;
-        }
-        // A slanting line as a narrow band: horizontal or vertical runs, one pixel thick.
-        const bool steep = qAbs(b.y() - a.y()) > qAbs(b.x() - a.x());
-        const QPoint side = steep ? QPoint(2, 0) : QPoint(0, 2);
-        region += QRegion(QPolygon({a, b, b + side, a + side}));
+        const QRegion local = screen.translated(-top->mapToGlobal(QPoint(0, 0))).intersected(top->rect());
+        if (!local.isEmpty())
+            top->repaint(local);
     }
-    return region;
 }
 
 }  // namespace
 
+// A bare window and its image, without the widgets above: the animations run with the loop standing still, and what is
+// put on an image here reaches the display without any event.
 struct ScreenOverlay::Data {
-    std::unique_ptr<OverlayWindow> window;
+    Data() : store(&window)
+    {
+        window.setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::BypassWindowManagerHint |
+                        Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus);
+    }
+
+    void Paint(const QRegion& region)
+    {
+        const QRect area = region.boundingRect();
+        // What the last lines covered, and, for the moment between its moving and its new shape, cover once more.
+        const QRegion before = shown + shown.translated(area.topLeft() - shown.boundingRect().topLeft());
+        shown = region;
+        const QRegion local = region.translated(-area.topLeft());
+        if (window.geometry() != area)
+            window.setGeometry(area);
+        window.setMask(local);
+        if (!window.isVisible())
+            window.show();
+        store.resize(area.size());
+        const QRect whole(QPoint(0, 0), area.size());
+        store.beginPaint(whole);
+        {
+            // Black and white in turn along the lines, to be seen on any ground.
+            QPainter painter(store.paintDevice());
+            painter.fillRect(whole, Qt::black);
+            painter.fillRect(whole, QBrush(Qt::white, Qt::Dense6Pattern));
+        }
+        store.endPaint();
+        store.flush(whole);
+        DrawAgain(before.subtracted(region));
+    }
+
+    QRegion shown;
+    QWindow window;
+    QBackingStore store;
 };
 
-ScreenOverlay::ScreenOverlay() : data(std::make_unique<Data>()) {}
-ScreenOverlay::~ScreenOverlay() = default;
+ScreenOverlay::ScreenOverlay() = default;
+ScreenOverlay::~ScreenOverlay()
+{
+    Clear();
+}
 
 bool ScreenOverlay::Available() const
 {
     // Only an X server puts a window where it is asked to, over everything, and lets clicks through.
-    return qApp && QGuiApplication::platformName() == QLatin1String("xcb");
+    return qGuiApp && QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
 void ScreenOverlay::Show(std::span<const ScreenLine> lines)
 {
     if (!Available())
         return;
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    const QRect area = screen->virtualGeometry();
-    const QRegion region = RegionOf(lines, area.topLeft());
+    QRegion region;
+    for (const ScreenLine& line : lines)
+        region += LineRegion(line);
     if (region.isEmpty()) {
         Clear();
         return;
     }
-    if (!data->window) {
-        data->window = std::make_unique<OverlayWindow>();
-        data->window->setGeometry(area);
-    }
-    data->window->setMask(region);
-    data->window->show();
-    data->window->repaint();
-    FlushToScreen();
+    if (!data)
+        data = std::make_unique<Data>();
+    data->Paint(region);
 }
 
 void ScreenOverlay::Clear()
 {
-    if (!data->window)
+    if (!data || !data->window.isVisible())
         return;
-    data->window->hide();
-    FlushToScreen();
+    data->window.hide();
+    // Nothing is drawn on a hidden window, but the display is sent what waits, the hiding too.
+    data->store.flush(QRect(0, 0, 1, 1));
+    DrawAgain(std::exchange(data->shown, {}));
 }
 
 }  // namespace jotlet
