@@ -137,7 +137,10 @@ FileHandle CreateTempFile(std::string& tempPath, const std::string& path, FileEr
         Report(error, "remove", tempPath);
         return kNoFile;
     }
-    return FileCreate(tempPath, error);
+    const FileHandle made = FileCreate(tempPath, error);
+    if (made == kNoFile)
+        Files().Remove(tempPath);  // it may have got as far as an empty file
+    return made;
 }
 
 int CompactFile(FileHandle handle, const std::string& path, ProgressDisplay* progress, FileError* error)
