@@ -1,5 +1,7 @@
 #include "core/file_copy.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -49,9 +51,12 @@ bool WriteTemporary(const std::string& source, const std::string& temporary, Fil
     const FileHandleOwner from(FileOpen(source, FileAccess::Read, FileSharing::Shared, &error));
     if (!from)
         return false;
+    Files().Remove(temporary);  // whatever a killed copy left there, a link perhaps
     FileHandleOwner to(FileCreate(temporary, &error));
-    if (!to)
+    if (!to) {
+        Files().Remove(temporary);
         return false;
+    }
     errno = 0;
     if (CopyBytes(from.Get(), to.Get()))
         return true;
@@ -78,7 +83,7 @@ CopyOutcome CopyTable(TableFile& source, const std::string& target, ProgressDisp
     if (FileExists(target) == 1 && FileIsBusy(target))
         return CopyOutcome::InUse;
     source.Flush();
-    const std::string temporary = target + ".temp";
+    const std::string temporary = target + ".temp" + std::to_string(getpid());
     if (!WriteTemporary(source.Path(), temporary, failed))
         return CopyOutcome::Failed;
     if (Files().Rename(temporary, target) != 0) {

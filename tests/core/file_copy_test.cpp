@@ -1,0 +1,124 @@
+// Save As, without its dialog.
+#include "core/file_copy.h"
+#include "core_fixture.h"
+#include "platform/base/file_system.h"
+#include "store/open_table.h"
+#include "store/record_query.h"
+#include "support/failing_file_system.h"
+
+namespace jotlet {
+namespace {
+
+class FileCopyTest : public CoreTest {
+protected:
+    FileCopyTest() : source(MakeNotes("notes.jot")), target(folder.File("Works/copy.jot")), file(source, "") {}
+
+    CopyOutcome Copy() { return CopyTable(file, target, nullptr, &error); }
+    SlotCounts CountsOf(const std::string& path)
+    {
+        SlotCounts counts;
+        TableFile(path, "").DescribeSlots(counts);
+        return counts;
+    }
+    TableHeader HeaderOf(const std::string& path)
+    {
+        TableHeader header{};
+        TableFile(path, "").ReadHeader(header);
+        return header;
+    }
+
+    std::size_t FilesInWorks() const
+    {
+        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.File("Works")), {}));
+    }
+
+    std::string source;
+    std::string target;
+    TableFile file;
+    FileError error;
+};
+
+TEST_F(FileCopyTest, TheCopyHoldsTheNotesWithoutCountersAndLocksOfTheOpenFile)
+{
+    RecordQuery all;
+    all.PrepareResults();
+    all.AddAllTerm();
+    ASSERT_EQ(file.RunQuery(all), 1);
+    ASSERT_EQ(all.resultCount, 4);
+    ASSERT_EQ(file.DeleteRecord(all.Results()[0]), 1);
+    ASSERT_EQ(file.LockRecord(all.Results()[1]), 1);
+
+    EXPECT_EQ(Copy(), CopyOutcome::Done);
+    const SlotCounts counts = CountsOf(target);
+    EXPECT_EQ(counts.slots, 3);
+    EXPECT_EQ(counts.live, 3);
+    EXPECT_EQ(counts.locked, 0);
+    EXPECT_EQ(HeaderOf(target).freeSlots, 0);
+    EXPECT_EQ(HeaderOf(target).openCount, 1u) << "this look alone";
+    EXPECT_EQ(CountsOf(source).slots, 4) << "the open file stays as it is";
+    file.UnlockRecord(all.Results()[1]);
+}
+
+TEST_F(FileCopyTest, ItReplacesAFileThatNobodyHas)
+{
+    test::WriteAll(target, "something else");
+    EXPECT_EQ(Copy(), CopyOutcome::Done);
+    EXPECT_EQ(CountsOf(target).live, 4);
+}
+
+TEST_F(FileCopyTest, OntoItselfByAnyNameIsRefused)
+{
+    const std::string before = test::ReadAll(source);
+    std::filesystem::create_hard_link(source, folder.File("Works/other name.jot"));
+    std::filesystem::create_symlink(source, folder.File("Works/link.jot"));
+    for (const std::string& name : {source, folder.File("Works/NOTES.JOT"), folder.File("Works/other name.jot"),
+                                    folder.File("Works/link.jot"), folder.File("Works/../Works/notes.jot")}) {
+        EXPECT_EQ(CopyTable(file, name, nullptr, &error), CopyOutcome::SameFile) << name;
+    }
+    EXPECT_EQ(test::ReadAll(source), before);
+}
+
+TEST_F(FileCopyTest, AFileInUseOrAFolderIsRefused)
+{
+    const std::string used = MakeNotes("used.jot");
+    const TableFile holder(used, "");
+    EXPECT_EQ(CopyTable(file, used, nullptr, &error), CopyOutcome::InUse);
+    EXPECT_EQ(CopyTable(file, folder.File("Works"), nullptr, &error), CopyOutcome::InUse);
+    EXPECT_EQ(CountsOf(used).live, 4);
+}
+
+TEST_F(FileCopyTest, AMissingFolderTellsWhy)
+{
+    EXPECT_EQ(CopyTable(file, folder.File("nowhere/copy.jot"), nullptr, &error), CopyOutcome::Failed);
+    EXPECT_EQ(error.kind, FileErrorKind::Missing);
+    EXPECT_EQ(CopyTable(file, folder.File(std::string(300, 'x') + ".jot"), nullptr, &error), CopyOutcome::Failed);
+}
+
+TEST_F(FileCopyTest, AtEveryFailingCallTheTargetIsTheOldFileOrTheWholeCopy)
+{
+    const std::string old = "the file that was there";
+    for (int failAt = 1; failAt < 60; ++failAt) {
+        test::WriteAll(target, old);
+        test::FailingFileSystem failing;
+        failing.failAt = failAt;
+        failing.andAllBehind = true;
+        CopyOutcome outcome;
+        {
+            const ScopedFileSystem scoped(failing);
+            outcome = Copy();
+        }
+        SCOPED_TRACE("call " + std::to_string(failAt) + " " + failing.failedCall);
+        const bool whole = test::ReadAll(target) != old;
+        EXPECT_EQ(outcome == CopyOutcome::Done, whole);
+        if (whole) {
+            EXPECT_EQ(CountsOf(target).live, 4);
+        }
+        EXPECT_EQ(FilesInWorks(), 2u) << "nothing temporary stays";
+        EXPECT_EQ(CountsOf(source).live, 4);
+        if (failing.changes < failAt)
+            break;
+    }
+}
+
+}  // namespace
+}  // namespace jotlet

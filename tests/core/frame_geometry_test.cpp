@@ -1,0 +1,64 @@
+// The numbers of the main window, all in one place; the painted result is looked at in main_frame_test.cpp.
+#include "core/frame_geometry.h"
+
+#include <gmock/gmock.h>
+
+namespace jotlet {
+namespace {
+
+constexpr Size kWindow{420, 430};
+constexpr Size kClient{410, 402};
+
+TEST(FrameGeometryTest, TitleAndButtonsStandByTheMetricsOfTheMargin)
+{
+    EXPECT_EQ(FrameTitleRect(kWindow), (Rect{4, 4, 416, 22}));
+    EXPECT_EQ(FrameTitleArea(kWindow), (Rect{0, 0, 420, 23}));
+    EXPECT_EQ(CaptionButtonRect(kWindow, CaptionButton::Close), Rect::At(398, 5, 15, 15));
+    EXPECT_EQ(CaptionButtonRect(kWindow, CaptionButton::Maximise), Rect::At(380, 5, 15, 15));
+    EXPECT_EQ(CaptionButtonRect(kWindow, CaptionButton::Minimise), Rect::At(362, 5, 15, 15));
+    EXPECT_EQ(FrameCaptionHit(kWindow), (Rect{4, 4, 418, 24}));
+}
+
+TEST(FrameGeometryTest, ChildrenAndRingsStandInTheClientArea)
+{
+    EXPECT_EQ(PaneBarRect(kClient), Rect::At(1, 0, 408, 25));
+    EXPECT_EQ(ToolBarRect(kClient), Rect::At(5, 26, 400, 25));
+    EXPECT_EQ(PaneRect(kClient), Rect::At(17, 66, 371, 307));
+    const FrameRings rings = LayOutRings(kClient);
+    EXPECT_THAT(rings.outer, testing::ElementsAre(Rect{5, 48, 405, 58}, Rect{5, 379, 405, 389}, Rect{5, 48, 15, 389},
+                                                  Rect{395, 48, 405, 389}));
+    EXPECT_THAT(rings.inner, testing::ElementsAre(Rect{10, 57, 400, 67}, Rect{10, 372, 400, 382}, Rect{10, 57, 22, 382},
+                                                  Rect{388, 57, 400, 382}));
+    EXPECT_THAT(rings.shadow, testing::ElementsAre(Rect{22, 361, 393, 377}, Rect{387, 69, 393, 377}));
+    EXPECT_EQ(rings.header, (Rect{17, 66, 388, 94}));
+    EXPECT_EQ(FrameGripHit(kClient), (Rect{395, 387, 415, 407}));
+    EXPECT_EQ(FrameGripPicture(kClient), (Point{399, 391}));
+}
+
+TEST(FrameGeometryTest, TheShapeCutsTheTopCornersByThreePixels)
+{
+    EXPECT_THAT(FrameShape(kWindow), testing::ElementsAre(Point{3, 0}, Point{0, 3}, Point{0, 430}, Point{420, 430},
+                                                          Point{420, 3}, Point{417, 0}));
+}
+
+TEST(FrameGeometryTest, MaximiseTogglesBetweenTwoSizesAndStaysOnTheDesktop)
+{
+    const Rect desktop{0, 0, 1280, 800};
+    struct Case {
+        const char* what;
+        Rect now;
+        Rect then;
+    };
+    for (const Case& c : {
+             Case{"small", Rect::At(100, 100, 420, 430), Rect::At(100, 100, 560, 580)},
+             Case{"large goes back in place", Rect::At(700, 200, 560, 580), Rect::At(700, 200, 420, 430)},
+             Case{"sized by hand", Rect::At(100, 100, 500, 500), Rect::At(100, 100, 560, 580)},
+             Case{"wide alone is not large", Rect::At(0, 0, 560, 430), Rect::At(0, 0, 560, 580)},
+             Case{"moved left and up as far as needed", Rect::At(800, 300, 420, 430), Rect::At(720, 220, 560, 580)},
+         }) {
+        EXPECT_EQ(ToggledFrame(c.now, desktop), c.then) << c.what;
+    }
+}
+
+}  // namespace
+}  // namespace jotlet
