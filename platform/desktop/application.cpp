@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFile>
 #include <QKeyEvent>
 #include <QStyleFactory>
 #include <QTimer>
@@ -114,6 +115,31 @@ void SetDefault(const char* name, const char* value)
         qputenv(name, value);
 }
 
+// Where no session bus runs, asking for one would start a helper program and wait for it to fail. This answers the
+// question for as long as the connection is set up.
+class NoBusLaunch {
+public:
+    NoBusLaunch()
+    {
+        const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+        if (qEnvironmentVariableIsSet(kBus) || (!folder.isEmpty() && QFile::exists(QFile::decodeName(folder + "/bus"))))
+            return;
+        qputenv(kBus, "unix:path=/dev/null/no-bus");
+        set = true;
+    }
+    ~NoBusLaunch()
+    {
+        if (set)
+            qunsetenv(kBus);
+    }
+    NoBusLaunch(const NoBusLaunch&) = delete;
+    NoBusLaunch& operator=(const NoBusLaunch&) = delete;
+
+private:
+    static constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
+    bool set = false;
+};
+
 }  // namespace
 
 struct Application::Data {
@@ -132,7 +158,10 @@ Application::Application(int argc, char** argv)
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
     QApplication::setStyle(QStringLiteral("fusion"));
     QApplication::setDesktopSettingsAware(true);
-    data = std::make_unique<Data>(argc, argv);
+    {
+        const NoBusLaunch whileConnecting;
+        data = std::make_unique<Data>(argc, argv);
+    }
     QApplication::setApplicationName(QStringLiteral("Jotlet"));
     QGuiApplication::setDesktopFileName(QStringLiteral("jotlet"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
