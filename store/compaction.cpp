@@ -18,6 +18,7 @@ namespace jotlet {
 namespace {
 
 constexpr std::int64_t kSlotsPerRead = 100;
+constexpr std::int64_t kWriteAhead = 2 << 20;
 constexpr std::size_t kActiveAt = offsetof(RecordPrefix, active);
 constexpr std::size_t kLockedAt = offsetof(RecordPrefix, locked);
 
@@ -89,6 +90,7 @@ bool CopyRecords(FileHandle from, FileHandle to, std::uint32_t recordSize, std::
 {
     std::vector<std::byte> chunk(static_cast<std::size_t>(kSlotsPerRead * recordSize));
     std::int64_t end = kFirstRecordOffset;
+    std::int64_t started = 0;
     for (std::int64_t slot = 0; slot < slotCount; slot += kSlotsPerRead) {
         const std::int64_t count = std::min(kSlotsPerRead, slotCount - slot);
         const auto bytes = std::span(chunk).first(static_cast<std::size_t>(count * recordSize));
@@ -109,6 +111,11 @@ bool CopyRecords(FileHandle from, FileHandle to, std::uint32_t recordSize, std::
         if (!FileWriteWhole(to, keptBytes, end))
             return false;
         end += static_cast<std::int64_t>(keptBytes.size());
+        // The disk works while the next records are copied.
+        if (end - started >= kWriteAhead) {
+            Files().StartWriting(to, started, end - started);
+            started = end;
+        }
     }
     return true;
 }

@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <utility>
 
 #include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
@@ -17,6 +19,7 @@ constexpr std::int64_t kHeaderAt = sizeof(SizeBlock);
 constexpr std::int64_t kCategoriesAt = kHeaderAt + kHeaderBlockSize;
 constexpr std::int64_t kStampAt = kHeaderAt + offsetof(TableHeader, changeStamp);
 // Addresses are signed 32-bit numbers, and a slot must end before they do.
+constexpr std::int64_t kLargestPartialFlush = 64 << 10;
 constexpr std::int64_t kLargestFile = std::numeric_limits<RecordAddress>::max();
 
 bool IsKnown(const SizeBlock& sizes)
@@ -178,6 +181,9 @@ void TableFile::Close()
     handle.Reset();
     deletedUnderLock.clear();
     freeSlotHint = 0;
+    unsynced = {};
+    addsSinceFlush = 0;
+    flushesEachAdd = false;
 }
 
 bool TableFile::TakeTurn(FileLock& lock) const
@@ -213,6 +219,7 @@ int TableFile::ReadHeader(TableHeader& out) const
 
 int TableFile::WriteHeader(const TableHeader& header)
 {
+    unsynced.everything = true;
     FileLock turn;
     return IsOpen() && TakeTurn(turn) && StoreHeader(header) ? 1 : 0;
 }
@@ -224,6 +231,7 @@ int TableFile::ReadCategories(CategoryBlock& out) const
 
 int TableFile::WriteCategories(const CategoryBlock& categories)
 {
+    unsynced.everything = true;
     FileLock turn;
     return IsOpen() && TakeTurn(turn) && FileWriteWhole(handle.Get(), BytesOf(categories), kCategoriesAt) ? 1 : 0;
 }
@@ -240,6 +248,7 @@ int TableFile::UpdateHeader(const std::function<bool(TableHeader&)>& change)
     changed.freeSlots = header.freeSlots;
     changed.changeStamp = header.changeStamp;
     changed.openCount = header.openCount;
+    unsynced.everything = true;
     if (StoreHeader(changed))
         return 1;
     StoreHeader(header);
@@ -255,6 +264,7 @@ int TableFile::UpdateCategories(const std::function<bool(CategoryBlock&)>& chang
     CategoryBlock changed = categories;
     if (!change(changed))
         return 0;
+    unsynced.everything = true;
     if (FileWriteWhole(handle.Get(), BytesOf(changed), kCategoriesAt))
         return 1;
     FileWriteWhole(handle.Get(), BytesOf(categories), kCategoriesAt);
@@ -275,7 +285,37 @@ Role TableFile::GetRole() const
 
 int TableFile::Flush()
 {
-    return IsOpen() ? FileFlush(handle.Get()) : 0;
+    if (!IsOpen())
+        return 0;
+    flushesEachAdd = addsSinceFlush == 1 || (flushesEachAdd && addsSinceFlush == 0);
+    addsSinceFlush = 0;
+    // A failure leaves everything to be done: what the system has reported once it may not report again.
+    const Unsynced work = std::exchange(unsynced, {});
+    const bool partly = !work.everything && work.begin < work.end && IsMapped(work.end);
+    const bool flushed = partly ? mapping.FlushPart(static_cast<std::size_t>(work.begin),
+                                                    static_cast<std::size_t>(work.end - work.begin))
+                                : FileFlush(handle.Get()) == 1;
+    unsynced.everything = !flushed;
+    return flushed ? 1 : 0;
+}
+
+bool TableFile::IsMapped(std::int64_t end)
+{
+    if (mapping.Bytes().empty())
+        return false;
+    if (mapping.Bytes().size() < static_cast<std::size_t>(end))
+        mapping.Cover(handle.Get(), static_cast<std::size_t>(std::max(FileSize(handle.Get()), std::int64_t{0})));
+    return mapping.Bytes().size() >= static_cast<std::size_t>(end);
+}
+
+void TableFile::NoteWritten(RecordAddress address)
+{
+    const std::int64_t end = std::int64_t{address} + recordSize;
+    unsynced.begin = unsynced.begin < unsynced.end ? std::min<std::int64_t>(unsynced.begin, address) : address;
+    unsynced.end = std::max(unsynced.end, end);
+    // Records far apart: what lies between would be looked through for nothing.
+    if (unsynced.end - unsynced.begin > kLargestPartialFlush)
+        unsynced.everything = true;
 }
 
 std::int64_t TableFile::CutTailBytes() const

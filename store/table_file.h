@@ -185,6 +185,7 @@ private:
     int AppendRecords(std::span<const std::byte> records, TableHeader& header, RecordAddress& first);
     int ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
     bool SetByte(RecordAddress address, std::size_t offset, std::uint8_t value);
+    bool AppendWithReserve(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
     void NoteFreeSlots(const TableHeader& header, RecordAddress allLiveBefore);
 
     std::string path;
@@ -199,6 +200,19 @@ private:
     // All slots before `freeSlotHint` are live as long as the stamp in the file is `freeSlotStamp`.
     std::uint64_t freeSlotStamp = 0;
     RecordAddress freeSlotHint = 0;
+    // What Flush has to put on the disk. Counters in the header don't count: after a power failure the repair sets
+    // them.
+    struct Unsynced {
+        std::int64_t begin = 0;
+        std::int64_t end = 0;
+        bool everything = true;
+    };
+    void NoteWritten(RecordAddress address);
+    // Whether the mapping, if there is one, reaches to `end`; lets it follow a file that has grown.
+    bool IsMapped(std::int64_t end);
+    Unsynced unsynced;
+    int addsSinceFlush = 0;
+    bool flushesEachAdd = false;
     // Slots that this object deleted under its lock and hasn't unlocked yet; see UnlockRecord.
     std::vector<RecordAddress> deletedUnderLock;
 };

@@ -21,6 +21,9 @@ namespace {
 
 constexpr std::size_t kActiveAt = offsetof(RecordPrefix, active);
 constexpr std::size_t kLockedAt = offsetof(RecordPrefix, locked);
+// A table of this many slots grows by kReserveSlots at once when each added record is flushed.
+constexpr std::int64_t kReserveFrom = 1000;
+constexpr std::int64_t kReserveSlots = 64;
 constexpr std::int64_t kLastAddress = std::numeric_limits<RecordAddress>::max();
 
 RecordPrefix PrefixOf(std::span<const std::byte> record)
@@ -96,6 +99,32 @@ int TableFile::AppendRecords(std::span<const std::byte> records, TableHeader& he
     return 0;
 }
 
+// A flush of a file that has grown waits for the file system's journal. So where records come one by one, each with a
+// flush, a large file grows by many free slots at once, which the next records then use.
+bool TableFile::AppendWithReserve(std::span<const std::byte> record, TableHeader& header, RecordAddress& address)
+{
+    const std::int64_t size = kReserveSlots * recordSize;
+    address = EndSlot();
+    if (!flushesEachAdd || addsSinceFlush > 0 || address < FirstRecordOffset() + kReserveFrom * recordSize ||
+        kLastAddress - address < size)
+        return false;
+    std::vector<std::byte> slots(static_cast<std::size_t>(size));
+    std::copy(record.begin(), record.end(), slots.begin());
+    const TableHeader before = header;
+    ++header.changeStamp;
+    header.freeSlots = static_cast<std::int32_t>(1 - kReserveSlots);
+    // Slots first: one that nobody counts harms less than a count without a slot.
+    if (FileWriteWhole(handle.Get(), slots, address) && StoreHeader(header)) {
+        NoteFreeSlots(header, static_cast<RecordAddress>(address + recordSize));
+        unsynced.everything = true;
+        return true;
+    }
+    header = before;
+    StoreHeader(header);
+    Files().Truncate(handle.Get(), address);
+    return false;
+}
+
 int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address)
 {
     address = FindFreeSlot(header);
@@ -134,15 +163,22 @@ int TableFile::AddRecord(std::span<const std::byte> record, RecordAddress* addre
         return kRefusedByRole;
     record = record.first(recordSize);
     RecordAddress got = 0;
-    const int added = header.freeSlots < 0 ? ReuseSlot(record, header, got) : AppendRecords(record, header, got);
-    if (added == 1 && address)
+    const int added = header.freeSlots < 0                     ? ReuseSlot(record, header, got)
+                      : AppendWithReserve(record, header, got) ? 1
+                                                               : AppendRecords(record, header, got);
+    if (added != 1)
+        return added;
+    NoteWritten(got);
+    ++addsSinceFlush;
+    if (address)
         *address = got;
-    return added;
+    return 1;
 }
 
 int TableFile::AddRecords(std::span<const std::byte> records, std::vector<RecordAddress>& addresses)
 {
     addresses.clear();
+    unsynced.everything = true;
     FileLock turn;
     TableHeader header;
     if (!IsOpen() || records.size() % recordSize != 0 || !TakeTurn(turn) || !LoadHeader(header))
@@ -190,6 +226,7 @@ int TableFile::DeleteRecord(RecordAddress address)
     }
     if (hinted)
         NoteFreeSlots(header, std::min(freeSlotHint, address));
+    NoteWritten(address);
     if (prefix.locked != 0)
         deletedUnderLock.push_back(address);
     return 1;
@@ -216,6 +253,7 @@ int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress addr
     }
     if (hinted)
         freeSlotStamp = header.changeStamp;
+    NoteWritten(address);
     return 1;
 }
 

@@ -78,6 +78,15 @@ bool FileMapping::Cover(FileHandle handle, std::size_t size)
     return true;
 }
 
+bool FileMapping::FlushPart(std::size_t offset, std::size_t size) const
+{
+    if (!start || size > length || offset > length - size)
+        return false;
+    const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const std::size_t from = offset / page * page;
+    return Files().SyncMapped({start + from, offset + size - from}) == 0;
+}
+
 void FileMapping::Drop()
 {
     if (start)

@@ -28,6 +28,10 @@ public:
     // file can't be mapped. Cheap when the view has that size already.
     bool Cover(FileHandle handle, std::size_t size);
     void Drop();
+    // Makes what was written to these bytes of the file, by whatever handle, durable. Costs less than a flush of the
+    // file when other parts of it have changed too. False when the view doesn't show them, or they may not be on the
+    // disk.
+    bool FlushPart(std::size_t offset, std::size_t size) const;
     std::span<const std::byte> Bytes() const { return {start, length}; }
 
     // Runs `work` (called with no arguments) and gives true; false when a byte of this view could not be read, in

@@ -37,11 +37,16 @@ public:
     virtual std::int64_t WriteAt(int handle, std::span<const std::byte> buffer, std::int64_t offset) = 0;
     virtual std::int64_t Seek(int handle, std::int64_t offset, int origin) = 0;
     virtual int Truncate(int handle, std::int64_t size) = 0;
-    virtual int Sync(int handle) = 0;                       // fdatasync
+    virtual int Sync(int handle) = 0;  // fdatasync
+    // fdatasync of the pages of a mapping alone, with whatever the file system needs to find them again.
+    virtual int SyncMapped(std::span<const std::byte> pages) = 0;
+    // Lets the disk begin with these bytes; promises nothing.
+    virtual void StartWriting(int handle, std::int64_t offset, std::int64_t size) = 0;
     virtual int SyncFolder(const std::string& folder) = 0;  // makes a create, rename or remove in it durable
     virtual int Rename(const std::string& from, const std::string& to) = 0;     // replaces `to` in one step
     virtual int RenameNew(const std::string& from, const std::string& to) = 0;  // EEXIST when `to` is there
     virtual int Remove(const std::string& path) = 0;
+    virtual std::int64_t Size(int handle) = 0;
     virtual int Identify(int handle, FileIdentity& out) = 0;                   // fstat
     virtual int IdentifyPath(const std::string& path, FileIdentity& out) = 0;  // stat, follows links
     // One byte, without waiting, owned by the open file description (F_OFD_SETLK). EAGAIN: somebody else holds it.

@@ -152,8 +152,7 @@ std::int64_t FileSeek(FileHandle handle, std::int64_t offset, SeekOrigin origin)
 
 std::int64_t FileSize(FileHandle handle)
 {
-    FileIdentity identity;
-    return Files().Identify(handle, identity) == 0 ? identity.size : -1;
+    return Files().Size(handle);
 }
 
 int FileFlush(FileHandle handle)

@@ -127,6 +127,42 @@ TEST_F(FailingDiskTest, AFailedFlushIsTold)
     const ScopedFileSystem scope(disk);
     EXPECT_EQ(table->Flush(), 0);
     EXPECT_EQ(table->Flush(), 1);
+    // With the file mapped, a flush reaches for the changed record alone.
+    EXPECT_EQ(Titles(), Texts{"milk"});
+    for (int i = 0; i < 3; ++i) {
+        Add({.title = "bread"});
+        disk.changes = 0;
+        disk.failAt = 1;
+        disk.failedCall.clear();
+        EXPECT_EQ(table->Flush(), 0);
+        EXPECT_EQ(disk.failedCall, "sync part");
+        EXPECT_EQ(table->Flush(), 1);
+    }
+}
+
+TEST_F(FailingDiskTest, AReserveThatFindsNoRoomLeavesRoomForTheRecord)
+{
+    const Record record = RecordOf({.title = "note"});
+    std::vector<std::byte> many;
+    for (int i = 0; i < 200; ++i)
+        many.insert(many.end(), record.begin(), record.end());
+    std::vector<RecordAddress> addresses;
+    for (int i = 0; i < 6; ++i)
+        ASSERT_EQ(table->AddRecords(many, addresses), 1);
+    Add({.title = "one"});
+    table->Flush();
+    FailingFileSystem disk;
+    disk.failAt = 1;
+    disk.halfWrite = true;
+    const auto size = std::filesystem::file_size(path);
+    {
+        const ScopedFileSystem scope(disk);
+        EXPECT_EQ(table->AddRecord(record), 1);
+    }
+    EXPECT_EQ(disk.failedCall, "write");
+    EXPECT_EQ(std::filesystem::file_size(path), size + 3557);
+    EXPECT_EQ(FreeSlots(), 0);
+    EXPECT_EQ(Titles().size(), 1202u);
 }
 
 }  // namespace

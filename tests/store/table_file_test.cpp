@@ -88,6 +88,29 @@ TEST_F(TableFileTest, SlotsAreReusedFromTheFrontWhateverTheOrderOfDeletes)
     EXPECT_EQ(FreeSlots(), 0);
 }
 
+TEST_F(TableFileTest, ALargeFileGrowsByManySlotsWhenEachNoteIsFlushed)
+{
+    const Record record = RecordOf({.title = "note"});
+    const auto addAndFlush = [&] { return table->AddRecord(record) + table->Flush(); };
+    EXPECT_EQ(addAndFlush() + addAndFlush() + addAndFlush(), 6);
+    EXPECT_EQ(std::filesystem::file_size(path), 2625u + 3 * 3557);  // a small file holds no reserve
+    for (int i = 3; i < 1100; ++i)
+        ASSERT_EQ(table->AddRecord(record), 1);
+    EXPECT_EQ(std::filesystem::file_size(path), 2625u + 1100 * 3557);  // neither does one that is filled in one go
+    table->Flush();
+    EXPECT_EQ(addAndFlush(), 2);
+    EXPECT_EQ(FreeSlots(), 0);
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_EQ(addAndFlush(), 2);
+        SlotCounts counts;
+        ASSERT_EQ(table->DescribeSlots(counts), 1);
+        EXPECT_EQ(counts.live, 1102 + i);
+        EXPECT_EQ(FreeSlots(), -(counts.slots - counts.live));
+        EXPECT_EQ(std::filesystem::file_size(path), 2625u + (i < 64 ? 1165 : 1229) * 3557u);
+    }
+    EXPECT_EQ(Titles().size(), 1201u);
+}
+
 TEST_F(TableFileTest, ACountOfFreeSlotsThatLiesStoresNothing)
 {
     Add({.title = "milk"});

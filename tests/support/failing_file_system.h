@@ -63,6 +63,11 @@ public:
         return Fails("truncate") ? -1 : real.Truncate(handle, size);
     }
     int Sync(int handle) override { return Fails("sync") ? -1 : real.Sync(handle); }
+    int SyncMapped(std::span<const std::byte> pages) override { return Fails("sync part") ? -1 : real.SyncMapped(pages); }
+    void StartWriting(int handle, std::int64_t offset, std::int64_t size) override
+    {
+        real.StartWriting(handle, offset, size);
+    }
     int SyncFolder(const std::string& folder) override { return Fails("sync folder") ? -1 : real.SyncFolder(folder); }
     int Rename(const std::string& from, const std::string& to) override
     {
@@ -73,6 +78,7 @@ public:
         return Fails("rename") ? -1 : real.RenameNew(from, to);
     }
     int Remove(const std::string& path) override { return real.Remove(path); }
+    std::int64_t Size(int handle) override { return real.Size(handle); }
     int Identify(int handle, FileIdentity& out) override { return real.Identify(handle, out); }
     int IdentifyPath(const std::string& path, FileIdentity& out) override { return real.IdentifyPath(path, out); }
     int Lock(int handle, std::int64_t byte, LockMode mode) override
