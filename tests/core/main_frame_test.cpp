@@ -1,0 +1,318 @@
+// The main window by real events: caption buttons, sizes, painting, menus, panes, keys, skins, broadcasts.
+#include "module_fixture.h"
+#include "platform/base/session.h"
+#include "platform/desktop/menu.h"
+#include "toolkit/main_window.h"
+
+namespace jotlet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace std::chrono_literals;
+
+class MainFrameTest : public ModuleTest {
+protected:
+    MainFrameTest()
+    {
+        Start();
+        MoveTo(module->window, Rect::At(60, 40, kFrameSmall.width, kFrameSmall.height));
+        BringToForeground(module->window);
+        ServeEvents();
+    }
+    Rect Place() const { return WindowRect(module->window); }
+    Point On(CaptionButton button) const
+    {
+        return InWindow(MiddleOf(CaptionButtonRect({Place().Width(), Place().Height()}, button)));
+    }
+    Colour InWindowPixel(int x, int y) const { return PixelAt(module->window, InWindow({x, y})); }
+    // Presses a caption button, does `whileHeld` in its nested loop, and ends there.
+    void Hold(CaptionButton button, const std::function<void()>& whileHeld)
+    {
+        held = whileHeld;
+        helper.Post(kWmCommand, 1, 0);
+        TestPress(module->window, On(button));
+        ServeEvents();
+    }
+
+    // Runs what a test wants to happen inside a nested loop.
+    struct Helper : MarlinWnd {
+        explicit Helper(std::function<void()>& work) : work(work) { Create(nullptr, kStyleVisible); }
+        MessageParam OnCommand(WndMessage&) override
+        {
+            work();
+            return 0;
+        }
+        std::function<void()>& work;
+    };
+    std::function<void()> held;
+    Helper helper{held};
+};
+
+TEST_F(MainFrameTest, HoverShowsWithinATenthOfASecondOrSo)
+{
+    TestMove(module->window, On(CaptionButton::Close));
+    EXPECT_TRUE(
+        ServeUntil([this] { return module->GetButtonLook(CaptionButton::Close) == ButtonLook::UnderMouse; }, 1000ms));
+    TestMove(module->window, {100, 200});
+    EXPECT_TRUE(
+        ServeUntil([this] { return module->GetButtonLook(CaptionButton::Close) == ButtonLook::Normal; }, 1000ms));
+}
+
+TEST_F(MainFrameTest, APressedButtonActsWhenTheMouseIsStillOnIt)
+{
+    ButtonLook look{};
+    Hold(CaptionButton::Maximise, [&] {
+        look = module->GetButtonLook(CaptionButton::Maximise);
+        TestRelease(module->window, On(CaptionButton::Maximise));
+    });
+    EXPECT_EQ(look, ButtonLook::Pressed);
+    EXPECT_EQ(module->GetButtonLook(CaptionButton::Maximise), ButtonLook::Normal);
+    EXPECT_EQ(Place(), Rect::At(60, 40, 560, 580));
+    Hold(CaptionButton::Maximise, [&] { TestRelease(module->window, On(CaptionButton::Maximise)); });
+    EXPECT_EQ(Place(), Rect::At(60, 40, 420, 430));
+}
+
+TEST_F(MainFrameTest, ReleasedElsewhereAButtonDoesNothing)
+{
+    Hold(CaptionButton::Close, [&] {
+        TestMove(module->window, {100, 200}, true);
+        TestRelease(module->window, {100, 200});
+    });
+    EXPECT_TRUE(Open());
+    EXPECT_EQ(module->GetButtonLook(CaptionButton::Close), ButtonLook::Normal);
+    EXPECT_EQ(CapturedWindow(), 0u);
+    Hold(CaptionButton::Close, [&] { TestRelease(module->window, On(CaptionButton::Close)); });
+    EXPECT_FALSE(Open());
+}
+
+TEST_F(MainFrameTest, ADoubleClickOnTheTitleTogglesTheSize)
+{
+    TestDoubleClick(module->window, InWindow({150, 14}));
+    TestRelease(module->window, InWindow({150, 14}));
+    ServeEvents();
+    EXPECT_EQ(Place(), Rect::At(60, 40, 560, 580));
+}
+
+TEST_F(MainFrameTest, OnlyTheGripSizesTheWindowAndOnlyWithinTheLimits)
+{
+    for (const Point border : {Point{1, 200}, Point{418, 200}, Point{200, 1}, Point{2, 427}}) {
+        TestPress(module->window, InWindow(border));
+        TestMove(module->window, InWindow({border.x + 40, border.y + 40}), true);
+        TestRelease(module->window, InWindow({border.x + 40, border.y + 40}));
+        EXPECT_EQ(Place().Width(), 420) << border;
+        EXPECT_EQ(Place().Height(), 430) << border;
+    }
+    MoveTo(module->window, Rect::At(60, 40, 420, 430));
+    TestPress(module->window, InWindow({412, 420}));
+    TestMove(module->window, InWindow({452, 440}), true);
+    EXPECT_EQ(Place(), Rect::At(60, 40, 460, 450));
+    TestMove(module->window, InWindow({2000, 2000}), true);
+    EXPECT_EQ(Place(), Rect::At(60, 40, 560, 580));
+    TestRelease(module->window, InWindow({2000, 2000}));
+}
+
+TEST_F(MainFrameTest, TheSystemMenuIsSwallowed)
+{
+    EXPECT_EQ(module->Send(kWmSysCommand, kSysKeyMenu, 0), 0);
+    EXPECT_EQ(module->Send(kWmSysCommand, kSysMouseMenu, 0), 0);
+}
+
+TEST_F(MainFrameTest, RingsAboutThePaneHaveItsColours)
+{
+    module->Update();
+    const auto client = [this](int x, int y) { return PixelAt(module->window, {x, y}); };
+    EXPECT_EQ(client(5, 200), 45040u);
+    EXPECT_EQ(client(9, 200), 45040u);
+    EXPECT_EQ(client(10, 200), 32497u);
+    EXPECT_EQ(client(16, 200), 32497u);
+    EXPECT_EQ(client(390, 200), 566775u) << "the shadow right of the pane";
+    EXPECT_EQ(client(399, 200), 32497u);
+    EXPECT_EQ(client(404, 200), 45040u);
+    EXPECT_EQ(client(200, 374), 566775u);
+    EXPECT_EQ(client(405, 200), kUnsetColour) << "no skin: the unset colour";
+    EXPECT_EQ(InWindowPixel(2, 200), kUnsetColour);
+}
+
+TEST_F(MainFrameTest, KeysBecomeCommandsOnlyWhereTheyFit)
+{
+    ASSERT_EQ(GetCurrentPaneIndex(), 1);
+    Command(kCmdKeyShowSecondPane);
+    EXPECT_EQ(GetCurrentPaneIndex(), 1) << "Alt+2 acts in the first pane alone";
+    Command(108);
+    EXPECT_EQ(GetCurrentPaneIndex(), 0);
+    Command(kCmdKeyCut);
+    EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
+    Command(kCmdKeyShowSecondPane);
+    EXPECT_EQ(GetCurrentPaneIndex(), 1);
+}
+
+TEST_F(MainFrameTest, SwitchingShowsOnePaneAndFocusesIt)
+{
+    module->SwitchPane(0, Animate::No);
+    EXPECT_TRUE(IsVisible(module->GetIntroPane().window));
+    EXPECT_FALSE(IsVisible(module->GetWorkPane().window));
+    EXPECT_EQ(WindowRect(module->GetIntroPane().window).Width(), 371);
+    module->SwitchPane(7, Animate::No);
+    EXPECT_EQ(GetCurrentPaneIndex(), 0) << "an index outside stands for the first";
+    module->SwitchPane(1, Animate::No);
+    EXPECT_EQ(FocusedWindow(), module->GetWorkPane().GetList().Grid().window);
+}
+
+TEST_F(MainFrameTest, ReturnWorksTheBarThatHasTheFocus)
+{
+    module->SwitchPane(0, Animate::No);
+    FocusWindow(module->GetToolBar().window);
+    static int shown;
+    shown = 0;
+    const ScopedMenuAnswer answer([](const std::vector<MenuEntry>& entries) -> std::optional<std::size_t> {
+        ++shown;
+        EXPECT_EQ(entries.front().text, "&New...\tCtrl+N");
+        return std::nullopt;
+    });
+    Command(kCmdKeyReturn);
+    EXPECT_EQ(shown, 1);
+}
+
+TEST_F(MainFrameTest, TabGoesFromThePaneThroughTheBarsAndBack)
+{
+    module->GetWorkPane().OnEntered();
+    const WindowHandle list = FocusedWindow();
+    std::vector<WindowHandle> visited;
+    for (int i = 0; i < 20; ++i) {
+        TestKey(FocusedWindow(), kKeyTab);
+        if (FocusedWindow() == list)
+            break;
+        visited.push_back(FocusedWindow());
+    }
+    EXPECT_EQ(FocusedWindow(), list);
+    EXPECT_THAT(visited, testing::Contains(module->GetToolBar().window));
+    EXPECT_THAT(visited, testing::Contains(module->GetPaneBar().window));
+    TestKey(list, kKeyTab, {.shift = true});
+    EXPECT_EQ(FocusedWindow(), visited.back());
+}
+
+std::vector<std::string> lastMenu;
+std::optional<std::size_t> KeepMenu(const std::vector<MenuEntry>& entries)
+{
+    lastMenu.clear();
+    for (const MenuEntry& entry : entries)
+        lastMenu.push_back((entry.checked ? "*" : "") + std::string(entry.greyed ? "-" : "") + entry.text);
+    return std::nullopt;
+}
+
+TEST_F(MainFrameTest, TheMenusOfferTheirEntriesInOrder)
+{
+    const ScopedMenuAnswer keep(KeepMenu);
+    Command(kCmdFileMenu);
+    EXPECT_THAT(lastMenu,
+                ElementsAre("&New...\tCtrl+N", "&Open...\tCtrl+O", "", "&Save As...", "Co&mpact...", "", "&Import...",
+                            "&Export...", "", "&Print Report..\tCtrl+P", "", "Network P&asswords...", "", "E-Book",
+                            "Marlin &Server Setup", "General O&ptions...", "", "Ski&ns...", "", "&Exit"));
+    Command(kCmdHelpMenu);
+    EXPECT_THAT(lastMenu, ElementsAre("&Contents...\tF1", "", "&Company Web", "&Pinwell Web", "", "Try Kestrel Planner",
+                                      "", "&About..."));
+}
+
+TEST_F(MainFrameTest, WebCommandsOpenTheirPages)
+{
+    Command(kCmdSuiteWeb);
+    Command(kCmdCompanyWeb);
+    EXPECT_THAT(shell, ElementsAre(testing::HasSubstr("pinwell.example"), testing::HasSubstr("pinwell.example")));
+}
+
+class SkinMenuTest : public MainFrameTest {
+protected:
+    void MakeSkins()
+    {
+        std::filesystem::create_directory(folder.File("Styles"));
+        test::WriteAll(folder.File("Styles/1_Metallic.ini"),
+                       "[Preference]\nname=Metallic\ncolorFrame=1,2,3\ncolorBack=4,5,6\ncolorTextTitle=9,9,9\n");
+        test::WriteAll(folder.File("Styles/2_Dark.ini"),
+                       "[Preference]\nname=R & D\ncolorFrame=255,0,128\ncolorBack=300,0,0\nbmpTitle=missing.bmp\n");
+    }
+    void PressRight() { TestPress(module->window, {2, 390}, true); }
+};
+
+TEST_F(SkinMenuTest, WithoutSkinsThereIsNoMenu)
+{
+    lastMenu = {"untouched"};
+    const ScopedMenuAnswer keep(KeepMenu);
+    PressRight();
+    EXPECT_THAT(lastMenu, ElementsAre("untouched"));
+}
+
+TEST_F(SkinMenuTest, TheRightButtonListsTheSkinsAndTheChosenOneChangesTheLook)
+{
+    MakeSkins();
+    {
+        const ScopedMenuAnswer keep(KeepMenu);
+        PressRight();
+        EXPECT_THAT(lastMenu, ElementsAre("*-Metallic", "R && D"));
+        TestPress(module->GetPaneBar().window, {300, 10}, true);
+        EXPECT_THAT(lastMenu, ElementsAre("*-Metallic", "R && D"));
+    }
+    const ScopedMenuAnswer second([](const auto&) -> std::optional<std::size_t> { return 1; });
+    const auto receiver = BroadcastReceiver::Open(
+        [this](const BroadcastMessage& m) { module->Send(kUniqueMessage, static_cast<MessageParam>(m.code), 0); });
+    PressRight();
+    ServeEvents();
+    EXPECT_EQ(SuiteSetting("CurrSkin"), "2_Dark.ini");
+    ASSERT_EQ(receiver->Dispatch(), 1);
+    module->Update();
+    EXPECT_EQ(InWindowPixel(2, 200), 0x8000FFu);
+    EXPECT_EQ(PixelAt(module->window, {408, 200}), 0x00002Cu) << "the low 8 bits count";
+    EXPECT_EQ(LoadSkin().colorTextTitle, 0u) << "kept from before, where the skin gives none";
+}
+
+TEST_F(MainFrameTest, ChangedSettingsOfAnotherCopyAreTakenOver)
+{
+    SetSuite("Sound", "0");
+    SetSuite("Annimation", "1");
+    module->Send(kUniqueMessage, kBroadcastSettingsChanged, static_cast<MessageParam>(module->window));
+    EXPECT_EQ(IsSoundEnabled(), 1) << "its own message says nothing new";
+    module->Send(kUniqueMessage, kBroadcastSettingsChanged, 0);
+    EXPECT_EQ(IsSoundEnabled(), 0);
+    EXPECT_EQ(IsAnimationEnabled(), 1);
+    EXPECT_EQ(module->Send(kUniqueMessage, 777, 0), 0);
+}
+
+TEST_F(MainFrameTest, TheMainWindowIsKnownWhileItLives)
+{
+    EXPECT_EQ(MainWindow(), module->window);
+    EXPECT_EQ(GetFrame(), module.get());
+    End();
+    EXPECT_EQ(MainWindow(), 0u);
+    EXPECT_EQ(GetFrame(), nullptr);
+}
+
+TEST_F(MainFrameTest, ManyPaneSwitchesAndRepaintsKeepNoWindows)
+{
+    for (int i = 0; i < 200; ++i) {
+        module->SwitchPane(i % 2, Animate::No);
+        module->Invalidate(nullptr, 1);
+        module->Update();
+    }
+    EXPECT_EQ(GetPaneCount(), 2);
+    EXPECT_TRUE(Open());
+}
+
+TEST(SharedResourcesTest, OnlyTheExactZeroTurnsAFlagOff)
+{
+    test::TempFolder folder;
+    SetProgramPath(folder.File("jotlet"));
+    const auto with = [](const char* value) {
+        GetSuiteIniPath().IniWriteText("Preference", "Splash", value);
+        LoadSharedResources();
+        return IsSplashEnabled();
+    };
+    LoadSharedResources();
+    EXPECT_EQ(IsSplashEnabled(), 1) << "missing";
+    EXPECT_EQ(with("0"), 0);
+    for (const char* on : {"1", "no", "00", "2"})
+        EXPECT_EQ(with(on), 1) << on;
+    SetProgramPath("");
+}
+
+}  // namespace
+}  // namespace jotlet
