@@ -1,6 +1,10 @@
 #include "interchange/engine/report.h"
 
+#include <algorithm>
+#include <cstring>
+#include <span>
 #include <string_view>
+#include <vector>
 
 #include "interchange/engine/report_target.h"
 #include "notes/model/palette.h"
@@ -12,6 +16,8 @@
 namespace jotlet {
 
 namespace {
+
+constexpr int kManyNotes = 100;  // from here on one scan of the file is cheaper than a read for each
 
 struct DateRange {
     DateValue from;
@@ -54,9 +60,59 @@ void AppendAll(std::string& out, std::initializer_list<std::string_view> pieces)
         out += piece;
 }
 
-bool WriteNotes(const ReportRequest& request, const RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+// What is written of a note.
+struct NoteView {
+    DateValue date;
+    std::uint32_t colour = 0;
+    std::string_view category;
+    std::string_view title;
+    std::string_view text;
+};
+
+NoteView ViewOf(const NoteRecord& note)
 {
-    const bool report = request.kind == ReportKind::Report;
+    return {note.date, note.colour, FieldText(note.category), FieldText(note.title), FieldText(note.text)};
+}
+
+void AppendReport(std::string& out, const NoteView& note)
+{
+    AppendAll(out, {"Date: ", DateText(note.date), "\r\nCategory: ", note.category, "\r\nTitle: ", note.title,
+                    "\r\nNotes: ", note.text, "\r\n\r\n"});
+}
+
+void AppendCsv(std::string& out, const NoteView& note)
+{
+    AppendAll(out, {"\"", note.title, "\",\"", note.text, "\",\"", std::to_string(ColourToIndex(note.colour)), "\",\"",
+                    note.category, "\"\r\n"});
+}
+
+void AppendNote(std::string& out, ReportKind kind, const NoteView& note)
+{
+    kind == ReportKind::Report ? AppendReport(out, note) : AppendCsv(out, note);
+}
+
+// The parts of a record that are written, as a scan delivers them: one behind the other.
+constexpr FieldRange kWrittenFields[] = {
+    {kCategoryOffset, kCategorySize},
+    {kDateOffset, kDateSize},
+    {kColourOffset, kNoteRecordSize - kColourOffset},  // colour, title and text
+};
+
+NoteView ViewOf(std::span<const std::byte> fields)
+{
+    const std::span<const char> chars(reinterpret_cast<const char*>(fields.data()), fields.size());
+    NoteView view;
+    view.category = FieldText(chars.first(kCategorySize));
+    std::memcpy(&view.date, chars.subspan(kCategorySize).data(), sizeof view.date);
+    const auto content = chars.subspan(kCategorySize + kDateSize);
+    std::memcpy(&view.colour, content.data(), sizeof view.colour);
+    view.title = FieldText(content.subspan(kTitleOffset - kColourOffset, kTitleSize));
+    view.text = FieldText(content.subspan(kTextOffset - kColourOffset, kTextSize));
+    return view;
+}
+
+bool WriteFew(const ReportRequest& request, const RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+{
     NoteRecord note;
     std::string block;
     for (const RecordAddress address : query.Results()) {
@@ -65,11 +121,52 @@ bool WriteNotes(const ReportRequest& request, const RecordQuery& query, ReportTa
             continue;
         }
         block.clear();
-        if (report)
-            WriteReportRecord(block, note);
-        else
-            WriteCsvRow(block, note);
+        AppendNote(block, request.kind, ViewOf(note));
         if (!target.Append(block))
+            return false;
+        ++outcome.notes;
+    }
+    return true;
+}
+
+// Reads the file once from front to end, which is far cheaper than thousands of reads here and there, and writes the
+// blocks in the order of the results.
+bool WriteMany(const ReportRequest& request, const RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+{
+    struct Block {
+        std::size_t start = 0;
+        std::size_t length = 0;
+    };
+    struct Wanted {
+        RecordAddress address;
+        std::size_t place;
+    };
+    std::vector<Block> blocks(query.Results().size());
+    std::vector<Wanted> wanted;
+    wanted.reserve(blocks.size());
+    for (const RecordAddress address : query.Results())
+        wanted.push_back({address, wanted.size()});
+    std::ranges::sort(wanted, {}, &Wanted::address);
+
+    std::string text;
+    auto next = wanted.begin();
+    request.table->ForEachRecord(kWrittenFields, [&](RecordAddress address, std::span<const std::byte> fields) {
+        while (next != wanted.end() && next->address < address)
+            ++next;
+        if (next != wanted.end() && next->address == address) {
+            Block& block = blocks[next->place];
+            block.start = text.size();
+            AppendNote(text, request.kind, ViewOf(fields));
+            block.length = text.size() - block.start;
+        }
+        return next != wanted.end();
+    });
+    for (const Block& block : blocks) {
+        if (block.length == 0) {
+            ++outcome.skipped;
+            continue;
+        }
+        if (!target.Append(std::string_view(text).substr(block.start, block.length)))
             return false;
         ++outcome.notes;
     }
@@ -106,7 +203,8 @@ int GenerateReportFile(const ReportRequest& request, const std::string& path, Re
         WriteReportHeading(head, range.from, range.to);
     else
         WriteCsvHeader(head);
-    if (!target.Append(head) || !WriteNotes(request, query, target, outcome) || !target.Finish()) {
+    const auto writeNotes = query.resultCount < kManyNotes ? WriteFew : WriteMany;
+    if (!target.Append(head) || !writeNotes(request, query, target, outcome) || !target.Finish()) {
         outcome.error = target.Error();
         return 0;
     }
@@ -126,8 +224,7 @@ void WriteReportHeading(std::string& out, const DateValue& from, const DateValue
 
 void WriteReportRecord(std::string& out, const NoteRecord& note)
 {
-    AppendAll(out, {"Date: ", DateText(note.date), "\r\nCategory: ", FieldText(note.category),
-                    "\r\nTitle: ", FieldText(note.title), "\r\nNotes: ", FieldText(note.text), "\r\n\r\n"});
+    AppendReport(out, ViewOf(note));
 }
 
 void WriteCsvHeader(std::string& out)
@@ -137,8 +234,7 @@ void WriteCsvHeader(std::string& out)
 
 void WriteCsvRow(std::string& out, const NoteRecord& note)
 {
-    AppendAll(out, {"\"", FieldText(note.title), "\",\"", FieldText(note.text), "\",\"",
-                    std::to_string(ColourToIndex(note.colour)), "\",\"", FieldText(note.category), "\"\r\n"});
+    AppendCsv(out, ViewOf(note));
 }
 
 }  // namespace jotlet

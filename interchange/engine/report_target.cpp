@@ -127,7 +127,6 @@ bool ReportTarget::Finish()
     if (Files().Rename(writtenPath, path) != 0)
         return Fail("rename", errno);
     writtenPath.clear();
-    FlushFolderOf(path);
     return true;
 }
 

@@ -22,7 +22,8 @@ public:
 
     // False once anything has failed; later calls then do nothing.
     bool Append(std::string_view text);
-    // The new text on the disk, under its name.
+    // The new text is on the disk, and then takes the old one's name. (After a power failure the name may be the old
+    // text's again, never that of a part.)
     bool Finish();
 
     const FileError& Error() const { return error; }
