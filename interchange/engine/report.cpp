@@ -17,7 +17,8 @@ namespace jotlet {
 
 namespace {
 
-constexpr int kManyNotes = 100;  // from here on one scan of the file is cheaper than a read for each
+constexpr int kManyNotes = 100;            // from here on one scan of the file is cheaper than a read for each
+constexpr std::size_t kUsualBlock = 1024;  // bytes of text to expect of a note
 
 struct DateRange {
     DateValue from;
@@ -111,8 +112,9 @@ NoteView ViewOf(std::span<const std::byte> fields)
     return view;
 }
 
-bool WriteFew(const ReportRequest& request, const RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+bool WriteFew(const ReportRequest& request, RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
 {
+    query.Sort(*request.table, kDateOffset, kDateSize, CompareDates);
     NoteRecord note;
     std::string block;
     for (const RecordAddress address : query.Results()) {
@@ -129,43 +131,35 @@ bool WriteFew(const ReportRequest& request, const RecordQuery& query, ReportTarg
     return true;
 }
 
-// Reads the file once from front to end, which is far cheaper than thousands of reads here and there, and writes the
-// blocks in the order of the results.
-bool WriteMany(const ReportRequest& request, const RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+// Reads the file once from front to end, which is far cheaper than thousands of reads here and there. Takes the results
+// as the query left them, in file order, and sorts the blocks of text.
+bool WriteMany(const ReportRequest& request, RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
 {
     struct Block {
-        std::size_t start = 0;
-        std::size_t length = 0;
+        int day;
+        std::size_t start;
+        std::size_t length;
     };
-    struct Wanted {
-        RecordAddress address;
-        std::size_t place;
-    };
-    std::vector<Block> blocks(query.Results().size());
-    std::vector<Wanted> wanted;
-    wanted.reserve(blocks.size());
-    for (const RecordAddress address : query.Results())
-        wanted.push_back({address, wanted.size()});
-    std::ranges::sort(wanted, {}, &Wanted::address);
-
+    const std::span<const RecordAddress> results = query.Results();
+    std::vector<Block> blocks;
+    blocks.reserve(results.size());
     std::string text;
-    auto next = wanted.begin();
+    text.reserve(results.size() * kUsualBlock);
+    auto next = results.begin();
     request.table->ForEachRecord(kWrittenFields, [&](RecordAddress address, std::span<const std::byte> fields) {
-        while (next != wanted.end() && next->address < address)
+        while (next != results.end() && *next < address)
             ++next;
-        if (next != wanted.end() && next->address == address) {
-            Block& block = blocks[next->place];
-            block.start = text.size();
-            AppendNote(text, request.kind, ViewOf(fields));
-            block.length = text.size() - block.start;
+        if (next != results.end() && *next == address) {
+            const NoteView note = ViewOf(fields);
+            const std::size_t start = text.size();
+            AppendNote(text, request.kind, note);
+            blocks.push_back({DayNumberOf(note.date), start, text.size() - start});
         }
-        return next != wanted.end();
+        return next != results.end();
     });
+    outcome.skipped = results.size() - blocks.size();
+    std::ranges::stable_sort(blocks, {}, &Block::day);
     for (const Block& block : blocks) {
-        if (block.length == 0) {
-            ++outcome.skipped;
-            continue;
-        }
         if (!target.Append(std::string_view(text).substr(block.start, block.length)))
             return false;
         ++outcome.notes;
@@ -188,14 +182,12 @@ int GenerateReportFile(const ReportRequest& request, const std::string& path, Re
         return 0;
     }
     RecordQuery query;
-    query.Reset();
     query.PrepareResults();
     AddTerms(query, request, range);
     if (request.table->RecordSize() != kNoteRecordSize || request.table->RunQuery(query) != 1) {
         outcome.error = {FileErrorKind::Io, "read", request.table->Path(), 0};
         return 0;
     }
-    query.Sort(*request.table, kDateOffset, kDateSize, CompareDates);
     outcome.limitReached = query.resultCount == kMaxResults;
 
     std::string head;
