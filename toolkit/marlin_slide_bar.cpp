@@ -1,6 +1,8 @@
 #include "toolkit/marlin_slide_bar.h"
 
 #include <algorithm>
+#include <cmath>
+#include <string>
 
 #include "skin/drawing.h"
 #include "toolkit/list_geometry.h"
@@ -113,6 +115,12 @@ MessageParam MarlinSlideBar::OnLButtonUp(WndMessage& record)
     dragging = false;
     ReleaseMouse();
     return 0;
+}
+
+void MarlinSlideBar::Describe(AccessibleDescription& description)
+{
+    description.role = AccessibleRole::Slider;
+    description.name = "Row " + std::to_string(position + 1) + " of " + std::to_string(std::lround(std::ceil(range)));
 }
 
 void MarlinSlideBar::Follow(int y)

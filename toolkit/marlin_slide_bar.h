@@ -25,6 +25,7 @@ public:
     MessageParam OnMouseMove(WndMessage& record) override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void Describe(AccessibleDescription& description) override;
 
     static constexpr int kThumbHeight = 20;
 

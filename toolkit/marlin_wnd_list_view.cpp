@@ -244,7 +244,8 @@ void MarlinWndListView::RefreshAll(RefreshCause cause)
     // A parent may destroy list views when it is told of a reload.
     const std::vector<MarlinWndListView*> views = Registry();
     for (MarlinWndListView* view : views) {
-        if (IsRegistered(view) && view->Bound() && !view->refreshing)
+        // A list that an item is being dragged from keeps it selected until it is dropped.
+        if (IsRegistered(view) && view->Bound() && !view->refreshing && !view->list->dragging)
             view->Refresh(cause);
     }
 }

@@ -114,6 +114,21 @@ TEST_F(ListRefreshTest, WhileRefreshIsSuspendedNothingReloads)
     EXPECT_EQ(list.GetCount(), 1);
 }
 
+TEST_F(ListRefreshTest, AnItemBeingDraggedStaysSelected)
+{
+    AddInOtherCopy("milk", 1);
+    list.RefreshNow();
+    list.EnableDrag();
+    TestPress(list.Grid().window, {5, 5});
+    TestMove(list.Grid().window, {6, 6}, true);
+    AddInOtherCopy("bread", 2);
+    list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+    EXPECT_EQ(list.GetSelected(), 0);
+    TestRelease(list.Grid().window, {6, 6});
+    list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+    EXPECT_EQ(list.GetCount(), 2);
+}
+
 TEST_F(ListRefreshTest, ATickOfOneListServesThemAll)
 {
     RecordQuery query2;
