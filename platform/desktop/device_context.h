@@ -68,6 +68,10 @@ public:
     // placed and cut as `flags` (TextFlags) say. Returns the height used.
     virtual int DrawText(const Rect& area, std::string_view text, const Font& font, Colour colour,
                          std::uint32_t flags) = 0;
+    // The same, with `mark` behind every place where `found` stands, A to Z in either case. Where the first place would
+    // not be seen the text is shown from there on, an ellipsis before it.
+    virtual int DrawMarkedText(const Rect& area, std::string_view text, std::string_view found, const Font& font,
+                               Colour colour, Colour mark, std::uint32_t flags) = 0;
     virtual Size MeasureText(std::string_view text, const Font& font) const = 0;
     virtual Size MeasureWrapped(std::string_view text, const Font& font, int width) const = 0;
     virtual int FontHeight(const Font& font) const = 0;  // line height, external leading included

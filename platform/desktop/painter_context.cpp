@@ -37,6 +37,11 @@ public:
     {
         return inner.DrawText(area, text, font, c, flags);
     }
+    int DrawMarkedText(const Rect& area, std::string_view text, std::string_view found, const Font& font, Colour c,
+                       Colour mark, std::uint32_t flags) override
+    {
+        return inner.DrawMarkedText(area, text, found, font, c, mark, flags);
+    }
     Size MeasureText(std::string_view text, const Font& font) const override { return inner.MeasureText(text, font); }
     Size MeasureWrapped(std::string_view text, const Font& font, int width) const override
     {
@@ -103,6 +108,12 @@ int PainterContext::DrawText(const Rect& area, std::string_view text, const Font
                              std::uint32_t flags)
 {
     return PaintText(painter, ToQt(area), text, font.GetData(), ToQt(colour), flags);
+}
+
+int PainterContext::DrawMarkedText(const Rect& area, std::string_view text, std::string_view found, const Font& font,
+                                   Colour colour, Colour mark, std::uint32_t flags)
+{
+    return PaintMarkedText(painter, ToQt(area), text, {found, ToQt(mark)}, font.GetData(), ToQt(colour), flags);
 }
 
 Size PainterContext::MeasureText(std::string_view text, const Font& font) const

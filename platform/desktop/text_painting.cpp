@@ -136,6 +136,127 @@ int PaintWrapped(QPainter& painter, const QRect& area, const QString& text, cons
     return height;
 }
 
+void Prepare(QPainter& painter, const QRect& area, const Font::Data& font, const QColor& colour, std::uint32_t flags)
+{
+    if (!(flags & kTextNoClip))
+        painter.setClipRect(area, painter.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
+    painter.setPen(colour);
+    painter.setFont(font.font);
+}
+
+constexpr QChar kEllipsis(0x2026);
+// Characters left standing before a place that a single line is moved to.
+constexpr qsizetype kContext = 4;
+
+QString Folded(QString text)
+{
+    for (QChar& c : text) {
+        if (c >= u'A' && c <= u'Z')
+            c = QChar(c.unicode() + (u'a' - u'A'));
+    }
+    return text;
+}
+
+struct Place {
+    qsizetype start = 0;
+    qsizetype end = 0;
+};
+
+std::vector<Place> PlacesOf(const QString& found, const QString& text)
+{
+    std::vector<Place> places;
+    if (found.isEmpty())
+        return places;
+    const QString within = Folded(text);
+    const QString wanted = Folded(found);
+    for (qsizetype at = within.indexOf(wanted); at >= 0; at = within.indexOf(wanted, at + wanted.size()))
+        places.push_back({at, at + wanted.size()});
+    return places;
+}
+
+QString FromThere(const QString& text, qsizetype start)
+{
+    if (start > 0 && text[start].isLowSurrogate())
+        --start;
+    return start > 0 ? kEllipsis + text.mid(start) : text;
+}
+
+// `origin` is where the line's own zero lies.
+void MarkPlaces(QPainter& painter, const QTextLine& line, const std::vector<Place>& places, QPointF origin, int height,
+                const QColor& colour)
+{
+    const qsizetype first = line.textStart();
+    const qsizetype end = first + line.textLength();
+    for (const Place& place : places) {
+        if (place.end <= first || place.start >= end)
+            continue;
+        const qreal from = line.cursorToX(static_cast<int>(qMax(place.start, first)));
+        const qreal to = line.cursorToX(static_cast<int>(qMin(place.end, end)));
+        const int left = qRound(origin.x() + qMin(from, to));
+        const int right = qRound(origin.x() + qMax(from, to));
+        painter.fillRect(QRect(left, qRound(origin.y()), right - left, height), colour);
+    }
+}
+
+int PaintMarkedSingle(QPainter& painter, const QRect& area, QString text, const QString& found, const QColor& mark,
+                      const Font::Data& font, std::uint32_t flags)
+{
+    const int height = font.metrics.height();
+    if (const std::vector<Place> places = PlacesOf(found, text); !places.empty()) {
+        const Place first = places.front();
+        const qreal x = AlignedX(area, font.metrics.horizontalAdvance(text), flags);
+        const qreal from = x + font.metrics.horizontalAdvance(text.left(first.start));
+        const qreal to = x + font.metrics.horizontalAdvance(text.left(first.end));
+        if (from < area.left() || to > area.left() + area.width()) {
+            text = FromThere(text, qMax<qsizetype>(0, first.start - kContext));
+            flags &= ~std::uint32_t{kTextCentre | kTextRight};
+        }
+    }
+    if (flags & kTextEndEllipsis)
+        text = font.metrics.elidedText(text, Qt::ElideRight, area.width());
+    QTextLayout layout(text, font.font);
+    const std::vector<QTextLine> lines = LayOut(layout, 0, false);
+    const QPointF origin(AlignedX(area, font.metrics.horizontalAdvance(text), flags), AlignedY(area, height, flags));
+    for (const QTextLine& line : lines) {
+        MarkPlaces(painter, line, PlacesOf(found, text), origin, height, mark);
+        line.draw(&painter, origin);
+    }
+    return height;
+}
+
+int PaintMarkedWrapped(QPainter& painter, const QRect& area, QString text, const QString& found, const QColor& mark,
+                       const Font::Data& font, std::uint32_t flags)
+{
+    const int pitch = font.metrics.height();
+    const bool wrap = flags & kTextWordBreak;
+    if (const std::vector<Place> places = PlacesOf(found, text); !places.empty()) {
+        QTextLayout whole(text, font.font);
+        const std::vector<QTextLine> lines = LayOut(whole, area.width(), wrap);
+        const int fit = qMax(1, area.height() / pitch);
+        for (int i = fit; i < static_cast<int>(lines.size()); ++i) {
+            const QTextLine& line = lines[static_cast<std::size_t>(i)];
+            if (places.front().start >= line.textStart() &&
+                places.front().start < line.textStart() + line.textLength()) {
+                text = FromThere(text, line.textStart());
+                break;
+            }
+        }
+    }
+    QTextLayout layout(text, font.font);
+    const std::vector<QTextLine> lines = LayOut(layout, area.width(), wrap);
+    const std::vector<Place> places = PlacesOf(found, text);
+    int y = area.y();
+    for (const QTextLine& line : lines) {
+        if (y >= area.y() + area.height() && !(flags & kTextNoClip))
+            break;
+        const QPointF origin(AlignedX(area, line.naturalTextWidth(), flags) - line.x(), y);
+        MarkPlaces(painter, line, places, origin, pitch, mark);
+        line.draw(&painter, origin - QPointF(0, line.y()));
+        y += pitch;
+    }
+    return pitch * static_cast<int>(lines.size());
+}
+
 }  // namespace
 
 QString LineForDrawing(std::string_view text)
@@ -147,14 +268,29 @@ int PaintText(QPainter& painter, const QRect& area, std::string_view text, const
               std::uint32_t flags)
 {
     painter.save();
-    if (!(flags & kTextNoClip))
-        painter.setClipRect(area, painter.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
-    painter.setPen(colour);
-    painter.setFont(font.font);
+    Prepare(painter, area, font, colour, flags);
     const bool single = flags & kTextSingleLine;
     const QString shown = Clean(ShownLines(text), !single);
     const int height =
         single ? PaintSingle(painter, area, shown, font, flags) : PaintWrapped(painter, area, shown, font, flags);
+    painter.restore();
+    return height;
+}
+
+int PaintMarkedText(QPainter& painter, const QRect& area, std::string_view text, const TextMark& mark,
+                    const Font::Data& font, const QColor& colour, std::uint32_t flags)
+{
+    if (mark.found.empty())
+        return PaintText(painter, area, text, font, colour, flags);
+    const bool single = flags & kTextSingleLine;
+    const QString shown = Clean(ShownLines(text), !single);
+    const QString found = LineForDrawing(mark.found);
+    if (PlacesOf(found, shown).empty())
+        return PaintText(painter, area, text, font, colour, flags);
+    painter.save();
+    Prepare(painter, area, font, colour, flags);
+    const auto paint = single ? PaintMarkedSingle : PaintMarkedWrapped;
+    const int height = paint(painter, area, shown, found, mark.colour, font, flags);
     painter.restore();
     return height;
 }

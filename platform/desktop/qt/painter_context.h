@@ -19,6 +19,8 @@ public:
     void DrawLine(int x1, int y1, int x2, int y2, Colour colour) override;
     int DrawText(const Rect& area, std::string_view text, const Font& font, Colour colour,
                  std::uint32_t flags) override;
+    int DrawMarkedText(const Rect& area, std::string_view text, std::string_view found, const Font& font, Colour colour,
+                       Colour mark, std::uint32_t flags) override;
     Size MeasureText(std::string_view text, const Font& font) const override;
     Size MeasureWrapped(std::string_view text, const Font& font, int width) const override;
     int FontHeight(const Font& font) const override;

@@ -8,9 +8,17 @@
 
 namespace jotlet {
 
-// Returns the height used.
+// Text to make easy to see: `colour` goes behind each place of `found`.
+struct TextMark {
+    std::string_view found;
+    QColor colour;
+};
+
+// Both return the height used.
 int PaintText(QPainter& painter, const QRect& area, std::string_view text, const Font::Data& font, const QColor& colour,
               std::uint32_t flags);
+int PaintMarkedText(QPainter& painter, const QRect& area, std::string_view text, const TextMark& mark,
+                    const Font::Data& font, const QColor& colour, std::uint32_t flags);
 Size MeasureParagraphs(std::string_view text, const Font::Data& font, int width);
 // Shown text on one line: breaks and tabs as blanks, other control characters left out.
 QString LineForDrawing(std::string_view text);
