@@ -312,6 +312,8 @@ MessageParam MarlinWndList::OnKeyDown(WndMessage& record)
         default:
             if (const auto item = ItemForKey(key))
                 SelectByKey(*item);
+            else
+                owner.OnOtherKey(key);
             return 0;
     }
 }

@@ -106,6 +106,8 @@ public:
     virtual void OnRecordItemRelease(int, int, TableFile&, RecordQuery&, int, const Rect&) {}
     // A key moved the selection; the parent is not told of that.
     virtual void OnKeySelected(int /*index*/) {}
+    // A key that the grid has no use for.
+    virtual void OnOtherKey(int /*virtualKey*/) {}
     // What a screen reader says for an item; and for the list itself.
     virtual std::string ItemName(int index);
     virtual std::string ListName() { return {}; }
