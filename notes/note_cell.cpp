@@ -79,8 +79,9 @@ void DrawNoteCell(DeviceContext& dc, const NoteRecord& note, Colour background, 
 
     inside.top += kMarkHeight;
     const std::uint32_t ellipsis = look.titleEllipsis ? std::uint32_t{kTextEndEllipsis} : 0;
-    dc.DrawText({inside.left, inside.top, inside.right, inside.top + look.titleHeight}, FieldText(note.title),
-                *look.font, kTitleColour, kTextCentre | kTextSingleLine | kTextNoPrefix | ellipsis);
+    dc.DrawMarkedText({inside.left, inside.top, inside.right, inside.top + look.titleHeight}, FieldText(note.title),
+                      look.found, *look.font, kTitleColour, kFoundMark,
+                      kTextCentre | kTextSingleLine | kTextNoPrefix | ellipsis);
     inside.top += look.titleHeight;
     dc.DrawLine(inside.left, inside.top - 1, inside.right - 1, inside.top - 1, kLineColour);
 
@@ -88,7 +89,8 @@ void DrawNoteCell(DeviceContext& dc, const NoteRecord& note, Colour background, 
     // Whole lines only: a line cut through its middle reads as dirt.
     const int line = std::max(dc.FontHeight(*look.font), 1);
     const Rect lines{body.left, body.top, body.right, body.top + body.Height() / line * line};
-    dc.DrawText(lines, FieldText(note.text), *look.font, kTextColour, kTextCentre | kTextWordBreak | kTextNoPrefix);
+    dc.DrawMarkedText(lines, FieldText(note.text), look.found, *look.font, kTextColour, kFoundMark,
+                      kTextCentre | kTextWordBreak | kTextNoPrefix);
     DrawStrip(dc, note, {inside.left, body.bottom, inside.right, inside.bottom}, look);
 }
 

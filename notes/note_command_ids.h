@@ -13,6 +13,9 @@ inline constexpr int kCommandCopy = 1025;
 inline constexpr int kCommandPaste = 1026;
 inline constexpr int kCommandInternetEvents = 1027;
 inline constexpr int kCommandOpenAttachment = 1033;
+// From the board's own keys alone: Ctrl+D and Ctrl+Shift+D.
+inline constexpr int kCommandMoveToDay = 1043;
+inline constexpr int kCommandCopyToDay = 1044;
 
 // Texts of the string table that the commands say.
 inline constexpr int kNoPermissionString = 102;

@@ -326,10 +326,14 @@ void NotesPane::DropCopyOnDay(const DateValue& day)
 // The keyboard's way to another day.
 void NotesPane::OnMoveToDay(bool copy)
 {
+    if (RefuseReader())
+        return;
     const auto address = SelectedAddress();
     DateValue day;
-    if (!address || file->ReadField(BytesOf(day), {kDateOffset, kDateSize}, *address) != 1)
+    if (!address || file->ReadField(BytesOf(day), {kDateOffset, kDateSize}, *address) != 1) {
+        Beep();
         return;
+    }
     DateDialog dialog(day.day, day.month, day.year, &day);
     if (dialog.DoModal(this, DateDialog::kTemplate) != 1)
         FocusList();

@@ -2,6 +2,7 @@
 
 #include "notes/model/note_record.h"
 #include "notes/note_cell.h"
+#include "notes/note_command_ids.h"
 #include "platform/base/text.h"
 #include "skin/fonts.h"
 #include "store/record_query.h"
@@ -31,6 +32,12 @@ std::string NotesList::ItemName(int index)
         file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
         return "Record is deleted by another user.";
     return DecodeForDisplay(FieldText(note.title)) + ": " + DecodeForDisplay(FieldText(note.text));
+}
+
+void NotesList::OnOtherKey(int virtualKey)
+{
+    if (virtualKey == 'D' && IsKeyDown(kKeyControl))
+        PostCommand(IsKeyDown(kKeyShift) ? kCommandCopyToDay : kCommandMoveToDay, 0);
 }
 
 }  // namespace jotlet

@@ -13,6 +13,8 @@ public:
                         const Rect& cell) override;
     std::string ItemName(int index) override;
     std::string ListName() override { return "Notes"; }
+    // Ctrl+D moves the selected note to another day, Ctrl+Shift+D copies it there.
+    void OnOtherKey(int virtualKey) override;
 };
 
 }  // namespace jotlet

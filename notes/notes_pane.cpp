@@ -224,6 +224,10 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
         case kCommandOpenAttachment:
             OpenAttachment();
             return 0;
+        case kCommandMoveToDay:
+        case kCommandCopyToDay:
+            OnMoveToDay(id == kCommandCopyToDay);
+            return 0;
         default:
             return MarlinPane::OnCommand(record);
     }
