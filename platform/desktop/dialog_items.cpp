@@ -23,7 +23,7 @@ QString Reading(const QWidget& widget)
     if (const auto* edit = qobject_cast<const QLineEdit*>(&widget))
         return edit->text();
     if (const auto* area = qobject_cast<const QPlainTextEdit*>(&widget))
-        return area->toPlainText();
+        return LinesOf(*area);
     if (const auto* combo = qobject_cast<const QComboBox*>(&widget))
         return combo->currentText();
     if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))

@@ -24,6 +24,16 @@ int StoredBytes(const QString& text)
     return static_cast<int>(text.toUtf8().size() + text.count(u'\n'));
 }
 
+QString LinesOf(const QPlainTextEdit& edit)
+{
+    QString text = edit.document()->toRawText();
+    for (QChar& c : text) {
+        if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator)
+            c = u'\n';
+    }
+    return text;
+}
+
 TextLimit::TextLimit(QLineEdit* edit) : QValidator(edit) {}
 
 QValidator::State TextLimit::validate(QString& text, int& cursor) const
@@ -66,7 +76,7 @@ void TextArea::Cut(int position, int added)
 {
     if (limit <= 0 || added <= 0 || cutting || signalsBlocked())
         return;
-    const QString text = toPlainText();
+    const QString text = LinesOf(*this);
     int surplus = StoredBytes(text) - limit;
     if (surplus <= 0)
         return;

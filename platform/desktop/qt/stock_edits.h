@@ -28,6 +28,9 @@ public:
     TextLimit* const limit;
 };
 
+// What the edit holds with LF line ends; unlike toPlainText it keeps no-break spaces.
+QString LinesOf(const QPlainTextEdit& edit);
+
 class TextArea final : public QPlainTextEdit {
 public:
     explicit TextArea(QWidget* parent);
