@@ -56,7 +56,7 @@ std::optional<RecordAddress> NotesPane::SelectedAddress() const
 }
 
 // Nothing when no note is selected, somebody else holds it, or it is hidden from this user now.
-std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked)
+std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden)
 {
     const auto address = SelectedAddress();
     if (!address)
@@ -67,7 +67,7 @@ std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked)
             ShowMessage(MainWindow(), kBeingEditedString);
         return nullptr;
     }
-    if (!held->Read()) {
+    if (!held->Read() && !(whenHidden == WhenHidden::Take && held->note.active != 0)) {
         held->GiveBack();
         list->RefreshNow();
         return nullptr;
@@ -280,7 +280,7 @@ void NotesPane::DropOnDay(const DateValue& day)
     }
     if (RefuseReader())
         return;
-    if (auto held = HoldSelected(WhenLocked::Tell)) {
+    if (auto held = HoldSelected(WhenLocked::Tell, WhenHidden::Take)) {
         held->note.date = day;
         if (TellSaved(file->WriteRecord(BytesOf(held->note), held->address))) {
             PlaySoundFile("move.wav");
@@ -302,7 +302,7 @@ void NotesPane::DropCopyOnDay(const DateValue& day)
     }
     if (RefuseReader())
         return;
-    if (auto held = HoldSelected(WhenLocked::Tell)) {
+    if (auto held = HoldSelected(WhenLocked::Tell, WhenHidden::Take)) {
         NoteRecord copy = held->note;
         copy.date = day;
         copy.uniqueId = RandomId();

@@ -138,8 +138,23 @@ MessageParam NoteEditorDialog::OnAttach()
     return 1;
 }
 
+// Typing stops at the limit. Only old text outgrows its field: an edit makes two or three bytes of each accent. Nothing
+// of it is cut unasked.
+bool NoteEditorDialog::FitsOrTell(int id, std::size_t fieldSize, const char* name)
+{
+    const std::size_t size = GetItemText(id).size();
+    if (size <= fieldSize)
+        return true;
+    ShowTextMessage(window, std::string("The ") + name + " is " + std::to_string(size - (fieldSize - 1)) +
+                                " bytes too long now. Shorten it, then try again. Nothing that you typed is lost.");
+    FocusItem(window, id);
+    return false;
+}
+
 MessageParam NoteEditorDialog::OnOk()
 {
+    if (!FitsOrTell(kTextEdit, sizeof record.text, "text") || !FitsOrTell(kTitleEdit, sizeof record.title, "title"))
+        return 1;
     ReadControls();
     if (save) {
         if (const std::string problem = save(); !problem.empty()) {

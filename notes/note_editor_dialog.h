@@ -37,6 +37,7 @@ private:
     void FillColours();
     void UpdateOkButton();
     MessageParam OnOk();
+    bool FitsOrTell(int id, std::size_t fieldSize, const char* name);
     MessageParam OnAttach();
     void ReadControls();
 

@@ -88,8 +88,9 @@ private:
 
     // Their steps.
     enum class WhenLocked { Tell, Stay };
+    enum class WhenHidden { GiveBack, Take };  // a note that became confidential for this user
     bool RefuseReader();
-    std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked);
+    std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden = WhenHidden::GiveBack);
     bool RemoveNote(RecordHold& held);
     bool TellSaved(int result);
     DateValue DateForNewNote() const;
