@@ -44,10 +44,7 @@ protected:
     }
     ~NotesFixture() override
     {
-        pane.reset();
-        frame.reset();
-        SetMainWindow(0);
-        file.reset();
+        TearDownBoard();
         ResumeRefresh();
         SetProgramPath("");
     }
@@ -80,9 +77,19 @@ protected:
         pane = std::make_unique<NotesPane>(PaneColours{.backColour = 0xC0FFFF}, "Work");
         pane->Create(frame.get(), kStyleDefault);
         pane->Move(0, 0, 520, 480, 1);
+        pane->Show();
+        BringToForeground(frame->window);
         pane->OnFileOpened(file.get());
         pane->OnEntered();
         ServeEvents();
+    }
+
+    void TearDownBoard()
+    {
+        pane.reset();
+        frame.reset();
+        SetMainWindow(0);
+        file.reset();
     }
 
     void Command(int id)
