@@ -8,8 +8,11 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <system_error>
+#include <thread>
 #include <vector>
 
+#include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
 #include "platform/base/paths.h"
 #include "store/table_schema.h"
@@ -17,8 +20,9 @@
 namespace jotlet {
 namespace {
 
-constexpr std::int64_t kSlotsPerRead = 100;
+constexpr std::int64_t kSlotsPerRead = 200;
 constexpr std::int64_t kWriteAhead = 2 << 20;
+constexpr std::int64_t kCloseAside = 4 << 20;
 constexpr std::size_t kActiveAt = offsetof(RecordPrefix, active);
 constexpr std::size_t kLockedAt = offsetof(RecordPrefix, locked);
 
@@ -134,6 +138,21 @@ bool Rewrite(FileHandle from, FileHandle to, const std::string& path, ProgressDi
     return FileFlush(to) == 1;
 }
 
+// The old file goes with its last handle, and a large one takes the system a while. Nobody has to wait for that.
+void CloseReplaced(FileHandle handle)
+{
+    Files().Lock(handle, kPresentByte, LockMode::Unlock);
+    if (FileSize(handle) < kCloseAside) {
+        FileClose(handle);
+        return;
+    }
+    try {
+        std::thread([handle] { RealFileSystem().Close(handle); }).detach();
+    } catch (const std::system_error&) {
+        FileClose(handle);
+    }
+}
+
 }  // namespace
 
 FileHandle CreateTempFile(std::string& tempPath, const std::string& path, FileError* error)
@@ -174,7 +193,7 @@ int CompactFile(FileHandle handle, const std::string& path, ProgressDisplay* pro
     }
     FlushFolderOf(realPath);
     // Only now may openers that waited go on; they find the new file under the path.
-    FileClose(handle);
+    CloseReplaced(handle);
     return 1;
 }
 

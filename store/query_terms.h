@@ -18,8 +18,11 @@ public:
     Connective GetConnective() const { return connective; }
     std::uint32_t FieldOffset() const { return offset; }
     bool ReadsField() const { return readsField; }
+    // Bytes of the field worth having at hand: a search walks through the text, and most texts are short.
+    std::uint32_t FetchSize() const { return size < kFetchLimit ? size : kFetchLimit; }
 
 private:
+    static constexpr std::uint32_t kFetchLimit = 1536;
     using Test = bool (*)(const ReadyTerm&, const std::byte* record);
     static Test TestOf(const FilterTerm& term, bool inside);
     static Test TextTestOf(const FilterTerm& term, bool inside);

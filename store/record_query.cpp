@@ -140,7 +140,7 @@ int TableFile::RunQuery(RecordQuery& query) const
             run.FetchAhead(i, 0);
             for (const ReadyTerm& term : terms.Terms())
                 if (term.ReadsField())
-                    run.FetchAhead(i, term.FieldOffset());
+                    run.FetchAhead(i, term.FieldOffset(), term.FetchSize());
             const std::byte* slot = run.Slot(i);
             if (slot[kActiveAt] != std::byte{1} || (slot[kConfidentialAt] != std::byte{0} && !showConfidential))
                 continue;

@@ -175,8 +175,9 @@ private:
     bool TakeTurn(FileLock& lock) const;
     bool LoadHeader(TableHeader& header) const;
     bool StoreHeader(const TableHeader& header);
-    // True when a whole slot lies at the address.
-    bool IsSlot(RecordAddress address) const;
+    // False when no whole slot lies at the address.
+    bool LoadSlot(RecordAddress address, std::span<std::byte> slot) const;
+    bool LoadPrefix(RecordAddress address, RecordPrefix& prefix) const;
 
     // Where an added record goes. 0: nowhere.
     RecordAddress EndSlot() const;

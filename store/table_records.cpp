@@ -6,6 +6,7 @@
 //   delete  active, stamp and freeSlots. On the way: the same.
 // A slot that nobody counts is lost until the next repair; a count without a slot would make every add fail.
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 
@@ -35,10 +36,21 @@ RecordPrefix PrefixOf(std::span<const std::byte> record)
 
 }  // namespace
 
-bool TableFile::IsSlot(RecordAddress address) const
+bool TableFile::LoadSlot(RecordAddress address, std::span<std::byte> slot) const
 {
     const std::int64_t inside = std::int64_t{address} - FirstRecordOffset();
-    return inside >= 0 && inside % recordSize == 0 && std::int64_t{address} + recordSize <= FileSize(handle.Get());
+    return inside >= 0 && inside % recordSize == 0 && FileReadWhole(handle.Get(), slot.first(recordSize), address);
+}
+
+bool TableFile::LoadPrefix(RecordAddress address, RecordPrefix& prefix) const
+{
+    // The whole slot, since half a one is none.
+    std::array<std::byte, kNoteRecordSize> slot;
+    static_assert(kNoteRecordSize >= kSendRecordSize && kNoteRecordSize >= kContactRecordSize);
+    if (!LoadSlot(address, slot))
+        return false;
+    prefix = PrefixOf(slot);
+    return true;
 }
 
 bool TableFile::SetByte(RecordAddress address, std::size_t offset, std::uint8_t value)
@@ -130,9 +142,6 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
     address = FindFreeSlot(header);
     if (address == 0)
         return 0;
-    std::vector<std::byte> before(recordSize);
-    if (!FileReadWhole(handle.Get(), before, address))
-        return 0;
     const TableHeader headerBefore = header;
     std::vector<std::byte> inactive(record.begin(), record.end());
     inactive[kActiveAt] = std::byte{0};
@@ -145,9 +154,8 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
             return 1;
         }
     }
-    // Free first: a slot must never be live and counted as free.
+    // Free first: a slot must never be live and counted as free. What else it holds doesn't matter.
     SetByte(address, kActiveAt, 0);
-    FileWriteWhole(handle.Get(), before, address);
     StoreHeader(headerBefore);
     header = headerBefore;
     return 0;
@@ -212,7 +220,7 @@ int TableFile::DeleteRecord(RecordAddress address)
     if (!MayChange(RoleOfPassword(header, password)))
         return kRefusedByRole;
     RecordPrefix prefix;
-    if (!IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address) || prefix.active == 0)
+    if (!LoadPrefix(address, prefix) || prefix.active == 0)
         return 0;
     const TableHeader before = header;
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
@@ -241,7 +249,7 @@ int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress addr
     if (!MayChange(RoleOfPassword(header, password)))
         return kRefusedByRole;
     std::vector<std::byte> before(recordSize);
-    if (!IsSlot(address) || !FileReadWhole(handle.Get(), before, address))
+    if (!LoadSlot(address, before))
         return 0;
     const TableHeader headerBefore = header;
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp && record[kActiveAt] != std::byte{0};
@@ -261,23 +269,17 @@ int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress addr
 
 int TableFile::ReadRecord(std::span<std::byte> record, RecordAddress address) const
 {
-    if (!IsOpen() || record.size() < recordSize || address < FirstRecordOffset() ||
-        (address - FirstRecordOffset()) % static_cast<RecordAddress>(recordSize) != 0)
-        return 0;
-    record = record.first(recordSize);
-    return FileReadWhole(handle.Get(), record, address) && PrefixOf(record).active != 0 ? 1 : 0;
+    return IsOpen() && record.size() >= recordSize && LoadSlot(address, record) && PrefixOf(record).active != 0 ? 1 : 0;
 }
 
 int TableFile::ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const
 {
-    RecordPrefix prefix;
+    std::array<std::byte, kNoteRecordSize> slot;
     if (!IsOpen() || bytes.size() < field.size || field.offset > recordSize || field.size > recordSize - field.offset ||
-        !IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address))
+        !LoadSlot(address, slot))
         return 0;
-    return FileReadWhole(handle.Get(), bytes.first(field.size), std::int64_t{address} + field.offset) &&
-                   prefix.active != 0
-               ? 1
-               : 0;
+    std::memcpy(bytes.data(), slot.data() + field.offset, field.size);
+    return PrefixOf(slot).active != 0 ? 1 : 0;
 }
 
 // --- edit locks
@@ -286,7 +288,7 @@ int TableFile::LockRecord(RecordAddress address)
 {
     FileLock turn;
     RecordPrefix prefix;
-    if (!IsOpen() || !TakeTurn(turn) || !IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address))
+    if (!IsOpen() || !TakeTurn(turn) || !LoadPrefix(address, prefix))
         return 0;
     if (prefix.locked == 1 || prefix.active == 0 || !SetByte(address, kLockedAt, 1))
         return 0;
@@ -300,7 +302,7 @@ int TableFile::UnlockRecord(RecordAddress address)
     ResumeRefresh();
     FileLock turn;
     RecordPrefix prefix;
-    if (!IsOpen() || !TakeTurn(turn) || !IsSlot(address) || !FileReadWhole(handle.Get(), BytesOf(prefix), address))
+    if (!IsOpen() || !TakeTurn(turn) || !LoadPrefix(address, prefix))
         return 0;
     // The record that was locked is gone. Another copy may have put a new one into its slot and hold that one's lock.
     if (std::erase(deletedUnderLock, address) > 0 && prefix.active != 0)

@@ -20,15 +20,19 @@ struct SlotRun {
 
     const std::byte* Slot(std::int64_t index) const { return first + index * recordSize; }
     RecordAddress Address(std::int64_t index) const { return static_cast<RecordAddress>(address + index * recordSize); }
-    // Fetches a byte of a slot further on into the cache, while this one is being looked at.
-    void FetchAhead(std::int64_t index, std::uint32_t offset) const
+    // Fetches bytes of a slot further on into the cache, while this one is being looked at.
+    void FetchAhead(std::int64_t index, std::uint32_t offset, std::uint32_t size = 1) const
     {
-        if (index + kDistance < count)
-            __builtin_prefetch(Slot(index + kDistance) + offset);
+        if (index + kDistance >= count)
+            return;
+        const std::byte* bytes = Slot(index + kDistance) + offset;
+        for (std::uint32_t at = 0; at < size; at += kCacheLine)
+            __builtin_prefetch(bytes + at);
     }
 
 private:
-    static constexpr std::int64_t kDistance = 12;
+    static constexpr std::int64_t kDistance = 6;
+    static constexpr std::uint32_t kCacheLine = 64;
 };
 
 class TableScan {
