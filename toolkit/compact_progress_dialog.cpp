@@ -19,6 +19,8 @@ CompactProgressDialog::~CompactProgressDialog() = default;
 
 void CompactProgressDialog::Open(const std::string& title, int steps)
 {
+    if (IsWindow(window))
+        Close();
     stepCount = steps;
     stepsDone = 0;
     shownEnd = 0;
