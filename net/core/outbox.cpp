@@ -25,6 +25,25 @@ struct SavedRecord {
     bool kept = false;  // holds a participant who is still alive
 };
 
+using SavedRecords = std::vector<SavedRecord>;
+
+// The record in the file that holds the participant of `slot`: the one that the slot came from, else one of the same
+// name and e-mail that no slot came from. So two copies that save one event after each other list nobody twice.
+SavedRecords::iterator FindOwn(SavedRecords& present, const SendRecord& slot, std::span<const SendRecord> slots)
+{
+    const auto find = [&](auto&& fits) {
+        return std::find_if(present.begin(), present.end(), [&](const SavedRecord& candidate) {
+            return !candidate.kept && IsSameParticipant(candidate.record, slot) && fits(candidate.record.uniqueId);
+        });
+    };
+    const auto own = find([&](std::uint64_t id) { return id == slot.uniqueId; });
+    if (own != present.end())
+        return own;
+    return find([&](std::uint64_t id) {
+        return std::none_of(slots.begin(), slots.end(), [&](const SendRecord& other) { return other.uniqueId == id; });
+    });
+}
+
 // The record as it goes into the file: a new header, and of the slot only what tells the participant.
 SendRecord Renewed(const TableFile& table, const SendRecord& slot, std::uint64_t eventId, const Clock& clock)
 {
@@ -119,7 +138,7 @@ int Outbox::Save()
 {
     const RefreshPause pause;
     Open();
-    std::vector<SavedRecord> present;
+    SavedRecords present;
     for (const RecordAddress address : EventAddresses()) {
         SavedRecord found{.address = address, .record = {}};
         if (table->ReadRecord(BytesOf(found.record), address) == 1 && found.record.eventId == eventId)
@@ -138,10 +157,7 @@ int Outbox::Save()
             continue;
         }
         SendRecord record = Renewed(*table, slot, eventId, clock);
-        const auto own = std::find_if(present.begin(), present.end(), [&](const SavedRecord& candidate) {
-            return !candidate.kept && candidate.record.uniqueId == slot.uniqueId &&
-                   IsSameParticipant(candidate.record, slot);
-        });
+        const auto own = FindOwn(present, slot, slots);
         bool done = false;
         if (own != present.end()) {
             done = Rewrite(*table, own->address, record);

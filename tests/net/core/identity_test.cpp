@@ -109,7 +109,7 @@ TEST_F(IdentityTest, ANewIdentityReachesTheHeaderAndTheRecordsOfTheOldOwnerAlone
     EXPECT_EQ(FieldText(header.fileUser.email), "ann@x.example");
     EXPECT_EQ(FieldText(header.server), "relay");
     EXPECT_EQ(FieldText(header.port), "99");
-    EXPECT_EQ(header.openCount, 1u);
+    EXPECT_EQ(std::uint32_t{header.openCount}, 1u);
     EXPECT_EQ(IsFileOwnedLocally(*file), 0);
 }
 

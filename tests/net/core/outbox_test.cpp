@@ -30,8 +30,8 @@ TEST_F(OutboxTest, TheFirstUseMakesTheFileEvenIfNothingIsSaved)
     ASSERT_EQ(table->ReadHeader(header), 1);
     EXPECT_EQ(FieldText(header.fileType), "SendRecord");
     EXPECT_EQ(FieldText(header.family), "SendRecord");
-    EXPECT_EQ(header.version, 1u);
-    EXPECT_EQ(header.openCount, 1u) << "the outbox does not keep it open";
+    EXPECT_EQ(std::uint32_t{header.version}, 1u);
+    EXPECT_EQ(std::uint32_t{header.openCount}, 1u) << "the outbox does not keep it open";
 }
 
 TEST_F(OutboxTest, ASavedParticipantLiesInTheFileByteByByte)
@@ -167,6 +167,45 @@ TEST_F(OutboxTest, ARecordHeldByAnotherCopyIsNotShownAndStaysWhateverIsSaved)
         outbox.Save();
     }
     EXPECT_THAT(People(), ElementsAre("Bob:2"));
+}
+
+TEST_F(OutboxTest, TwoCopiesThatSaveOneEventLoseNobodyAndListNobodyTwice)
+{
+    Put("Ann", 2);
+    Outbox first(notePath, kEvent);
+    Outbox second(notePath, kEvent);
+    first.Add(Person("Bob"));
+    second.Add(Person("Cleo"));
+    first.Save();
+    second.Save();
+    EXPECT_THAT(People(), ElementsAre("Ann:2", "Bob:1", "Cleo:1"));
+}
+
+TEST_F(OutboxTest, TwoRecordsOfOnePersonStayTwo)
+{
+    Put("Ann", 2);
+    Put("Ann", 3);
+    Outbox outbox(notePath, kEvent);
+    outbox.Save();
+    EXPECT_THAT(People(), ElementsAre("Ann:2", "Ann:3"));
+}
+
+TEST_F(OutboxTest, ADamagedRecordIsCarriedAlongAsItIs)
+{
+    Put("Ann", 2);
+    std::string bytes = test::ReadAllBytes(path);
+    bytes.replace(2625 + 558, 350, 350, '\xFF');  // name and e-mail without a terminator
+    bytes += std::string(500, 'x');               // and a record that was cut short
+    test::WriteAllBytes(path, bytes);
+    {
+        Outbox outbox(notePath, kEvent);
+        ASSERT_EQ(outbox.Slots().size(), 1u);
+        EXPECT_EQ(outbox.Remove(Person("Ann"), RemoveKey::Email, RemoveAction::Drop), 0);
+        outbox.Add(Person("Bob"));
+        outbox.Save();
+        EXPECT_EQ(outbox.FailedWrites(), 0);
+    }
+    EXPECT_THAT(People(), ElementsAre("Bob:1", std::string(50, '\xFF') + ":2"));
 }
 
 TEST_F(OutboxTest, TheRefreshSwitchIsFoundAgainAsItWas)
