@@ -34,7 +34,9 @@ ImportFileResult Read(const std::string& path, std::size_t limit, bool wholeFile
     if (wholeFile && static_cast<std::uint64_t>(size) > limit)
         return fail(ImportFileError::TooLarge);
     try {
-        bytes.resize(std::min(static_cast<std::size_t>(size), limit));
+        const std::size_t wanted = std::min(static_cast<std::size_t>(size), limit);
+        bytes.reserve(wanted + 2);  // and the line end that the reader may add
+        bytes.resize(wanted);
     } catch (const std::bad_alloc&) {
         return fail(ImportFileError::OutOfMemory);
     }
@@ -110,7 +112,7 @@ std::string WithCrLf(std::string text)
     if (count == 0 || text.find("\r\n") != std::string::npos)
         return text;
     std::string out;
-    out.reserve(text.size() + count + 2);  // and the line end that the reader may add
+    out.reserve(text.size() + count + 2);
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t lineEnd = std::min(text.find('\n', at), text.size());
         out.append(text, at, lineEnd - at);
