@@ -1,11 +1,15 @@
 #include "interchange/engine/import_text.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <new>
 #include <utility>
 
 #include "interchange/engine/delimited_reader.h"
+#include "platform/base/file_system.h"
 #include "platform/base/files.h"
 
 namespace jotlet {
@@ -23,14 +27,18 @@ ImportFileResult Read(const std::string& path, std::size_t limit, bool wholeFile
         result.error = error;
         return result;
     };
-    const FileHandleOwner file(FileOpen(path, FileAccess::Read, FileSharing::Shared, &result.detail));
-    if (!file)
+    const auto refuse = [&](const char* operation, FileErrorKind kind, int systemError) {
+        result.detail = {kind, operation, path, systemError};
         return fail(ImportFileError::System);
-    const std::int64_t size = FileSize(file.Get());
-    if (size < 0) {
-        result.detail = {FileErrorKindOf(errno), "read", path, errno};
-        return fail(ImportFileError::System);
-    }
+    };
+    // Opened without our locks: a spreadsheet that holds its own on the file is no reason not to read it.
+    const FileHandleOwner file(Files().Open(path, O_RDONLY, 0));
+    FileIdentity identity;
+    if (!file || Files().Identify(file.Get(), identity) != 0)
+        return refuse("open", FileErrorKindOf(errno), errno);
+    if (!identity.isRegular)
+        return refuse("open", FileErrorKind::NotRegularFile, 0);
+    const std::int64_t size = identity.size;
     if (wholeFile && static_cast<std::uint64_t>(size) > limit)
         return fail(ImportFileError::TooLarge);
     try {
@@ -44,10 +52,8 @@ ImportFileResult Read(const std::string& path, std::size_t limit, bool wholeFile
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::int64_t got = FileRead(file.Get(), bytes.data() + done, std::min(kChunk, bytes.size() - done));
-        if (got < 0) {
-            result.detail = {FileErrorKindOf(errno), "read", path, errno};
-            return fail(ImportFileError::System);
-        }
+        if (got < 0)
+            return refuse("read", FileErrorKindOf(errno), errno);
         if (got == 0)
             break;
         done += static_cast<std::size_t>(got);

@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "interchange/engine/delimited_reader.h"
-#include "support/failing_file_system.h"
+#include "platform/base/files.h"
 #include "support/scratch.h"
 
 namespace jotlet::test {
@@ -96,6 +96,15 @@ TEST_F(ImportFileTest, WhatIsNoFileSaysSo)
     EXPECT_EQ(reader.Text(), "");
     EXPECT_EQ(LoadImportText(reader, folder.Path()).detail.kind, FileErrorKind::NotRegularFile);
     EXPECT_EQ(LoadImportText(reader, "/dev/zero").detail.kind, FileErrorKind::NotRegularFile);
+}
+
+TEST_F(ImportFileTest, AFileThatAnotherProgramHasLockedIsStillRead)
+{
+    const std::string path = Write("Title\r\n");
+    const FileHandleOwner held(FileOpen(path, FileAccess::ReadWrite, FileSharing::None));
+    ASSERT_TRUE(held);
+    EXPECT_TRUE(LoadImportText(reader, path));
+    EXPECT_EQ(reader.CountRecords(), 1u);
 }
 
 TEST_F(ImportFileTest, AFileThatClaimsToBeHugeIsRefusedBeforeItIsRead)
