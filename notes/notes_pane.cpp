@@ -165,6 +165,7 @@ void NotesPane::Refresh(TableFile* newFile)
         query->Sort(*file, kDateOffset, kDateSize, CompareDates);
     else
         query->Sort(*file, kTitleOffset, kTitleSize, CompareTitles);
+    file->LetGoOfPages();
     list->SetSource(file, query.get());
     list->SetCount(query->resultCount);
     RestoreCursor();

@@ -268,6 +268,7 @@ void MarlinWndListView::Refresh(RefreshCause cause)
         query->seenStamp = stamp;
         PostCommand(id, cause == RefreshCause::Asked ? kReloadedAsked : kReloaded, kListReloaded);
     }
+    file->LetGoOfPages();
     RestoreCursor();
 }
 

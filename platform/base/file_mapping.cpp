@@ -95,6 +95,12 @@ void FileMapping::Drop()
     length = 0;
 }
 
+void FileMapping::LetGoOfPages() const
+{
+    if (start)
+        madvise(const_cast<std::byte*>(start), length, MADV_DONTNEED);
+}
+
 bool FileMapping::RunGuarded(void (*work)(void*), void* context) const
 {
     Guard guard;

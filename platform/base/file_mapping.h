@@ -28,6 +28,9 @@ public:
     // file can't be mapped. Cheap when the view has that size already.
     bool Cover(FileHandle handle, std::size_t size);
     void Drop();
+    // Takes the pages out of this process's memory; the view stays, and its next touch brings them back from the
+    // system's cache.
+    void LetGoOfPages() const;
     // Makes what was written to these bytes of the file, by whatever handle, durable. Costs less than a flush of the
     // file when other parts of it have changed too. False when the view doesn't show them, or they may not be on the
     // disk.
