@@ -8,6 +8,8 @@ namespace jotlet {
 
 namespace {
 
+using namespace std::string_literals;
+
 using Rows = std::vector<std::vector<std::string>>;
 
 Rows ReadAll(std::string_view text, char separator = ',', char qualifier = '"')
@@ -107,7 +109,7 @@ TEST(DelimitedReaderTest, AnUnclosedQuoteEndsTheDataAndKeepsWhatCameBefore)
 TEST(DelimitedReaderTest, AZeroByteEndsTheTextAndIsTold)
 {
     DelimitedReader reader;
-    reader.SetText(std::string("a,b\r\nc\0d\r\n", 10));
+    reader.SetText("a,b\r\nc\0d\r\n"s);
     EXPECT_TRUE(reader.HasTextBehindZero());
     EXPECT_EQ(reader.Text(), "a,b\r\nc");
     EXPECT_EQ(reader.CountRecords(), 1u);

@@ -2,10 +2,14 @@
 
 #include "engine_fixture.h"
 #include "store/progress_display.h"
+#include "support/child_process.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet::test {
 namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
 
 constexpr DateValue kToday = {14, 3, 2007};
 
@@ -76,7 +80,7 @@ TEST_F(ImportRunTest, TextThatIsLeftOutIsTold)
     EXPECT_EQ(counts.added, 1u);
     EXPECT_TRUE(counts.incompleteEnd);
     EXPECT_FALSE(counts.textBehindZero);
-    counts = Import(std::string_view("Title\r\ntea\r\n\0eggs\r\n", 19));
+    counts = Import("Title\r\ntea\r\n\0eggs\r\n"sv);
     EXPECT_EQ(counts.added, 1u);
     EXPECT_FALSE(counts.incompleteEnd);
     EXPECT_TRUE(counts.textBehindZero);
@@ -152,6 +156,28 @@ TEST_F(ImportRunTest, EveryImportedNoteHasAnIdOfItsOwn)
     EXPECT_EQ(std::ranges::adjacent_find(ids), ids.end());
 }
 
+TEST_F(ImportRunTest, AnotherCopysNotesOfTheSameMomentAreNotLost)
+{
+    std::string text = "Title\r\n";
+    for (int i = 0; i < 2000; ++i)
+        text += "ours " + std::to_string(i) + "\r\n";
+    ChildProcess other([&] {
+        TableFile theirs(path, "");
+        for (int i = 0; i < 300; ++i) {
+            const NoteRecord note = Record({"theirs " + std::to_string(i)});
+            if (theirs.AddRecord(BytesOf(note)) != 1)
+                return 1;
+        }
+        return 0;
+    });
+    EXPECT_EQ(Import(text).added, 2000u);
+    EXPECT_EQ(other.Wait(), 0);
+    std::vector<std::string> titles = Titles();
+    EXPECT_EQ(titles.size(), 2300u);
+    std::ranges::sort(titles);
+    EXPECT_EQ(std::ranges::adjacent_find(titles), titles.end());
+}
+
 TEST_F(ImportRunTest, AReaderAddsNothing)
 {
     SetPasswords();
@@ -185,7 +211,7 @@ TEST_F(ImportRunTest, AFullDiskEndsTheRunAndTellsHowFarItCame)
 // Quotes, lone line ends, zero bytes and invalid text, cut at every byte: no crash, and never more rows than lines.
 TEST_F(ImportRunTest, HostileTextCutAnywhereDoesNoHarm)
 {
-    const std::string hostile("Title,Text\r\n\"a\"\"b\",\xFF\xC3\r\n\"\r\n\n\r,\t\"\0\",\"\"\"\r\n,,,\r\n", 50);
+    const std::string hostile = "Title,Text\r\n\"a\"\"b\",\xFF\xC3\r\n\"\r\n\n\r,\t\"\0\",\"\"\"\r\n,,,\r\n"s;
     for (std::size_t length = 1; length <= hostile.size(); ++length) {
         SCOPED_TRACE(length);
         const ImportCounts counts = Import(std::string_view(hostile).substr(0, length), false);
