@@ -6,6 +6,7 @@
 
 #include "platform/desktop/application.h"
 #include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/held_messages.h"
 #include "platform/desktop/qt/mouse_router.h"
 #include "platform/desktop/qt/window_registry.h"
 #include "platform/desktop/system_metrics.h"
@@ -130,6 +131,10 @@ bool NativeWidget::event(QEvent* event)
 {
     if (event->type() == MessageEventType()) {
         const auto& posted = static_cast<const MessageEvent&>(*event);
+        if (MessagesHeld()) {
+            HoldMessage({handle, posted.message, posted.wParam, posted.lParam});
+            return true;
+        }
         Deliver(posted.message, posted.wParam, posted.lParam);
         return true;
     }
@@ -195,6 +200,8 @@ void NativeWidget::timerEvent(QTimerEvent* event)
     for (const auto& [id, timer] : timers) {
         if (timer != event->timerId())
             continue;
+        if (MessagesHeld())
+            return;  // the next tick comes
         Deliver(kWmTimer, id, 0);
         return;
     }

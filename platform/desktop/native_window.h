@@ -72,7 +72,6 @@ MessageParam DefaultProcedure(WindowHandle window, std::uint32_t message, Messag
 Rect ClientRect(WindowHandle window);  // 0, 0 to the client size
 Rect WindowRect(WindowHandle window);  // screen coordinates, margin included
 void MoveTo(WindowHandle window, const Rect& bounds, bool repaint = true);
-// Whole size, margin included, position as it is.
 Point ClientToScreen(WindowHandle window, Point p);
 Point ScreenToClient(WindowHandle window, Point p);
 void SetWindowShape(WindowHandle window, const Point* corners, int count);  // polygon in window coordinates; 0: none
@@ -116,7 +115,9 @@ struct PaintInfo {
 };
 void InvalidateArea(WindowHandle window, const Rect* area, bool erase);
 void UpdateNow(WindowHandle window);  // paints now what is invalid, children too
-void FlushToScreen();                 // everything drawn so far is on the display when it returns
+// Everything drawn so far is on the display when it returns, a window shown just now included. Messages, timers and
+// input wait meanwhile.
+void FlushToScreen();
 
 // Calls `draw` with a device context of the client area (or of the whole window, margin included) at any time, outside
 // a paint cycle: draws into the surface at once and schedules the copy to the screen.

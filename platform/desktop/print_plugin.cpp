@@ -68,7 +68,7 @@ bool PrintPages(QPrinter& printer, const QString& name, const QString& text)
 
 }  // namespace
 
-// Into a PDF without asking; what a test looks at.
+// Into a PDF without asking.
 extern "C" Q_DECL_EXPORT bool JotletPrintToPdf(const QString& path, const QString& name, const QString& text)
 {
     QPrinter printer(QPrinter::HighResolution);

@@ -63,6 +63,21 @@ bool PrintText(WindowHandle owner, std::string_view documentName, std::string_vi
     return done;
 }
 
+bool PrintTextToPdf(std::string_view path, std::string_view documentName, std::string_view text, std::string& problem)
+{
+    using Print = bool (*)(const QString&, const QString&, const QString&);
+    static const auto print =
+        reinterpret_cast<Print>(qApp ? FindPluginFunction("jotlet_print", "JotletPrintToPdf") : nullptr);
+    problem = print ? "" : "Printing is not available: its module is missing.";
+    if (!print)
+        return false;
+    const QByteArray bytes(path.data(), static_cast<qsizetype>(path.size()));
+    if (print(QFile::decodeName(bytes), ShownText(documentName), ShownLines(text)))
+        return true;
+    problem = "The file cannot be written.";
+    return false;
+}
+
 void PlayWave(std::string_view path)
 {
     if (Hook()) {

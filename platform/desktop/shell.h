@@ -15,6 +15,9 @@ bool OpenWithDesktop(std::string_view pathOrUrl);
 // failed; `problem` then says why, or is empty after Cancel. The printing library is loaded at the first call.
 bool PrintText(WindowHandle owner, std::string_view documentName, std::string_view text, std::string& problem);
 
+// The same pages into a PDF file, without asking anything.
+bool PrintTextToPdf(std::string_view path, std::string_view documentName, std::string_view text, std::string& problem);
+
 // Plays a WAV file without waiting. A missing file or sound device is no error. Loaded at the first call.
 void PlayWave(std::string_view path);
 

@@ -133,12 +133,4 @@ WindowHandle WindowFromScreenPoint(Point p)
     return HandleOf(child ? child : best);
 }
 
-void FlushToScreen()
-{
-    if (!qApp)
-        return;
-    // Copies only: no message, timer or input is served meanwhile.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
-}
-
 }  // namespace jotlet

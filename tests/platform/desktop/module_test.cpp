@@ -25,6 +25,35 @@ TEST_F(ModuleTest, SoundWithoutADeviceOrAFileReturnsAtOnce)
     std::filesystem::remove(wave);
 }
 
+std::string Bytes(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(ModuleTest, LongTextIsPrintedOnSeveralPages)
+{
+    const auto path = std::filesystem::temp_directory_path() / "jotlet_module_test.pdf";
+    std::string text;
+    for (int i = 0; i < 200; ++i)
+        text += "Line " + std::to_string(i) + " caf\xE9\r\n";
+    std::string problem;
+    ASSERT_TRUE(PrintTextToPdf(path.string(), "report.txt", text, problem)) << problem;
+    const std::string bytes = Bytes(path);
+    EXPECT_EQ(bytes.substr(0, 5), "%PDF-");
+    const auto count = bytes.find("/Count ");
+    ASSERT_NE(count, std::string::npos);
+    EXPECT_GE(std::stoi(bytes.substr(count + 7)), 3);
+    std::filesystem::remove(path);
+}
+
+TEST_F(ModuleTest, PrintingWhereNothingCanBeWrittenSaysSo)
+{
+    std::string problem;
+    EXPECT_FALSE(PrintTextToPdf("/no/such/folder/a.pdf", "report.txt", "text", problem));
+    EXPECT_FALSE(problem.empty());
+}
+
 TEST_F(ModuleTest, HookSeesWhatWouldBeOpenedPrintedAndPlayed)
 {
     std::vector<std::string> seen;

@@ -170,6 +170,25 @@ TEST_F(PaintingTest, PaintThatDestroysItsWindowDoesNoHarm)
     EXPECT_FALSE(IsWindow(top.window));
 }
 
+TEST_F(PaintingTest, FlushPaintsAndLeavesMessagesAndTimersWaiting)
+{
+    std::vector<Rect> areas;
+    Recorder top({.show = false}, Fill(kRed, &areas));
+    PostTo(top.window, 6001, 1, 0);
+    PostTo(top.window, 6001, 2, 0);
+    StartTimer(top.window, 1, Milliseconds(1));
+    ShowNative(top.window, true);
+    FlushToScreen();
+    EXPECT_EQ(areas.size(), 1U);
+    EXPECT_TRUE(top.Of(6001).empty());
+    EXPECT_TRUE(top.Of(kWmTimer).empty());
+    PostTo(top.window, 6001, 3, 0);
+    EXPECT_TRUE(ServeUntil([&] { return top.Of(6001).size() == 3 && !top.Of(kWmTimer).empty(); }, Milliseconds(2000)));
+    EXPECT_EQ(top.Of(6001)[0].wParam, 1);
+    EXPECT_EQ(top.Of(6001)[1].wParam, 2);
+    EXPECT_EQ(top.Of(6001)[2].wParam, 3);
+}
+
 TEST_F(PaintingTest, BorderLineLiesOutsideTheClientArea)
 {
     Recorder top({});
