@@ -72,8 +72,11 @@ int RecordQuery::Resort()
 
 int RecordQuery::SortResults(TableFile& file)
 {
-    if (!file.IsOpen() || !sortComparator || sortKeySize == 0 || sortKeyOffset > file.RecordSize() ||
-        sortKeySize > file.RecordSize() - sortKeyOffset)
+    if (!file.IsOpen() || !sortComparator || sortKeySize == 0)
+        return 0;
+    const KeyField field{sortKeyOffset,
+                         std::max<std::uint32_t>(sortKeySize, static_cast<std::uint32_t>(BytesRead(sortComparator)))};
+    if (field.offset > file.RecordSize() || field.size > file.RecordSize() - field.offset)
         return 0;
     const auto count = static_cast<std::size_t>(results ? resultCount : 0);
     if (count < 2)
@@ -89,7 +92,6 @@ int RecordQuery::SortResults(TableFile& file)
     if (ordered.front() < file.FirstRecordOffset() || !std::all_of(ordered.begin(), ordered.end(), isSlot))
         return 0;
 
-    const KeyField field{sortKeyOffset, sortKeySize};
     std::vector<std::byte> keys(count * field.size);
     bool allRead = true;
     TableScan scan(file);

@@ -83,10 +83,18 @@ NumberKey NumberKeyOf(FieldComparator comparator, std::size_t& size)
     size = sizeof(TimeValue);
     if (comparator == CompareTimes)
         return [](const std::byte* key) { return KeyOf(std::int64_t{TimeSlot(Load<TimeValue>(key))}); };
+    size = 0;
     return nullptr;
 }
 
 }  // namespace
+
+std::size_t BytesRead(FieldComparator comparator)
+{
+    std::size_t size = 0;
+    NumberKeyOf(comparator, size);
+    return size;
+}
 
 void SortByKeys(std::vector<RecordAddress>& addresses, std::vector<std::byte>& keys, std::size_t keySize,
                 FieldComparator comparator)
@@ -98,7 +106,7 @@ void SortByKeys(std::vector<RecordAddress>& addresses, std::vector<std::byte>& k
 
     std::size_t numberSize = 0;
     const NumberKey number = NumberKeyOf(comparator, numberSize);
-    if (number && numberSize <= keySize) {
+    if (number) {
         for (SortEntry& entry : entries)
             entry.high = number(keyAt(entry.index));
         std::sort(entries.begin(), entries.end(), [](const SortEntry& a, const SortEntry& b) {

@@ -18,8 +18,11 @@ struct SortEntry {
     std::uint32_t index = 0;
 };
 
-// Sorts `addresses` by their keys, which lie one behind the other in `keys`, each `keySize` bytes. Equal keys keep
-// their order. Folds texts in place.
+// Bytes that the comparator reads of a key, however short the key is said to be; 0 for one that keeps to the size.
+std::size_t BytesRead(FieldComparator comparator);
+
+// Sorts `addresses` by their keys, which lie one behind the other in `keys`, each `keySize` bytes and never less than
+// the comparator reads. Equal keys keep their order. Folds texts in place.
 void SortByKeys(std::vector<RecordAddress>& addresses, std::vector<std::byte>& keys, std::size_t keySize,
                 FieldComparator comparator);
 

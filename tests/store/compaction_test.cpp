@@ -96,8 +96,8 @@ TEST_F(CompactionTest, AnUncleanFileIsRepairedByTheNextOpening)
     EXPECT_TRUE(opened.repaired);
     TableHeader header;
     opened.table->ReadHeader(header);
-    EXPECT_EQ(header.openCount, 1u);
-    EXPECT_EQ(header.freeSlots, 0);
+    EXPECT_EQ(+header.openCount, 1u);
+    EXPECT_EQ(+header.freeSlots, 0);
     EXPECT_EQ(opened.table->LockRecord(2625 + 2 * 3557), 1);
 }
 

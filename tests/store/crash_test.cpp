@@ -32,7 +32,7 @@ int Toil(const std::string& path, std::uint64_t seed, std::uint64_t firstId, Lin
             table.ReadRecord(record, address);
             RecordPrefix prefix;
             std::memcpy(&prefix, record.data(), sizeof prefix);
-            notes[prefix.uniqueId] = address;
+            notes[+prefix.uniqueId] = address;
         }
     };
     find();
@@ -143,9 +143,9 @@ TEST_F(CrashTest, ConfirmedNotesOutliveAKillAtAnyMomentAndTheNextStartRepairs)
         TableHeader header;
         SlotCounts counts;
         ASSERT_EQ(opened.table->ReadHeader(header) + opened.table->DescribeSlots(counts), 2);
-        EXPECT_EQ(header.openCount, 1u);
+        EXPECT_EQ(+header.openCount, 1u);
         EXPECT_EQ(counts.locked + counts.cutTailBytes, 0);
-        EXPECT_EQ(header.freeSlots, -(counts.slots - counts.live));
+        EXPECT_EQ(+header.freeSlots, -(counts.slots - counts.live));
     }
     EXPECT_GT(repairs, kKills / 2);
     EXPECT_GT(confirmed.size(), 20u);

@@ -34,8 +34,8 @@ protected:
                 }
                 EXPECT_EQ(answer, 0);
                 EXPECT_EQ(Titles(), before);
-                EXPECT_EQ(Header().freeSlots, header.freeSlots);
-                EXPECT_EQ(Header().changeStamp, header.changeStamp);
+                EXPECT_EQ(+Header().freeSlots, +header.freeSlots);
+                EXPECT_EQ(+Header().changeStamp, +header.changeStamp);
                 EXPECT_EQ(table->CutTailBytes(), 0);
                 EXPECT_EQ(change(*table), 1);  // and goes through once the disk is well
                 EXPECT_EQ(Titles(), after);

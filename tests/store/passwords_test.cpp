@@ -61,7 +61,7 @@ TEST_F(PasswordsTest, AChangeReachesRunningCopiesAndKeepsTheCounters)
     EXPECT_EQ(owner.GetRole(), Role::None);
     owner.SetPassword(current);
     EXPECT_EQ(owner.GetRole(), Role::Owner);
-    EXPECT_EQ(Header().openCount, 3u);
+    EXPECT_EQ(+Header().openCount, 3u);
     NetworkPasswords stored;
     ASSERT_EQ(ReadNetworkPasswords(path, stored), 1);
     EXPECT_EQ(stored.owner + "," + stored.assistant + "," + stored.reader, "chief,aide," + std::string(19, 'g'));

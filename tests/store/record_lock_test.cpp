@@ -44,10 +44,10 @@ TEST_P(TwoOpeners, TakingALockTellsNobody)
 
 TEST_P(TwoOpeners, BothAreCounted)
 {
-    EXPECT_EQ(Header().openCount, 2u);
+    EXPECT_EQ(+Header().openCount, 2u);
     EXPECT_EQ(Second().OpenCount(), 2u);
     second.reset();
-    EXPECT_EQ(Header().openCount, 1u);
+    EXPECT_EQ(+Header().openCount, 1u);
 }
 
 TEST_P(TwoOpeners, UnlockingADeletedNoteLeavesTheLockOfTheNewOneInItsSlot)
@@ -100,7 +100,7 @@ TEST_P(TwoOpeners, WhatACrashedCopyHeldIsFreeAfterTheNextStart)
     EXPECT_EQ(opened.table->LockRecord(address), 1);
     TableHeader header;
     opened.table->ReadHeader(header);
-    EXPECT_EQ(header.openCount, 1u);
+    EXPECT_EQ(+header.openCount, 1u);
     SlotCounts counts;
     ASSERT_EQ(opened.table->DescribeSlots(counts), 1);
     EXPECT_EQ(counts.live, 2);

@@ -422,6 +422,7 @@ TEST_F(RecordSortTest, KeysOutsideTheRecordOrTheFileAreAFailure)
         Add({.title = title});
     Found({[](RecordQuery& q) { q.AddAllTerm(); }});
     EXPECT_EQ(query.Sort(*table, 3550, 8, CompareInt64), 0);
+    EXPECT_EQ(query.Sort(*table, 3553, 1, CompareInt64), 0);  // a comparator reads what its type has
     EXPECT_EQ(query.Sort(*table, ~0u, 8, CompareInt64), 0);
     EXPECT_EQ(query.Sort(*table, 8, ~0u, CompareInt64), 0);
     EXPECT_EQ(Listed(), "b a c");

@@ -96,13 +96,13 @@ TEST_F(SharedUseTest, TwoProcessesLoseNoNoteNoCountAndNoLock)
     ASSERT_EQ(FileIsBusy(path), 0);
     EXPECT_EQ(RepairTable(path, false), RepairOutcome::Clean);  // openCount is 0
     ASSERT_EQ(table->Open(), 1);
-    EXPECT_EQ(Header().openCount, 1u);
-    EXPECT_EQ(Header().changeStamp, stampBefore + 2 * kSteps);
+    EXPECT_EQ(+Header().openCount, 1u);
+    EXPECT_EQ(+Header().changeStamp, stampBefore + 2 * kSteps);
     SlotCounts counts;
     ASSERT_EQ(table->DescribeSlots(counts), 1);
     EXPECT_EQ(counts.locked, 0);
     EXPECT_EQ(counts.cutTailBytes, 0);
-    EXPECT_EQ(Header().freeSlots, -(counts.slots - counts.live));
+    EXPECT_EQ(+Header().freeSlots, -(counts.slots - counts.live));
     std::multimap<std::uint64_t, std::string> found;
     const std::vector<FieldRange> fields = {{offsetof(RecordPrefix, uniqueId), 8}, {kTitleAt, kTitleWidth}};
     table->ForEachRecord(fields, [&](RecordAddress, std::span<const std::byte> bytes) {

@@ -13,8 +13,8 @@ using TableFileTest = TableTest;
 TEST_F(TableFileTest, NewFileHasItsFrontPartAndCounters)
 {
     EXPECT_EQ(std::filesystem::file_size(path), 2625u);
-    EXPECT_EQ(Header().changeStamp, 10u);
-    EXPECT_EQ(Header().openCount, 1u);
+    EXPECT_EQ(+Header().changeStamp, 10u);
+    EXPECT_EQ(+Header().openCount, 1u);
     EXPECT_EQ(folder.FileCount(), 1u);
 
     Add({.title = "milk"});
@@ -25,11 +25,11 @@ TEST_F(TableFileTest, NewFileHasItsFrontPartAndCounters)
 TEST_F(TableFileTest, EveryOpeningIsCountedAndGivenBack)
 {
     auto second = std::make_unique<TableFile>(path, "");
-    EXPECT_EQ(Header().openCount, 2u);
+    EXPECT_EQ(+Header().openCount, 2u);
     EXPECT_EQ(second->Open(), 1);
-    EXPECT_EQ(Header().openCount, 2u);
+    EXPECT_EQ(+Header().openCount, 2u);
     second.reset();
-    EXPECT_EQ(Header().openCount, 1u);
+    EXPECT_EQ(+Header().openCount, 1u);
     table->Close();
     table->Close();
     EXPECT_EQ(ReadAll(path).substr(12 + 1018, 4), std::string(4, '\0'));
@@ -249,9 +249,9 @@ TEST_F(TableFileTest, HeaderUpdatesNeverTouchTheCounters)
     }),
               1);
     EXPECT_EQ(FieldText(Header().server), "relay.example");
-    EXPECT_EQ(Header().changeStamp, 11u);
-    EXPECT_EQ(Header().openCount, 1u);
-    EXPECT_EQ(Header().freeSlots, 0);
+    EXPECT_EQ(+Header().changeStamp, 11u);
+    EXPECT_EQ(+Header().openCount, 1u);
+    EXPECT_EQ(+Header().freeSlots, 0);
     EXPECT_EQ(table->UpdateHeader([](TableHeader& header) {
         StoreText(header.server, "elsewhere");
         return false;

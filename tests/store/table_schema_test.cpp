@@ -39,12 +39,12 @@ TEST(TableSchemaTest, LongTextsAreCutAndFillTheirField)
     TableHeader header;
     InitTableHeader(header, std::string(29, 'a'), std::string(40, 'b'), 1, IniFile("/nonexistent.ini"));
     EXPECT_EQ(Bytes(header, 4, 60), std::string(29, 'a') + '\0' + std::string(30, 'b'));
-    EXPECT_EQ(header.version, 1u);
+    EXPECT_EQ(+header.version, 1u);
     TempFolder folder;
     WriteAll(folder.File("suite.ini"), "[Gateway]\nserver=" + std::string(400, 's') + "\n");
     InitTableHeader(header, "", "", 1, IniFile(folder.File("suite.ini")));
     EXPECT_EQ(Bytes(header, 486, 260), std::string(259, 's') + '\0');
-    EXPECT_EQ(header.port[0], '\0');
+    EXPECT_EQ(+header.port[0], '\0');
 }
 
 TEST(TableSchemaTest, NewCategoriesAreTheFifteen)
@@ -59,7 +59,7 @@ TEST(TableSchemaTest, NewCategoriesAreTheFifteen)
     EXPECT_EQ(names,
               "Calls,Clients,Expenses,Follow up,Ideas,Meetings,Issues,People,Personal,Projects,Public,Holiday,Travel,"
               "Vacation,Test,");
-    EXPECT_EQ(categories.entries[14].tag, -1);
+    EXPECT_EQ(+categories.entries[14].tag, -1);
     EXPECT_EQ(Bytes(categories, 12 + 15 * 34, 15 * 34), std::string(15 * 34, '\0'));
 }
 
