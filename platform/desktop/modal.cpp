@@ -61,7 +61,7 @@ void LeaveAllModals()
     }
 }
 
-int RunModal(WindowHandle window, WindowHandle)
+int RunModal(WindowHandle window, WindowHandle owner)
 {
     QWidget* widget = WidgetOf(window);
     if (!widget)
@@ -80,12 +80,19 @@ int RunModal(WindowHandle window, WindowHandle)
     while (!run.ended && IsWindow(window))
         events.processEvents(QEventLoop::WaitForMoreEvents);
     std::erase(runs, &run);
+    bool wasActive = false;
     if (QWidget* left = WidgetOf(window)) {
+        wasActive = left->isActiveWindow();
         left->hide();
         left->setWindowModality(Qt::NonModal);
     }
-    if (IsWindow(focusBefore) && FocusedWindow() == 0)
-        FocusWindow(focusBefore);
+    // A window manager gives the owner the keyboard back; where there is none, it is asked for.
+    if (QWidget* back = WidgetOf(IsWindow(focusBefore) ? focusBefore : owner)) {
+        if (wasActive && back->window()->isVisible() && !back->window()->isMinimized())
+            back->window()->activateWindow();
+        if (IsWindow(focusBefore) && FocusedWindow() == 0)
+            FocusWindow(focusBefore);
+    }
     return run.result;
 }
 

@@ -119,6 +119,18 @@ TEST_F(ApplicationTest, OwnerTakesNoInputDuringAModalRunButItsTimersGoOn)
     EXPECT_THAT(top.Input(), ElementsAre(kWmLButtonDown, kWmLButtonUp));
 }
 
+TEST_F(ApplicationTest, FocusIsBackWhereItWasAfterAModalRun)
+{
+    Recorder top({});
+    Recorder child({.style = kStyleDefault, .bounds = Rect::At(0, 0, 10, 10), .parent = top.window});
+    ServeUntil([&] { return IsForeground(top.window); }, Milliseconds(1000));
+    FocusWindow(child.window);
+    Recorder modal({.parent = top.window, .show = false});
+    WhenModal([](WindowHandle window) { EndModal(window, 1); });
+    RunModal(modal.window, top.window);
+    EXPECT_TRUE(ServeUntil([&] { return FocusedWindow() == child.window; }, Milliseconds(1000)));
+}
+
 TEST_F(ApplicationTest, ModalRunOfAWindowThatDiesEnds)
 {
     Recorder top({});

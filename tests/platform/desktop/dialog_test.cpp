@@ -338,6 +338,25 @@ TEST_F(DialogTest, HostileTextDoesNoHarm)
     ServeEvents();
 }
 
+TEST_F(DialogTest, TabStopsAtAToolkitChildThatAsksForIt)
+{
+    RegisterWindowClass({.procedure = DefaultProcedure, .name = "DialogTestChild"});
+    const WindowHandle plain =
+        CreateNativeWindow("DialogTestChild", "", kStyleDefault, Rect::At(0, 200, 10, 10), dialog);
+    const WindowHandle stop =
+        CreateNativeWindow("DialogTestChild", "", kStyleDefault | kStyleTabStop, Rect::At(20, 200, 10, 10), dialog);
+    FocusItem(dialog, kIdCancel);
+    TestKey(Item(kIdCancel), kKeyTab);
+    EXPECT_EQ(FocusedWindow(), stop);
+    TestKey(stop, kKeyTab);
+    EXPECT_EQ(FocusedWindow(), Item(kName));
+    // Return and Escape are the dialog's, wherever the focus is.
+    commands.clear();
+    TestKey(stop, kKeyReturn);
+    TestKey(plain, kKeyEscape);
+    EXPECT_THAT(commands, ElementsAre(Command{1, 0}, Command{2, 0}));
+}
+
 struct OwnerDrawn {
     std::vector<DrawItemInfo> drawn;
     int measured = 0;
