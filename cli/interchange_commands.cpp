@@ -29,9 +29,9 @@ struct ImportOptions {
     FileOptions file;
     std::string source;
     bool noHeader = false;
-    std::optional<char> separator;
-    std::optional<char> qualifier;
-    LineEnds lineEnds = LineEnds::Auto;
+    std::string separator;  // "comma", "tab" or empty
+    std::string qualifier;  // "quote", "none" or empty
+    std::string lineEnds = "auto";
     std::vector<std::string> map;
     bool asJson = false;
 };
@@ -137,15 +137,22 @@ ExitCode MapColumns(const ImportOptions& options, DelimitedReader& reader, std::
 
 ExitCode LoadSource(const ImportOptions& options, DelimitedReader& reader)
 {
-    const ImportFileResult loaded = LoadImportText(reader, options.source, options.lineEnds);
+    const LineEnds lineEnds = options.lineEnds == "crlf" ? LineEnds::CrLf : LineEnds::Auto;
+    const ImportFileResult loaded = LoadImportText(reader, options.source, lineEnds);
     if (loaded.error == ImportFileError::System)
         return Fail(ExitCode::NotOpened, options.source, FileErrorText(loaded.detail));
     if (loaded.error == ImportFileError::TooLarge)
         return Fail(ExitCode::NotOpened, options.source, "The file is too large (2 GB). Split it.");
     if (loaded.error == ImportFileError::OutOfMemory)
         return Fail(ExitCode::NotOpened, options.source, "There is not enough memory for the file. Split it.");
-    reader.separator = options.separator.value_or(DelimitedReader::DetectSeparator(reader.Text()));
-    reader.qualifier = options.qualifier.value_or(DelimitedReader::DetectQualifier(reader.Text()));
+    const bool isDetected = options.separator.empty();
+    reader.separator = isDetected                   ? DelimitedReader::DetectSeparator(reader.Text())
+                       : options.separator == "tab" ? '\t'
+                                                    : ',';
+    if (options.qualifier.empty())
+        reader.qualifier = DelimitedReader::DetectQualifier(reader.Text());
+    else
+        reader.qualifier = options.qualifier == "quote" ? '"' : '\0';
     return ExitCode::Done;
 }
 
@@ -224,13 +231,12 @@ void AddInterchangeCommands(CLI::App& app, Command& chosen)
     command->add_option("IN", options->source, "the text file to read")->required();
     command->add_flag("--no-header", options->noHeader, "the first row is a note and not a row of names");
     command->add_option("--separator", options->separator, "comma or tab (default: the first of them in the file)")
-        ->transform(CLI::Transformer(std::map<std::string, char>{{"comma", ','}, {"tab", '\t'}}));
+        ->check(CLI::IsMember({"comma", "tab"}));
     command
         ->add_option("--qualifier", options->qualifier, "quote or none (default: quote when the file begins with one)")
-        ->transform(CLI::Transformer(std::map<std::string, char>{{"quote", '"'}, {"none", '\0'}}));
+        ->check(CLI::IsMember({"quote", "none"}));
     command->add_option("--line-ends", options->lineEnds, "auto, or crlf: a lone LF never ends a row")
-        ->transform(
-            CLI::Transformer(std::map<std::string, LineEnds>{{"auto", LineEnds::Auto}, {"crlf", LineEnds::CrLf}}));
+        ->check(CLI::IsMember({"auto", "crlf"}));
     command->add_option("--map", options->map, "fields and their columns, such as Title=1,Text=2,Color=3,Category=4")
         ->delimiter(',');
     command->add_flag("--json", options->asJson, "a JSON object: rows, added, dropped");

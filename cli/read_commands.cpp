@@ -12,14 +12,12 @@
 namespace jotlet {
 namespace {
 
-enum class SortBy { Title, Date };
-
 struct ListOptions {
     FileOptions file;
     std::string category;
     std::string date;
     std::string find;
-    SortBy sort = SortBy::Title;
+    std::string sort = "title";
     bool asJson = false;
 };
 
@@ -61,7 +59,7 @@ ExitCode ReadNotes(TableFile& table, const ListOptions& options, const std::opti
     query.Reset();
     query.PrepareResults();
     AddTerms(options, date, query);
-    const bool isByDate = options.sort == SortBy::Date;
+    const bool isByDate = options.sort == "date";
     if (!table.RunQuery(query) || !(isByDate ? query.Sort(table, kDateOffset, kDateSize, CompareDates)
                                              : query.Sort(table, kTitleOffset, kTitleSize, CompareTitles)))
         return Fail(ExitCode::NotOpened, options.file.path, "The notes cannot be read. Check the disk.");
@@ -135,12 +133,11 @@ void AddReadCommands(CLI::App& app, Command& chosen)
     AddFileOptions(*list, listed->file);
     AddListOptions(*list, *listed);
     list->add_option("--date", listed->date, "only notes of this day, YYYY-MM-DD");
-    list->add_option("--sort", listed->sort, "title or date")
-        ->transform(CLI::Transformer(std::map<std::string, SortBy>{{"title", SortBy::Title}, {"date", SortBy::Date}}));
+    list->add_option("--sort", listed->sort, "title (the default) or date")->check(CLI::IsMember({"title", "date"}));
     list->callback([&chosen, listed] { chosen = [listed] { return RunList(*listed); }; });
 
     auto sought = std::make_shared<ListOptions>();
-    sought->sort = SortBy::Date;
+    sought->sort = "date";
     CLI::App* find = app.add_subcommand("find", "List notes with TEXT in their title or body, by date");
     AddFileOptions(*find, sought->file);
     find->add_option("TEXT", sought->find, "text to find; case of A to Z does not count")->required();

@@ -1,0 +1,157 @@
+// Files that are no note files, damaged ones, and places where nothing can be written: one line of complaint, the right
+// exit code, and every byte as it was.
+#include "cli/jotctl_fixture.h"
+
+#include <sys/stat.h>
+
+#include "support/child_process.h"
+
+namespace jotlet::test {
+namespace {
+
+using testing::HasSubstr;
+
+class BadFileTest : public JotctlTest {
+protected:
+    // All commands that take an existing file.
+    std::vector<Arguments> Commands(const std::string& path)
+    {
+        const std::string csv = Write("in.csv", "Title,Text\r\na,b\r\n");
+        const std::string id = "0123456789abcdef";
+        return {{"info", path, "--json"},
+                {"list", path},
+                {"show", path, id},
+                {"find", path, "x"},
+                {"add", path, "--title", "a", "--text", "b"},
+                {"edit", path, id, "--title", "a"},
+                {"delete", path, id},
+                {"export", path, Path("out.csv")},
+                {"report", path, Path("out.txt")},
+                {"import", path, csv},
+                {"check", path},
+                {"compact", path},
+                {"passwd", path}};
+    }
+
+    std::string NoteFileBytes()
+    {
+        NewFile("sound.jot");
+        Add("a");
+        return Read(file);
+    }
+};
+
+std::string WithNumber(std::string bytes, std::size_t at, std::uint32_t number)
+{
+    for (int i = 0; i < 4; ++i)
+        bytes[at + i] = static_cast<char>(number >> 8 * i);
+    return bytes;
+}
+
+TEST_F(BadFileTest, WhatIsNoNoteFileIsRefusedByEveryCommandAndStaysAsItIs)
+{
+    const std::string sound = NoteFileBytes();
+    const std::map<std::string, std::string> files = {
+        {"empty", ""},
+        {"one byte", "x"},
+        {"a picture", "\xFF\xD8\xFF\xE0" + std::string(5000, '\x42')},
+        {"text", std::string(9000, 'a')},
+        {"zeros", std::string(9000, '\0')},
+        {"cut in the sizes", sound.substr(0, 11)},
+        {"cut in the header", sound.substr(0, 700)},
+        {"cut in the categories", sound.substr(0, 2000)},
+        {"header size 0", WithNumber(sound, 0, 0)},
+        {"header size 4 GB", WithNumber(sound, 0, 0xFFFFFFFF)},
+        {"category size 4 GB", WithNumber(sound, 4, 0xFFFFFFFF)},
+        {"record size 0", WithNumber(sound, 8, 0)},
+        {"record size 4 GB", WithNumber(sound, 8, 0xFFFFFFFF)},
+        {"a contact book", WithNumber(sound, 8, 859)},
+    };
+    for (const auto& [name, bytes] : files) {
+        const std::string path = Write("bad.jot", bytes);
+        for (const Arguments& arguments : Commands(path)) {
+            // Repairing needs no notes in a table: a contact book is one.
+            const bool isUpkeep = arguments[0] == "check" || arguments[0] == "compact";
+            if (name == "a contact book" && isUpkeep)
+                continue;
+            // Every command on one file; on the others those that open, write and rewrite.
+            if (name != "text" && !isUpkeep && arguments[0] != "list" && arguments[0] != "add")
+                continue;
+            SCOPED_TRACE(name + ": " + arguments[0]);
+            ASSERT_THAT(Run(arguments), Complains(3, path));
+            ASSERT_EQ(Read(path), bytes);
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(Path("out.csv")));
+    EXPECT_FALSE(std::filesystem::exists(Path("bad.jot.temp")));
+}
+
+TEST_F(BadFileTest, FoldersDevicesPipesAndMissingFilesAreRefusedWithoutWaiting)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    for (const std::string& path : {folder.string(), Path("none.jot"), Path("pipe"), std::string("/dev/zero"),
+                                    std::string("/dev/full"), std::string()})
+        for (const Arguments& arguments : Commands(path)) {
+            SCOPED_TRACE(path + ": " + arguments[0]);
+            ASSERT_THAT(Run(arguments), Complains(3, path));
+        }
+    EXPECT_FALSE(std::filesystem::exists(Path("none.jot")));
+}
+
+TEST_F(BadFileTest, CountersAndTextsThatLieHarmNothing)
+{
+    std::string lying = NoteFileBytes();
+    lying = WithNumber(lying, 12 + 1006, 0x80000000);      // free slots that are not there
+    lying = WithNumber(lying, 12 + 1581 + 8, 0xFFFFFFFF);  // four billion categories
+    for (const auto& [at, size] : {std::pair<std::size_t, std::size_t>{12 + 4, 60},
+                                   {2625 + 16, 30},
+                                   {2625 + 516, 30},
+                                   {2625 + 550, 260},
+                                   {2625 + 839, 260},
+                                   {2625 + 1100, 260},
+                                   {2625 + 1383, 2174}})
+        lying.replace(at, size, size, '\xE4');  // no text has an end
+    lying[2625 + 549] = 1;
+    lying[2625 + 1099] = 1;
+    lying.replace(2625 + 50, 28, 28, '\x7F');  // no date, no time
+    const std::string path = Write("bad.jot", lying);
+
+    const Outcome listed = Run({"list", path, "--json"});
+    ASSERT_THAT(listed, ExitsWith(0));
+    const nlohmann::json note = listed.Json()[0];
+    EXPECT_EQ(note["date"], nullptr);
+    EXPECT_EQ(note["time"], nullptr);
+    EXPECT_EQ(note["category"].get<std::string>().size(), 60u) << "30 characters of Windows-1252";
+    EXPECT_EQ(Run({"info", path, "--json"}).Json()["categories"].size(), 30u);
+    EXPECT_THAT(Run({"show", path, note["id"]}), ExitsWith(0));
+    EXPECT_THAT(Run({"report", path, Path("out.txt"), "--find", "\xE4"}), ExitsWith(0));
+
+    EXPECT_THAT(Run({"add", path, "--title", "a", "--text", "b"}), Complains(1, path));
+    EXPECT_THAT(Run({"compact", path}), ExitsWith(0));
+    EXPECT_THAT(Run({"add", path, "--title", "a", "--text", "b"}), ExitsWith(0));
+}
+
+TEST_F(BadFileTest, AFileThatMayNotBeWrittenIsRefused)
+{
+    const std::string bytes = NoteFileBytes();
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::group_read |
+                                           std::filesystem::perms::others_read);
+    const std::string outPath = Path("said");
+    const int failures = RunAsOrdinaryUser(folder.string(), [&] {
+        int wrong = 0;
+        for (const Arguments& arguments : Commands(file)) {
+            std::string command = std::string("'") + JOTCTL_PATH + "'";
+            for (const std::string& argument : arguments)
+                command += " '" + argument + "'";
+            const int status = std::system((command + " </dev/null >/dev/null 2>>'" + outPath + "'").c_str());
+            wrong += WIFEXITED(status) && WEXITSTATUS(status) == 3 ? 0 : 1;
+        }
+        return wrong;
+    });
+    EXPECT_EQ(failures, 0) << Read(outPath);
+    EXPECT_THAT(Read(outPath), HasSubstr(file));
+    EXPECT_EQ(Read(file), bytes);
+}
+
+}  // namespace
+}  // namespace jotlet::test

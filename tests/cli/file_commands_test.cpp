@@ -1,0 +1,158 @@
+// new, info, check, compact.
+#include "cli/jotctl_fixture.h"
+#include "store/open_table.h"
+
+namespace jotlet::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+using FileCommandsTest = JotctlTest;
+
+constexpr std::size_t kOpenCountAt = 12 + 1018;
+
+TEST_F(FileCommandsTest, ANewFileIsEmptyAndHasTheFifteenCategories)
+{
+    NewFile();
+    EXPECT_EQ(std::filesystem::file_size(file), 2625u);
+    const nlohmann::json info = Info();
+    EXPECT_EQ(info["categories"].size(), 15u);
+    EXPECT_EQ(info["categories"][0], "Calls");
+    EXPECT_EQ(info["categories"][14], "Test");
+    const nlohmann::json passwords = {{"owner", false}, {"assistant", false}, {"reader", false}};
+    EXPECT_EQ(info["passwords"], passwords);
+    const std::map<std::string, nlohmann::json> values = {
+        {"headerSize", 1581},    {"categorySize", 1032}, {"recordSize", 3557}, {"fileType", "Notes"},
+        {"family", "Organizer"}, {"version", 3},         {"freeSlots", 0},     {"changeStamp", 10},
+        {"openCount", 0},        {"slots", 0},           {"live", 0},          {"locked", 0}};
+    for (const auto& [name, value] : values)
+        EXPECT_EQ(info[name], value) << name;
+    EXPECT_EQ(info.size(), values.size() + 2);
+}
+
+TEST_F(FileCommandsTest, TheExamplesAreFourNotesInTitleOrder)
+{
+    file = Path("examples.jot");
+    ASSERT_THAT(Run({"new", file, "--examples"}), ExitsWith(0));
+    EXPECT_THAT(Titles(), ElementsAre("Alarm", "Colors", "Equivalent", "Texts"));
+}
+
+TEST_F(FileCommandsTest, NewRefusesAFileThatIsThereAndAPlaceWhereNoneCanBe)
+{
+    const std::string text = Write("letter.txt", "dear");
+    EXPECT_THAT(Run({"new", text}), Complains(1, text));
+    EXPECT_EQ(Read(text), "dear");
+    const std::string lost = Path("nowhere/notes.jot");
+    EXPECT_THAT(Run({"new", lost}), Complains(3, lost));
+    EXPECT_THAT(Run({"new", "/proc/notes.jot"}), Complains(3, "/proc/notes.jot"));
+    EXPECT_THAT(Run({"new", folder.string()}), Complains(1, folder.string()));
+}
+
+TEST_F(FileCommandsTest, InfoCountsTheOpeningsOfOthersAndTheNotesTheyHold)
+{
+    NewFile();
+    Add("a");
+    Add("b");
+    {
+        const OpenedTable other = OpenTable(file, "", kNoteRecordSize);
+        ASSERT_TRUE(other);
+        ASSERT_EQ(other.table->LockRecord(kFirstRecordOffset), 1);
+        EXPECT_EQ(Info()["openCount"], 1);
+        EXPECT_EQ(Info()["locked"], 1);
+        EXPECT_EQ(Info()["live"], 2);
+        other.table->UnlockRecord(kFirstRecordOffset);
+    }
+    EXPECT_EQ(Info()["openCount"], 0);
+    EXPECT_THAT(Run({"info", file}).out, HasSubstr("live:          2\n"));
+}
+
+TEST_F(FileCommandsTest, CheckLeavesASoundFileAloneAndRepairsOneThatWasNotClosed)
+{
+    NewFile();
+    const std::string kept = Add("a");
+    Run({"delete", file, Add("b")});
+    const std::string before = Read(file);
+    EXPECT_THAT(Run({"check", file}).out, EndsWith("in order\n"));
+    EXPECT_EQ(Read(file), before);
+
+    std::string crashed = before;
+    crashed[kOpenCountAt] = 1;  // a copy was killed
+    crashed[2625 + 5] = 1;      // while it held the first note
+    Write("notes.jot", crashed);
+    EXPECT_THAT(Run({"check", file}).out, EndsWith("repaired\n"));
+    EXPECT_EQ(Read(file),
+              before.substr(0, 12 + 1006) + std::string(4, '\0') + before.substr(12 + 1010, 2625 + 3557 - 12 - 1010));
+    EXPECT_THAT(Run({"edit", file, kept, "--title", "c"}), ExitsWith(0));
+}
+
+TEST_F(FileCommandsTest, AnyCommandRepairsFirstSoThatAStaleLockHoldsNobodyUp)
+{
+    NewFile();
+    const std::string id = Add("a");
+    std::string crashed = Read(file);
+    crashed[kOpenCountAt] = 1;
+    crashed[2625 + 5] = 1;
+    Write("notes.jot", crashed);
+    EXPECT_THAT(Run({"edit", file, id, "--title", "b"}), ExitsWith(0));
+    EXPECT_THAT(Titles(), ElementsAre("b"));
+    EXPECT_EQ(Info()["locked"], 0);
+}
+
+TEST_F(FileCommandsTest, CompactDropsFreeSlotsAndKeepsTheOrderOfTheNotes)
+{
+    NewFile();
+    const std::string first = Add("c");
+    Add("b");
+    const std::string third = Add("a");
+    Run({"delete", file, first});
+    EXPECT_THAT(Run({"compact", file}).out, EndsWith("compacted\n"));
+    EXPECT_EQ(std::filesystem::file_size(file), 2625u + 2 * 3557u);
+    EXPECT_EQ(Info()["freeSlots"], 0);
+    EXPECT_THAT(Titles(), ElementsAre("a", "b"));
+    EXPECT_EQ(Run({"show", file, third, "--json"}).Json()["address"], 2625 + 3557);
+    EXPECT_FALSE(std::filesystem::exists(file + ".temp"));
+}
+
+TEST_F(FileCommandsTest, AFileInUseIsNeitherCheckedNorCompacted)
+{
+    NewFile();
+    Run({"delete", file, Add("a")});
+    const OpenedTable other = OpenTable(file, "", kNoteRecordSize);
+    ASSERT_TRUE(other);
+    const std::string before = Read(file);
+    EXPECT_THAT(Run({"compact", file}), Complains(1, file));
+    EXPECT_THAT(Run({"check", file}), Complains(1, file));
+    EXPECT_EQ(Read(file), before);
+}
+
+TEST_F(FileCommandsTest, AnIncompleteLastRecordIsToldOfAndNotShown)
+{
+    NewFile();
+    Add("a");
+    Add("b");
+    std::filesystem::resize_file(file, 2625 + 3557 + 1000);
+    const Outcome listed = Run({"list", file, "--json"});
+    ASSERT_THAT(listed, ExitsWith(0));
+    EXPECT_EQ(listed.Json().size(), 1u);
+    EXPECT_THAT(listed.err, HasSubstr(file));
+    EXPECT_THAT(listed.err, HasSubstr("1000 bytes"));
+    ASSERT_THAT(Run({"compact", file}), ExitsWith(0));
+    EXPECT_EQ(std::filesystem::file_size(file), 2625u + 3557u);
+}
+
+// The last year of the calendar is a setting beside the program, shared with the desktop program.
+TEST_F(FileCommandsTest, TheCalendarEndsWhereTheSettingsSay)
+{
+    NewFile();
+    const auto addIn = [&](const std::string& year) {
+        return Run({"add", file, "--title", "t", "--text", "t", "--date", year + "-12-31"}).code;
+    };
+    EXPECT_EQ(addIn("2000"), 0);
+    EXPECT_EQ(addIn("2099"), 0);
+    EXPECT_EQ(addIn("2100"), 2);
+}
+
+}  // namespace
+}  // namespace jotlet::test
