@@ -1,122 +1,157 @@
-# What the tests on a virtual display share; each sources it with the folder of the built programs as first argument.
-# A test gets a display with a window manager, a copy of the program folder and settings folders of its own, all gone
-# at its end. It waits for conditions, never for a time.
+# What the tests on a real display share. Source it first; everything started here ends with the script.
+#
+#   start_screen              a virtual display with a window manager; sets DISPLAY
+#   new_program               a fresh program folder with private data and runtime folders; sets PROGRAM and WORKS
+#   start_copy [FILE]         starts the program; waits for its window; sets WINDOW and PID
+#   end_copy                  closes the window as a user does and waits for the process
+#   wait_for SECONDS WHAT COMMAND...    until the command succeeds, else the test fails saying WHAT
+#   window_named NAME         number of the visible window with that title (a pattern)
+#   pixel X Y                 colour of a pixel of WINDOW, as RRGGBB
+#   press KEYS..., type_text TEXT, click X Y, double_click X Y, right_click X Y      in WINDOW's coordinates
+#   setting KEY, suite_setting KEY      a value of the section "Preference"
+#   check WHAT COMMAND...     says whether the command succeeded and counts
+#   finish                    the result of the script
+set -uo pipefail
 
-set -euo pipefail
-programs=$1
-work=$(mktemp -d)
-readonly kScreenWidth=1024
-pids=()
+BIN=${JOTLET_BIN:?the folder of the built program}
+SCRATCH=$(mktemp -d "${TMPDIR:-/tmp}/jotlet-screen-XXXXXX")
+started=()
+failures=0
+checks=0
 
-# Ends only what the test started, last first, so that the board saves its state before its display goes.
-clean_up() {
+# Ends only what was started here, last first.
+end_all() {
     local i
-    for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
-        kill "${pids[i]}" 2>/dev/null || continue
-        for _ in $(seq 50); do kill -0 "${pids[i]}" 2>/dev/null || break; sleep 0.1; done
-        kill -KILL "${pids[i]}" 2>/dev/null || true
+    for ((i = ${#started[@]} - 1; i >= 0; i--)); do
+        kill "${started[i]}" 2>/dev/null || continue
+        for _ in $(seq 40); do kill -0 "${started[i]}" 2>/dev/null || break; sleep 0.05; done
+        kill -KILL "${started[i]}" 2>/dev/null || true
     done
-    rm -rf "$work"
+    wait 2>/dev/null
+    rm -rf "$SCRATCH"
 }
-trap clean_up EXIT
+trap end_all EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
 
-# JOTLET_SCREEN_SHOTS=FOLDER keeps a picture of the screen at each failure.
+say() { printf '%s\n' "$*"; }
 fail() {
-    printf 'FAILED: %s\n' "$1" >&2
-    [ ! -s "$work/jotlet.log" ] || tail -n 20 "$work/jotlet.log" >&2
-    [ -z "${JOTLET_SCREEN_SHOTS:-}" ] || shot "$JOTLET_SCREEN_SHOTS/$(basename "$0" .sh).png"
+    say "FAILED: $*"
+    [ -z "${JOTLET_SHOTS:-}" ] || import -window root "$JOTLET_SHOTS/$(basename "$0" .sh)-failed.png" 2>/dev/null
     exit 1
 }
+skip() { say "skipped: $*"; exit 77; }
 
-shot() { import -silent -window root "$1"; }
+for tool in Xvfb openbox xdotool import convert; do
+    command -v $tool >/dev/null || skip "$tool is not installed"
+done
 
-# wait_for WHAT COMMAND...: until the command succeeds; the test fails when it does not within JOTLET_PATIENCE seconds.
 wait_for() {
-    local what=$1 end=$((SECONDS + ${JOTLET_PATIENCE:-30}))
-    shift
+    local end=$((SECONDS + $1)) what=$2
+    shift 2
     until "$@" >/dev/null 2>&1; do
-        [ $SECONDS -lt $end ] || fail "waited in vain for: $what"
+        [ $SECONDS -le $end ] || fail "no $what in time"
         sleep 0.05
     done
 }
 
 start_screen() {
-    local tool
-    for tool in Xvfb openbox xdotool import python3; do
-        command -v $tool >/dev/null || { echo "skipped: $tool is not installed"; exit 77; }
-    done
-    Xvfb -displayfd 3 -screen 0 ${kScreenWidth}x768x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
-    pids+=($!)
-    wait_for "virtual display" test -s "$work/display"
-    DISPLAY=:$(cat "$work/display")
+    Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp 3>"$SCRATCH/display" 2>"$SCRATCH/xvfb.log" &
+    started+=($!)
+    wait_for 10 "display" test -s "$SCRATCH/display"
+    DISPLAY=:$(cat "$SCRATCH/display")
     export DISPLAY QT_QPA_PLATFORM=xcb
     unset WAYLAND_DISPLAY
-    export HOME=$work/home XDG_DATA_HOME=$work/data XDG_CONFIG_HOME=$work/config XDG_CACHE_HOME=$work/cache
-    export XDG_RUNTIME_DIR=$work/run
-    mkdir -p "$HOME" "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_RUNTIME_DIR"
-    chmod 700 "$XDG_RUNTIME_DIR"
-    openbox --sm-disable >"$work/openbox.log" 2>&1 &
-    pids+=($!)
-    wait_for "window manager" xdotool get_num_desktops
-    # The program folder, without the test programs.
-    mkdir "$work/program"
-    find "$programs" -mindepth 1 -maxdepth 1 ! -name '*_test' -exec cp -a {} "$work/program/" \;
+    openbox >"$SCRATCH/openbox.log" 2>&1 &
+    started+=($!)
+    wait_for 10 "window manager" xdotool get_num_desktops
 }
 
-jotctl() { "$work/program/jotctl" "$@"; }
-
-# start_jotlet ARGUMENT...: starts a copy and waits for its board; `board` is its process, `frame` its window.
-start_jotlet() {
-    "$work/program/jotlet" "$@" >>"$work/jotlet.log" 2>&1 &
-    board=$!
-    pids+=("$board")
-    wait_for "board" has_board
+new_program() {
+    local home=$SCRATCH/home$RANDOM
+    mkdir -p "$home/run" "$home/data"
+    chmod 700 "$home/run"
+    cp -r "$BIN" "$home/program"
+    rm -rf "$home/program/Works" "$home/program/jotlet.ini"
+    PROGRAM=$home/program/jotlet
+    CONTROL=$home/program/jotctl
+    WORKS=$home/program/Works
+    export HOME=$home XDG_DATA_HOME=$home/data XDG_RUNTIME_DIR=$home/run XDG_CONFIG_HOME=$home/config
+    printf 'Splash=0\nSound=0\nAnnimation=0\n' >>"$home/program/Pinwell.ini"
 }
-has_board() {
-    local window name
-    for window in $(xdotool search --onlyvisible --pid "$board"); do
-        name=$(xdotool getwindowname "$window")
-        case $name in 'Jotlet :'*) frame=$window; xdotool windowactivate --sync "$window" && return 0 ;; esac
+
+setting() { sed -n "s/^$1=//p" "${PROGRAM%.*}.ini" 2>/dev/null | tr -d '\r'; }
+suite_setting() { sed -n "s/^$1=//p" "$(dirname "$PROGRAM")/Pinwell.ini" | tr -d '\r'; }
+
+window_named() { xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -n 1 | grep .; }
+window_of() { xdotool search --onlyvisible --pid "$1" --name "${2:-^Jotlet : }" 2>/dev/null | tail -n 1 | grep .; }
+gone() { ! kill -0 "$1" 2>/dev/null; }
+
+# Starts the program without waiting for its board; sets PID.
+launch() {
+    "$PROGRAM" "$@" >"$SCRATCH/program.log" 2>&1 &
+    PID=$!
+    started+=("$PID")
+}
+start_copy() {
+    launch "$@"
+    wait_for 20 "window of the program" window_of "$PID"
+    WINDOW=$(window_of "$PID")
+    xdotool windowactivate --sync "$WINDOW" 2>/dev/null || true
+}
+end_copy() {
+    xdotool windowactivate --sync "$WINDOW" 2>/dev/null || true
+    press alt+F4
+    wait_for 10 "end of the program" gone "$PID"
+}
+
+place_of() {
+    xdotool getwindowgeometry "$WINDOW" |
+        sed -n 's/.*Position: \(-*[0-9]*\),\(-*[0-9]*\).*/\1 \2/p; s/.*Geometry: \([0-9]*\)x\([0-9]*\).*/\1 \2/p' | xargs
+}
+size_is() { [ "$(place_of | cut -d' ' -f3,4)" = "$1 $2" ]; }
+title_is() { [ "$(xdotool getwindowname "$WINDOW")" = "$1" ]; }
+
+pixel() {
+    local place
+    read -ra place <<<"$(place_of)"
+    import -window root -crop "1x1+$((place[0] + $1))+$((place[1] + $2))" +repage -depth 8 rgb:- | od -An -tx1 | tr -d ' \n'
+}
+pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
+
+press() { xdotool key --clearmodifiers "$@"; }
+type_text() { xdotool type --clearmodifiers --delay 5 -- "$1"; }
+point() { xdotool mousemove --sync --window "$WINDOW" "$1" "$2"; }
+click() { point "$1" "$2"; xdotool click 1; }
+right_click() { point "$1" "$2"; xdotool click 3; }
+double_click() { point "$1" "$2"; xdotool click --repeat 2 --delay 40 1; }
+
+# The window of a dialog, in DIALOG, focused.
+wait_dialog() {
+    wait_for 10 "dialog \"$1\"" window_named "$1"
+    DIALOG=$(window_named "$1")
+    xdotool windowactivate --sync "$DIALOG" 2>/dev/null || true
+}
+no_dialog() { ! window_named "$1"; }
+
+check() {
+    local what=$1
+    shift
+    checks=$((checks + 1))
+    local end=$((SECONDS + 5))
+    until "$@" >/dev/null 2>&1; do
+        if [ $SECONDS -gt $end ]; then
+            failures=$((failures + 1))
+            say "FAILED: $what"
+            [ -z "${JOTLET_SHOTS:-}" ] || import -window root "$JOTLET_SHOTS/$(basename "$0" .sh)-$checks.png"
+            return
+        fi
+        sleep 0.05
     done
-    return 1
+    say "ok: $what"
 }
-stop_jotlet() {
-    kill "$board"
-    wait "$board" || true
+finish() {
+    say "$checks checks, $failures failed"
+    [ $failures -eq 0 ] && [ $checks -gt 0 ]
+    exit
 }
-
-# The windows of the running copy that are on view.
-windows() { xdotool search --onlyvisible --pid "$board" 2>/dev/null | sort; }
-
-# at_colour RRGGBB: where the first pixel of this colour stands on the screen, as "x y".
-at_colour() {
-    import -silent -window root -depth 8 rgb:- | python3 -c '
-import sys
-pixels, colour = sys.stdin.buffer.read(), bytes.fromhex(sys.argv[1])
-at = pixels.find(colour)
-while at % 3 and at >= 0:
-    at = pixels.find(colour, at + 1)
-if at < 0:
-    sys.exit(1)
-print(at // 3 % int(sys.argv[2]), at // 3 // int(sys.argv[2]))' "$1" $kScreenWidth
-}
-has_colour() { at_colour "$1" >/dev/null; }
-
-# with_new_window COMMAND...: runs it and waits until the board has one window more and that is the active one.
-with_new_window() {
-    before=$(windows)
-    "$@"
-    wait_for "window after: $*" new_window_is_active
-}
-new_window_is_active() {
-    local added
-    added=$(comm -13 <(echo "$before") <(windows))
-    [ -n "$added" ] && grep -qx "$(xdotool getactivewindow)" <<<"$added"
-}
-# until_closed COMMAND...: runs it and waits until the window that is active now has gone and the board has the keys.
-until_closed() {
-    closing=$(xdotool getactivewindow)
-    "$@"
-    wait_for "end of the window after: $*" has_closed
-}
-has_closed() { ! windows | grep -qx "$closing" && windows | grep -qx "$(xdotool getactivewindow)"; }
