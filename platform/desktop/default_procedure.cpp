@@ -127,17 +127,13 @@ Qt::Edges EdgesOf(int direction)
 
 MessageParam RunSystemCommand(NativeWidget& window, MessageParam wParam)
 {
-    QWindow* handle = window.isWindow() ? window.windowHandle() : nullptr;
     switch (static_cast<int>(wParam) & 0xFFF0) {
         case kSysMove:
-            if (!handle || !handle->startSystemMove())
-                BeginFrameTracking(window, {});
+            BeginFrameTracking(window, {});
             break;
         case kSysSize:
             window.ApplyLimits();
-            if (const Qt::Edges edges = EdgesOf(static_cast<int>(wParam) & 15);
-                !handle || !handle->startSystemResize(edges))
-                BeginFrameTracking(window, edges);
+            BeginFrameTracking(window, EdgesOf(static_cast<int>(wParam) & 15));
             break;
         case kSysMinimize:
             window.showMinimized();

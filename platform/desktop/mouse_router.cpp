@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QWindow>
 #include <optional>
 
 #include "platform/desktop/qt/convert.h"
@@ -17,7 +18,12 @@ struct Tracking {
     Qt::Edges edges;
     QRect start;
     QPoint from;
+    bool handedOver = false;  // the window manager was asked
 };
+
+// How far the mouse goes before a press counts as a drag. Until then nothing is grabbed, and a second press still makes
+// a double click.
+constexpr int kDragDistance = 3;
 
 struct MouseState {
     WindowHandle capture = 0;
@@ -37,12 +43,28 @@ bool Synthetic(const QMouseEvent& event)
     return event.source() == Qt::MouseEventSynthesizedByApplication;
 }
 
+bool HandToWindowManager(NativeWidget& frame, Qt::Edges edges)
+{
+    QWindow* window = frame.windowHandle();
+    return window && (edges ? window->startSystemResize(edges) : window->startSystemMove());
+}
+
 void Track(const QPoint& screen)
 {
     NativeWidget* frame = NativeOf(mouse.tracking.frame);
     if (!frame)
         return;
     const QPoint moved = screen - mouse.tracking.from;
+    if (!mouse.tracking.handedOver) {
+        if (moved.manhattanLength() < kDragDistance)
+            return;
+        mouse.tracking.handedOver = true;
+        if (HandToWindowManager(*frame, mouse.tracking.edges)) {
+            mouse.tracking = {};
+            mouse.leftDown = false;  // the release goes to the window manager
+            return;
+        }
+    }
     QRect bounds = mouse.tracking.start;
     if (!mouse.tracking.edges) {
         frame->Place(bounds.translated(moved));

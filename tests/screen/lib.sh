@@ -84,7 +84,7 @@ setting() { sed -n "s/^$1=//p" "${PROGRAM%.*}.ini" 2>/dev/null | tr -d '\r'; }
 suite_setting() { sed -n "s/^$1=//p" "$(dirname "$PROGRAM")/Pinwell.ini" | tr -d '\r'; }
 
 window_named() { xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -n 1 | grep .; }
-window_of() { xdotool search --onlyvisible --pid "$1" --name "${2:-^Jotlet : }" 2>/dev/null | tail -n 1 | grep .; }
+window_of() { xdotool search --all --onlyvisible --pid "$1" --name "${2:-^Jotlet : }" 2>/dev/null | tail -n 1 | grep .; }
 gone() { ! kill -0 "$1" 2>/dev/null; }
 
 # Starts the program without waiting for its board; sets PID.

@@ -18,7 +18,8 @@ MessageParam PointParam(const QPoint& p);
 // A window is gone: no capture, no tracking for it.
 void ForgetMouse(WindowHandle window);
 
-// Moves (edges none) or sizes the frame with the mouse until the left button is released.
+// Moves (edges none) or sizes the frame with the mouse until the left button is released; by the window manager, from
+// the first real movement on, where there is one.
 void BeginFrameTracking(NativeWidget& frame, Qt::Edges edges);
 // True from now until the next left release, which no window sees; `false` ends the wait.
 void WaitForRelease(bool waiting);
