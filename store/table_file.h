@@ -117,7 +117,9 @@ public:
 
     // Stores `record` (RecordSize() bytes, `active` 1) in the first free slot, or behind the last one.
     // 1, and the address in `address` if given; kRefusedByRole; 0 when the write failed, no slot could be got, or the
-    // file has reached 2 GiB. A header that counts free slots which aren't there gives 0 until the next repair.
+    // file has reached 2 GiB. A header that counts free slots which aren't there gives 0 until the next repair. Where
+    // records are added one by one with a Flush each, a file of 1,000 slots and more grows by 64 slots at once, the
+    // others free and counted.
     int AddRecord(std::span<const std::byte> record, RecordAddress* address = nullptr);
     // AddRecord for each of the records that stand one behind the other in `records`, in one turn and, where they go
     // behind the last slot, with one write. `addresses` gets one address for each that was stored: all of them with 1,
@@ -144,7 +146,7 @@ public:
     std::uint64_t GetChangeStamp() const;
     // From the password and the header as it is now. None when nothing matches or the header can't be read.
     Role GetRole() const;
-    // 1 when everything written so far is on the disk.
+    // 1 when everything that this object wrote so far is on the disk, but for the counters, which a repair would set.
     int Flush();
 
     // Fills the query's results (record_query.h). 1, or 0 when the file can't be read or there is no room for results;
