@@ -155,6 +155,7 @@ Contest AddOne(const Shared& arena)
     auto other = std::make_shared<SqliteNotes>(arena->folder + "/add.db");
     own->Fill(arena->notes);
     other->Fill(arena->notes);
+    other->Reopen();
     return {"add",
             "add one note, on the disk",
             1.0,
@@ -187,6 +188,7 @@ Contest EditContest(const Shared& arena)
     auto other = std::make_shared<SqliteNotes>(arena->folder + "/edit.db");
     own->Fill(arena->notes);
     other->Fill(arena->notes);
+    other->Reopen();
     return {"edit",
             "lock, read, write, unlock, flush one note",
             1.0,

@@ -7,15 +7,6 @@
 namespace jotlet {
 namespace {
 
-sqlite3* OpenDatabase(const std::string& path)
-{
-    for (const char* end : {"", "-wal", "-shm", "-journal"})
-        std::filesystem::remove(path + end);
-    sqlite3* database = nullptr;
-    sqlite3_open(path.c_str(), &database);
-    return database;
-}
-
 void BindText(sqlite3_stmt* statement, int index, std::string_view text)
 {
     sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
@@ -23,13 +14,31 @@ void BindText(sqlite3_stmt* statement, int index, std::string_view text)
 
 }  // namespace
 
-SqliteNotes::SqliteNotes(const std::string& path) : database(OpenDatabase(path), sqlite3_close)
+SqliteNotes::SqliteNotes(const std::string& path) : path(path), database(nullptr, sqlite3_close)
 {
+    for (const char* end : {"", "-wal", "-shm", "-journal"})
+        std::filesystem::remove(path + end);
+    Open();
+}
+
+void SqliteNotes::Reopen()
+{
+    for (Statement* statement : {&all, &category, &find, &insert, &update, &version})
+        statement->reset();
+    database.reset();
+    Open();
+}
+
+void SqliteNotes::Open()
+{
+    sqlite3* opened = nullptr;
+    sqlite3_open(path.c_str(), &opened);
+    database.reset(opened);
     Execute("PRAGMA journal_mode=WAL");
     Execute("PRAGMA synchronous=FULL");
     Execute(
-        "CREATE TABLE notes (id INTEGER PRIMARY KEY, title TEXT, text TEXT, category TEXT, date INTEGER,"
-        " colour INTEGER, confidential INTEGER)");
+        "CREATE TABLE IF NOT EXISTS notes (id INTEGER PRIMARY KEY, title TEXT, text TEXT, category TEXT,"
+        " date INTEGER, colour INTEGER, confidential INTEGER)");
     all = Prepare("SELECT id FROM notes ORDER BY title COLLATE NOCASE");
     category = Prepare("SELECT id FROM notes WHERE category = ? COLLATE NOCASE ORDER BY title COLLATE NOCASE");
     find = Prepare("SELECT id FROM notes WHERE title LIKE ?1 OR text LIKE ?1 ORDER BY date");

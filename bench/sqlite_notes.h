@@ -18,6 +18,9 @@ public:
     // Makes a new database, in place of one that is there.
     explicit SqliteNotes(const std::string& path);
 
+    // Closes the database and opens it as the next start of a program would: its write-ahead log is empty then, and
+    // grows.
+    void Reopen();
     void Fill(const std::vector<SampleNote>& notes);  // one transaction
     int AllByTitle();                                 // each gives the count of ids that came
     int CategoryByTitle(std::string_view category);
@@ -35,7 +38,9 @@ private:
     int CountRows(sqlite3_stmt* statement);
     void Execute(const char* sql);
     void Check(int code);
+    void Open();
 
+    std::string path;
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> database;
     // Prepared once, as a program would that does the same again and again.
     Statement all{nullptr, sqlite3_finalize};
