@@ -135,6 +135,8 @@ int RunFrame(Application& application)
 
 int RunProgram(int argc, char** argv)
 {
+    // An export into a pipe whose reader has gone, or a server that hangs up, is a failed write and not our end.
+    std::signal(SIGPIPE, SIG_IGN);
     SetProcessNames("Jotlet", CommandLinePath(argc, argv));
     if (!MayRun())
         return 0;
