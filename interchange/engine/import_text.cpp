@@ -18,6 +18,17 @@ namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
 
+// Room to grow in the same bytes: other line ends, another encoding, the line end that the reader may add. What stays
+// unused of it costs addresses and no memory; where even those are short, the growing copies.
+void Reserve(std::string& bytes, std::size_t size)
+{
+    try {
+        bytes.reserve(2 * size + 8);
+    } catch (const std::bad_alloc&) {
+        bytes.reserve(size + 2);
+    }
+}
+
 ImportFileResult Read(const std::string& path, std::size_t limit, bool wholeFile, std::string& bytes)
 {
     bytes.clear();
@@ -43,7 +54,7 @@ ImportFileResult Read(const std::string& path, std::size_t limit, bool wholeFile
         return fail(ImportFileError::TooLarge);
     try {
         const std::size_t wanted = std::min(static_cast<std::size_t>(size), limit);
-        bytes.reserve(wanted + 2);  // and the line end that the reader may add
+        Reserve(bytes, wanted);
         bytes.resize(wanted);
     } catch (const std::bad_alloc&) {
         return fail(ImportFileError::OutOfMemory);
@@ -62,42 +73,48 @@ ImportFileResult Read(const std::string& path, std::size_t limit, bool wholeFile
     return result;
 }
 
-void AppendUtf8(std::string& out, std::uint32_t point)
+// Writes the character at `at` and gives the place behind it.
+std::size_t WriteUtf8(std::string& text, std::size_t at, std::uint32_t point)
 {
+    const auto put = [&](std::uint32_t byte) { text[at++] = static_cast<char>(byte); };
     if (point < 0x80) {
-        out += static_cast<char>(point);
-    } else if (point < 0x800) {
-        out += static_cast<char>(0xC0 | (point >> 6));
-        out += static_cast<char>(0x80 | (point & 0x3F));
-    } else if (point < 0x10000) {
-        out += static_cast<char>(0xE0 | (point >> 12));
-        out += static_cast<char>(0x80 | (point >> 6 & 0x3F));
-        out += static_cast<char>(0x80 | (point & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (point >> 18));
-        out += static_cast<char>(0x80 | (point >> 12 & 0x3F));
-        out += static_cast<char>(0x80 | (point >> 6 & 0x3F));
-        out += static_cast<char>(0x80 | (point & 0x3F));
+        put(point);
+        return at;
     }
+    if (point < 0x800) {
+        put(0xC0 | point >> 6);
+    } else {
+        if (point < 0x10000) {
+            put(0xE0 | point >> 12);
+        } else {
+            put(0xF0 | point >> 18);
+            put(0x80 | (point >> 12 & 0x3F));
+        }
+        put(0x80 | (point >> 6 & 0x3F));
+    }
+    put(0x80 | (point & 0x3F));
+    return at;
 }
 
-// `units` begins behind the byte order mark; `high` is the place of the high byte in a pair. A lone surrogate becomes
-// U+FFFD, and so does an odd byte at the end.
-std::string FromUtf16(std::string_view units, std::size_t high)
+// Text behind its byte order mark becomes UTF-8 in the same bytes, so that a large file is held only once; `high` is
+// the place of the high byte in a pair. A lone surrogate becomes U+FFFD, and so does an odd byte at the end.
+void Utf16ToUtf8(std::string& text, std::size_t high)
 {
     constexpr std::uint32_t kReplacement = 0xFFFD;
-    const auto unitAt = [&](std::size_t at) {
-        return static_cast<std::uint32_t>(static_cast<unsigned char>(units[at + high]) << 8 |
-                                          static_cast<unsigned char>(units[at + 1 - high]));
+    // Two bytes become three at most. With the room for that in front, the writing never reaches what is still unread.
+    const std::size_t room = text.size() / 2 + 4;
+    text.insert(0, room, '\0');
+    std::size_t at = room + 2;
+    const auto unitAt = [&](std::size_t place) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(text[place + high]) << 8 |
+                                          static_cast<unsigned char>(text[place + 1 - high]));
     };
-    std::string out;
-    out.reserve(units.size() / 2 + units.size() / 16);
-    std::size_t at = 0;
-    while (at + 1 < units.size()) {
+    std::size_t end = 0;
+    while (at + 1 < text.size()) {
         std::uint32_t point = unitAt(at);
         at += 2;
         if (point >= 0xD800 && point <= 0xDFFF) {
-            const std::uint32_t next = point <= 0xDBFF && at + 1 < units.size() ? unitAt(at) : 0;
+            const std::uint32_t next = point <= 0xDBFF && at + 1 < text.size() ? unitAt(at) : 0;
             if (next >= 0xDC00 && next <= 0xDFFF) {
                 point = 0x10000 + ((point - 0xD800) << 10) + (next - 0xDC00);
                 at += 2;
@@ -105,28 +122,27 @@ std::string FromUtf16(std::string_view units, std::size_t high)
                 point = kReplacement;
             }
         }
-        AppendUtf8(out, point);
+        end = WriteUtf8(text, end, point);
     }
-    if (at < units.size())
-        AppendUtf8(out, kReplacement);
-    return out;
+    if (at < text.size())
+        end = WriteUtf8(text, end, kReplacement);
+    text.resize(end);
 }
 
-std::string WithCrLf(std::string text)
+// Grows in the same bytes, from the back.
+void EndLinesWithCrLf(std::string& text)
 {
     const auto count = static_cast<std::size_t>(std::ranges::count(text, '\n'));
     if (count == 0 || text.find("\r\n") != std::string::npos)
-        return text;
-    std::string out;
-    out.reserve(text.size() + count + 2);
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t lineEnd = std::min(text.find('\n', at), text.size());
-        out.append(text, at, lineEnd - at);
-        if (lineEnd < text.size())
-            out += "\r\n";
-        at = lineEnd + 1;
+        return;
+    std::size_t from = text.size();
+    text.resize(from + count);
+    for (std::size_t to = text.size(); to > from;) {
+        const char byte = text[--from];
+        text[--to] = byte;
+        if (byte == '\n')
+            text[--to] = '\r';
     }
-    return out;
 }
 
 }  // namespace
@@ -147,10 +163,12 @@ std::string PrepareImportText(std::string bytes, LineEnds lineEnds)
     if (view.starts_with("\xEF\xBB\xBF"))
         bytes.erase(0, 3);
     else if (view.starts_with("\xFF\xFE"))
-        bytes = FromUtf16(view.substr(2), 1);
+        Utf16ToUtf8(bytes, 1);
     else if (view.starts_with("\xFE\xFF"))
-        bytes = FromUtf16(view.substr(2), 0);
-    return lineEnds == LineEnds::Auto ? WithCrLf(std::move(bytes)) : bytes;
+        Utf16ToUtf8(bytes, 0);
+    if (lineEnds == LineEnds::Auto)
+        EndLinesWithCrLf(bytes);
+    return bytes;
 }
 
 ImportFileResult LoadImportText(DelimitedReader& reader, const std::string& path, LineEnds lineEnds)

@@ -54,6 +54,19 @@ TEST(ImportTextTest, BrokenUtf16IsReplacedAndNeverReadPastItsEnd)
     EXPECT_EQ(PrepareImportText("\xFF\xFE"), "");
 }
 
+// The text grows within its own bytes: what is written must never reach what is still to be read.
+TEST(ImportTextTest, ATextThatGrowsInBothStepsComesOutWhole)
+{
+    std::u16string text;
+    std::string expected;
+    for (int i = 0; i < 5000; ++i) {
+        text += i % 3 == 0 ? u"\u20AC\u4E2D\n" : i % 3 == 1 ? u"\u20AC\n" : u"a\n\n";
+        expected += i % 3 == 0 ? "\xE2\x82\xAC\xE4\xB8\xAD\r\n" : i % 3 == 1 ? "\xE2\x82\xAC\r\n" : "a\r\n\r\n";
+    }
+    EXPECT_TRUE(PrepareImportText(Utf16(text, false)) == expected);
+    EXPECT_TRUE(PrepareImportText(Utf16(text + u"\u20AC", true)) == expected + "\xE2\x82\xAC");
+}
+
 TEST(ImportTextTest, BytesThatAreNoUtf8Stay)
 {
     EXPECT_EQ(PrepareImportText("M\xFCll\r\n"), "M\xFCll\r\n");
