@@ -1,5 +1,6 @@
 #include "interchange/report_dialogs.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/shell.h"
+#include "platform/desktop/system_metrics.h"
 #include "skin/window_helpers.h"
 #include "toolkit/choose_file.h"
 #include "toolkit/date_dialog.h"
@@ -176,7 +178,7 @@ void PrintReportDialog::MakeReport()
     ShowReportText(path);
 }
 
-// Once: the view stands below the old bottom edge.
+// Once: the view stands below the old bottom edge. The dialog moves up as far as it takes to stay whole on the desktop.
 void PrintReportDialog::Unfold()
 {
     if (std::exchange(unfolded, true))
@@ -184,7 +186,10 @@ void PrintReportDialog::Unfold()
     const Rect now = WindowRect(window);
     const Rect view = ItemRect(window, kReportView);
     const int top = GetClientArea().bottom;
-    MoveTo(window, Rect::At(now.left, now.top, now.Width(), now.Height() + kUnfoldBy));
+    const int height = now.Height() + kUnfoldBy;
+    const Rect desktop = DesktopRect({now.left, now.top});
+    const int highest = std::min(now.top, desktop.top);
+    MoveTo(window, Rect::At(now.left, std::clamp(desktop.bottom - height, highest, now.top), now.Width(), height));
     MoveItem(window, kReportView, {view.left, top, view.right, top + kViewHeight});
     ShowItem(window, kReportView, true);
 }
