@@ -5,12 +5,15 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QIcon>
 #include <QKeyEvent>
+#include <QPixmap>
 #include <QStyleFactory>
 #include <QTimer>
 #include <optional>
 
 #include "platform/desktop/qt/accessible_native.h"
+#include "platform/desktop/qt/bitmap_data.h"
 #include "platform/desktop/qt/convert.h"
 #include "platform/desktop/qt/font_data.h"
 #include "platform/desktop/qt/keys.h"
@@ -102,11 +105,26 @@ QPalette LightPalette()
 
 QtMessageHandler printMessage = nullptr;
 
-// What a display cannot do is skipped; the user need not hear of each time.
+// What a display or a computer without a sound server cannot do is skipped; the user need not hear of each time.
 void LeaveOutSkips(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (!text.startsWith(QLatin1String("This plugin does not support")))
-        printMessage(type, context, text);
+    for (const char* skipped : {"This plugin does not support", "PulseAudioService:"}) {
+        if (text.startsWith(QLatin1String(skipped)))
+            return;
+    }
+    printMessage(type, context, text);
+}
+
+// The program's picture in title bars and task lists.
+QIcon ProgramIcon()
+{
+    constexpr int kProgramIcon = 1000;
+    QIcon icon;
+    for (const int side : {16, 32, 48}) {
+        if (const QImage picture = FindIcon(kProgramIcon, side); !picture.isNull())
+            icon.addPixmap(QPixmap::fromImage(picture));
+    }
+    return icon;
 }
 
 void SetDefault(const char* name, const char* value)
@@ -167,6 +185,7 @@ Application::Application(int argc, char** argv)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setPalette(LightPalette());
     QApplication::setFont(MakeQtFont({"MS Sans Serif", -11}));
+    QApplication::setWindowIcon(ProgramIcon());
     InstallAccessibility();
     data->application.installEventFilter(&data->keys);
     loop = {};
