@@ -115,6 +115,11 @@ void RestoreCursor()
     QGuiApplication::restoreOverrideCursor();
 }
 
+bool IsWaitCursorShown()
+{
+    return waitShown;
+}
+
 void ShowCursorNow(bool visible)
 {
     if (visible != hidden || !qApp)

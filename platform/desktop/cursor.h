@@ -17,5 +17,6 @@ enum class CursorId {
 // The wait cursor of the whole program; one memory, no nesting.
 void ShowWaitCursor();
 void RestoreCursor();
+bool IsWaitCursorShown();
 
 }  // namespace jotlet
