@@ -1,5 +1,6 @@
 #include "net/e_book_dialog.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/base/text.h"
@@ -7,6 +8,7 @@
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "store/record_query.h"
+#include "store/refresh_switch.h"
 #include "store/table_file.h"
 
 namespace jotlet {
@@ -34,12 +36,17 @@ void TellNotWritten(WindowHandle owner)
 
 }  // namespace
 
+void TellBookNotOpened(MarlinWnd* parent)
+{
+    ShowTextMessage(parent ? parent->window : 0, "The contact book\r\n\"" + GetEBookPath() +
+                                                     "\"\r\ncannot be opened. Check that it is a contact book and "
+                                                     "that you may write to its folder.");
+}
+
 int ShowEBook(MarlinWnd* parent)
 {
     if (OpenEBook() != 1) {
-        ShowTextMessage(parent ? parent->window : 0, "The contact book\r\n\"" + GetEBookPath() +
-                                                         "\"\r\ncannot be opened. Check that it is a contact book and "
-                                                         "that you may write to its folder.");
+        TellBookNotOpened(parent);
         return 1;
     }
     {
@@ -49,7 +56,8 @@ int ShowEBook(MarlinWnd* parent)
     return CloseEBook();
 }
 
-// The selected contact, locked and read; unlocked at the end.
+// The selected contact, locked and read; unlocked at the end. The refresh switch, which the lock turns off and on, is
+// then again as it was: a note may be held around the book.
 class EBookDialog::Hold {
 public:
     explicit Hold(EBookDialog& dialog)
@@ -60,11 +68,12 @@ public:
             return;
         }
         address = BookQuery()->Results()[static_cast<std::size_t>(index)];
+        pause.emplace();
         held = BookTable()->LockRecord(address) == 1;
+        if (held && BookTable()->ReadRecord(BytesOf(contact), address) != 1)
+            GiveBack();
         if (!held)
             ShowMessage(dialog.window, kBeingEditedString);
-        else if (BookTable()->ReadRecord(BytesOf(contact), address) != 1)
-            GiveBack();
     }
     ~Hold() { GiveBack(); }
     Hold(const Hold&) = delete;
@@ -74,12 +83,14 @@ public:
     {
         if (std::exchange(held, false))
             BookTable()->UnlockRecord(address);
+        pause.reset();
     }
 
     RecordAddress address = 0;
     EBookRecord contact{};
 
 private:
+    std::optional<RefreshPause> pause;
     bool held = false;
 };
 

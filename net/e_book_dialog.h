@@ -12,6 +12,7 @@ inline constexpr int kEBookRecordDialogId = 1013;
 
 // The whole command: opens the book, runs the dialog, closes the book. Always 1.
 int ShowEBook(MarlinWnd* parent);
+void TellBookNotOpened(MarlinWnd* parent);
 
 // On the open book (net/core/e_book.h).
 class EBookDialog : public MarlinDialog {

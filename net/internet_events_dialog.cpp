@@ -1,5 +1,6 @@
 #include "net/internet_events_dialog.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "net/core/e_book.h"
@@ -43,11 +44,20 @@ std::string_view Part(std::string_view item, int index)
     return item.substr(0, item.find('\n'));
 }
 
+// A text from a file as it may stand in a row: the parts of a row are told apart by line ends.
+std::string RowPart(std::string_view stored)
+{
+    std::string text = DecodeForDisplay(stored);
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    return text;
+}
+
 }  // namespace
 
 std::string ParticipantItem(std::string_view email, std::string_view name, int status)
 {
-    return std::string(email) + "\n" + std::string(name) + "\n" + std::to_string(status);
+    return RowPart(email) + "\n" + RowPart(name) + "\n" + std::to_string(status);
 }
 
 std::string ItemEmail(std::string_view item)
@@ -127,7 +137,10 @@ MessageParam InternetEventsDialog::OnCommand(WndMessage& record)
 {
     switch (LowWord(record.wParam)) {
         case kIdOk:
-            StoreText(note.subject, GetItemText(kSubjectEdit));
+            // Bytes of another encoding stay as they are unless the subject was edited.
+            if (const std::string subject = GetItemText(kSubjectEdit);
+                subject != DecodeForDisplay(FieldText(note.subject)))
+                StoreText(note.subject, subject);
             EndDialog(1);
             return 1;
         case kInviteButton:
@@ -170,6 +183,10 @@ void InternetEventsDialog::Invite()
     {
         const RefreshPause pause;
         EBookPicker picker(contact);
+        if (!BookTable()) {
+            TellBookNotOpened(this);
+            return;
+        }
         const Rect button = ItemRect(window, kInviteButton);
         const Point corner = ClientToScreen(window, {button.left, button.bottom});
         picker.SetPosition(corner.x, corner.y);
@@ -182,8 +199,9 @@ void InternetEventsDialog::Invite()
     IdentityBlock self{};
     GetFileUser(file, self);
     const std::string item = ParticipantItem(email, name, kSendWaiting);
-    // Nobody invites himself, or somebody twice, or a thirty-first.
-    if (email == FieldText(self.email) || IsListed(item) || outbox.Add(MakeInvitation(name, email)) != 1) {
+    // Nobody invites himself, somebody twice, a thirty-first, or somebody whom no mail can reach.
+    if (email.empty() || email == FieldText(self.email) || IsListed(item) ||
+        outbox.Add(MakeInvitation(name, email)) != 1) {
         Beep();
         return;
     }
@@ -192,11 +210,12 @@ void InternetEventsDialog::Invite()
         Enable(kIdOk, true);
 }
 
-// The e-mail of a row that stands anywhere in the new row's text counts as the same.
+// The e-mail of a row that stands anywhere in the new row's text counts as the same; an empty one stands nowhere.
 bool InternetEventsDialog::IsListed(const std::string& item) const
 {
     for (int i = 0; i < RowCount(window, kParticipantList); ++i) {
-        if (item.find(ItemEmail(RowText(window, kParticipantList, i))) != std::string::npos)
+        const std::string email = ItemEmail(RowText(window, kParticipantList, i));
+        if (!email.empty() && item.find(email) != std::string::npos)
             return true;
     }
     return false;
@@ -233,8 +252,13 @@ void InternetEventsDialog::RemoveSelected()
         return;
     }
     const bool vanishes = VanishesWhenRemoved(static_cast<std::uint8_t>(ItemStatus(item)), note.eventStatus);
-    outbox.Remove(MakeInvitation(ItemName(item), ItemEmail(item)), RemoveKey::Email,
-                  vanishes ? RemoveAction::Drop : RemoveAction::Cancel);
+    const auto slots = outbox.Slots();
+    const auto shown = std::find_if(slots.begin(), slots.end(), [&](const auto& slot) {
+        return slot.active == 1 && RowPart(FieldText(slot.participantEmail)) == ItemEmail(item);
+    });
+    if (shown != slots.end())
+        outbox.Remove(MakeInvitation("", FieldText(shown->participantEmail)), RemoveKey::Email,
+                      vanishes ? RemoveAction::Drop : RemoveAction::Cancel);
     if (owner)
         Enable(kIdOk, true);
 }

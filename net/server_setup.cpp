@@ -58,7 +58,7 @@ MessageParam ServerPasswordDialog::OnInitDialog(WndMessage&)
 {
     if (const std::string name = ReadServerAccount().userName; !name.empty())
         SetWindowTitle(window, DecodeForDisplay(name));
-    LimitItemText(window, kPromptEdit, static_cast<int>(kServerPasswordBytes) + 1);
+    LimitItemText(window, kPromptEdit, static_cast<int>(kServerPasswordBytes));
     CentreOverParent();
     FocusItem(window, kPromptEdit);
     return 0;
@@ -95,7 +95,9 @@ MessageParam ServerSetupDialog::OnInitDialog(WndMessage&)
         {kPortEdit, kServerTextBytes, account.port.empty() ? account.defaultPort : account.port},
     }};
     for (const auto& [id, bytes, text] : edits) {
-        LimitItemText(window, id, static_cast<int>(bytes) + 1);
+        // A password is never cut behind its user's back: what cannot be stored cannot be typed.
+        const bool password = id == kPasswordEdit || id == kConfirmEdit;
+        LimitItemText(window, id, static_cast<int>(bytes) + (password ? 0 : 1));
         SetItemText(id, text);
     }
     UpdateButtons();
@@ -171,7 +173,7 @@ void ServerSetupDialog::Register()
 {
     ShowWaitCursor();
     UpdateNow(window);
-    const std::uint32_t code = RegisterOnServer(ReadRegistration());
+    const std::uint32_t code = RegisterOnServer(ReadRegistration(), makeClient());
     RestoreCursor();
     ShowMessage(window, RegistrationText(code));
 }

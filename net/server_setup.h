@@ -1,6 +1,9 @@
 // The user's account on the Marlin Server: asking for its password, editing it, registering it.
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "net/core/server_account.h"
 #include "toolkit/marlin_dialog.h"
 
@@ -28,6 +31,13 @@ private:
 
 class ServerSetupDialog : public MarlinDialog {
 public:
+    // Makes the client of each registration.
+    using MakeClient = std::function<ServerClient()>;
+    explicit ServerSetupDialog(MakeClient makeClient = [] { return ServerClient(); })
+        : makeClient(std::move(makeClient))
+    {
+    }
+
     MessageParam OnInitDialog(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
 
@@ -36,6 +46,8 @@ private:
     // Checks the form and stores it; false after a message.
     bool Store();
     void Register();
+
+    MakeClient makeClient;
 };
 
 }  // namespace jotlet
