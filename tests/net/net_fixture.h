@@ -1,0 +1,167 @@
+// What the tests of the network windows share: a board whose notes can be group events, the people invited to them as
+// the outbox file holds them, and the contact book.
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "net/core/e_book.h"
+#include "net/core/identity.h"
+#include "net/core/outbox.h"
+#include "net/e_book_dialog.h"
+#include "net/e_book_picker.h"
+#include "net/internet_events_dialog.h"
+#include "notes/note_command_ids.h"
+#include "notes/notes_fixture.h"
+#include "store/open_table.h"
+
+namespace jotlet {
+
+inline constexpr int kEventsInvite = 101;
+inline constexpr int kEventsList = 102;
+inline constexpr int kEventsSubject = 103;
+inline constexpr int kEventsRemove = 105;
+inline constexpr int kEventsEBook = 106;
+inline constexpr int kEventsOwnerLine = 1010;
+inline constexpr int kEventsOwnerBlock = 1011;
+
+struct Invited {
+    std::string name;
+    std::uint8_t status = kSendWaiting;
+};
+
+class NetFixture : public NotesFixture {
+protected:
+    ~NetFixture() override { CloseEBook(); }
+
+    void Show(const std::string& password = "")
+    {
+        NotesFixture::Show(password);
+        pane->internetEvents = InternetEventsCommand;
+    }
+
+    static std::string EmailOf(std::string_view name) { return std::string(name) + "@x.example"; }
+
+    // A note of this installation's owner that is a group event, with its people in the outbox file.
+    RecordAddress AddEvent(const std::string& title, const std::vector<Invited>& people,
+                           std::uint8_t eventState = kEventHasRecipients,
+                           std::uint8_t eventStatus = kStatusNotAnnounced)
+    {
+        const RecordAddress address = Add({.title = title});
+        Change(address, [&](NoteRecord& note) {
+            note.eventState = eventState;
+            note.eventStatus = eventStatus;
+            StoreText(note.subject, "Subject of " + title);
+        });
+        for (const Invited& one : people)
+            Put(one, StoredNote(title).uniqueId);
+        return address;
+    }
+    // As another program writes a note.
+    void Change(RecordAddress address, const std::function<void(NoteRecord&)>& change)
+    {
+        TableFile other(path, ownerPassword);
+        NoteRecord note;
+        ASSERT_EQ(other.ReadRecord(BytesOf(note), address), 1);
+        change(note);
+        ASSERT_EQ(other.WriteRecord(BytesOf(note), address), 1);
+    }
+    void Put(const Invited& one, std::uint64_t event)
+    {
+        Outbox(path, 0).Open();  // makes the file
+        const auto table = OpenTable(OutboxPath(), "", kSendRecordSize).table;
+        ASSERT_NE(table, nullptr);
+        SendRecord record = MakeInvitation(one.name, EmailOf(one.name));
+        record.uniqueId = ++lastId;
+        record.eventId = event;
+        record.sendStatus = one.status;
+        ASSERT_EQ(table->AddRecord(BytesOf(record)), 1);
+    }
+    std::string OutboxPath() const { return path + ".tsi"; }
+    // "name:status" of all that the outbox file holds for a note, sorted.
+    std::vector<std::string> People(std::uint64_t event)
+    {
+        std::vector<std::string> people;
+        const auto table = OpenTable(OutboxPath(), "", kSendRecordSize).table;
+        if (!table)
+            return people;
+        const FieldRange whole{0, kSendRecordSize};
+        table->ForEachRecord(std::span(&whole, 1), [&](RecordAddress, std::span<const std::byte> bytes) {
+            SendRecord record;
+            std::copy(bytes.begin(), bytes.end(), BytesOf(record).begin());
+            if (record.eventId == event)
+                people.push_back(std::string(FieldText(record.participantName)) + ':' +
+                                 std::to_string(record.sendStatus));
+            return true;
+        });
+        std::sort(people.begin(), people.end());
+        return people;
+    }
+    std::vector<std::string> People(const std::string& title) { return People(StoredNote(title).uniqueId); }
+
+    void AddContacts(const std::vector<std::pair<std::string, std::string>>& contacts)
+    {
+        ASSERT_EQ(OpenEBook(), 1);
+        for (const auto& [name, email] : contacts) {
+            EBookRecord contact = MakeContact(name, email);
+            ASSERT_EQ(AddContact(contact), 1);
+        }
+        CloseEBook();
+    }
+
+    // Runs `act` inside the Internet Events dialog of the note, then leaves it by Cancel when `act` left it open.
+    void InEvents(std::string_view title, const std::function<void(WindowHandle dialog)>& act)
+    {
+        Select(title);
+        bool shown = false;
+        WhenModal([&](WindowHandle dialog) {
+            shown = true;
+            act(dialog);
+            if (TopModal() == dialog)
+                TestPushItem(dialog, kIdCancel);
+        });
+        Command(kCommandInternetEvents);
+        EXPECT_TRUE(shown) << "the dialog did not open on " << title;
+    }
+    // "name:status" of the dialog's rows, in their order.
+    static std::vector<std::string> Rows(WindowHandle dialog)
+    {
+        std::vector<std::string> rows;
+        for (int i = 0; i < RowCount(dialog, kEventsList); ++i) {
+            const std::string item = RowText(dialog, kEventsList, i);
+            rows.push_back(ItemName(item) + ':' + std::to_string(ItemStatus(item)));
+        }
+        return rows;
+    }
+    static bool CanPress(WindowHandle dialog, int id) { return IsEnabled(DialogItem(dialog, id)); }
+    // Presses Invite and then the contact at `index` of the book.
+    static void Invite(WindowHandle dialog, int index)
+    {
+        bool picked = false;
+        WhenModal([&](WindowHandle window) {
+            picked = true;
+            PressContact(static_cast<EBookPicker*>(MarlinWnd::FromHandle(window))->GetList(), index);
+        });
+        TestPushItem(dialog, kEventsInvite);
+        EXPECT_TRUE(picked);
+    }
+    static Point ContactPoint(ContactList& list, int index)
+    {
+        const Rect cell = list.GetItemRect(index).value();
+        return ScreenToClient(list.Grid().window, {cell.left + 20, cell.top + 8});
+    }
+    static void PressContact(ContactList& list, int index) { TestClick(list.Grid().window, ContactPoint(list, index)); }
+    static void TypeInto(WindowHandle dialog, int id, std::string_view text)
+    {
+        FocusItem(dialog, id);
+        TestType(DialogItem(dialog, id), text);
+        ServeEvents();
+    }
+
+private:
+    std::uint64_t lastId = 100;
+};
+
+}  // namespace jotlet
