@@ -7,7 +7,10 @@ namespace {
 
 std::string Quoted(std::string_view path)
 {
-    return "\"" + std::string(path) + "\"";
+    std::string text = "\"";
+    text += path;
+    text += '"';
+    return text;
 }
 
 }  // namespace

@@ -62,8 +62,7 @@ press Down Return
 changed() { [ "$(pixel 200 426)" != "$old" ]; }
 check "the skin popup changes this copy" changed
 now=$(pixel 200 426)
-WINDOW=$firstWindow
-xdotool windowactivate --sync "$WINDOW"
+switch_to "$firstWindow"
 read -ra p <<<"$(place_of)"
 check "and the other one" pixel_is 200 $((p[3] - 4)) "$now"
 check "the choice is stored" test -n "$(suite_setting CurrSkin)"

@@ -126,12 +126,27 @@ click() { point "$1" "$2"; xdotool click 1; }
 right_click() { point "$1" "$2"; xdotool click 3; }
 double_click() { point "$1" "$2"; xdotool click --repeat 2 --delay 40 1; }
 
+# Another window of the program becomes WINDOW, in the foreground and with the focus.
+switch_to() {
+    WINDOW=$1
+    xdotool windowactivate --sync "$WINDOW" 2>/dev/null || true
+    wait_board "switch"
+    wait_for 5 "focus" has_focus
+    sleep 0.2
+}
+has_focus() { [ "$(xdotool getwindowfocus 2>/dev/null)" = "$WINDOW" ]; }
+
 # The window of a dialog, in DIALOG, focused.
 wait_dialog() {
     wait_for 10 "dialog \"$1\"" window_named "$1"
     DIALOG=$(window_named "$1")
     xdotool windowactivate --sync "$DIALOG" 2>/dev/null || true
 }
+# Any dialog or box of the program, focused.
+dialog_up() { local active; active=$(xdotool getactivewindow 2>/dev/null) && [ -n "$active" ] && [ "$active" != "$WINDOW" ]; }
+wait_any_dialog() { wait_for 10 "dialog${1:+ ($1)}" dialog_up; sleep 0.2; }
+board_active() { [ "$(xdotool getactivewindow 2>/dev/null)" = "$WINDOW" ]; }
+wait_board() { wait_for 10 "return to the board${1:+ ($1)}" board_active; }
 no_dialog() { ! window_named "$1"; }
 
 check() {
