@@ -1,5 +1,6 @@
 #include "notes/alarm_fired_dialog.h"
 
+#include "notes/model/start_target.h"
 #include "platform/base/text.h"
 #include "platform/desktop/shell.h"
 #include "skin/window_helpers.h"
@@ -27,11 +28,7 @@ MessageParam AlarmFiredDialog::OnInitDialog(WndMessage&)
     FormatTime(text, time.hour, time.minute, time.halfDay);
     SetItemText(kTimeText, text);
     SetItemText(kDescriptionEdit, FieldText(note.text));
-    // The whole target is shown before anything starts: in a shared file it may be somebody else's.
-    const std::string_view target = FieldText(note.startTarget);
-    SetItemText(kTargetText, target);
-    CheckItem(window, kStartBox, !target.empty());
-    Enable(kStartBox, !target.empty());
+    ShowTarget();
     if (const std::string_view tone = FieldText(note.toneFile); !tone.empty())
         PlayWave(tone);
     CentreOverParent();
@@ -40,9 +37,31 @@ MessageParam AlarmFiredDialog::OnInitDialog(WndMessage&)
     return 0;
 }
 
+// The whole target is on view before anything starts: in a shared file it may be somebody else's. The dialog grows by
+// what a long one needs.
+void AlarmFiredDialog::ShowTarget()
+{
+    const std::string target = WithHiddenCharactersShown(FieldText(note.startTarget));
+    SetItemText(kTargetText, target);
+    CheckItem(window, kStartBox, !target.empty());
+    Enable(kStartBox, !target.empty());
+    Enable(kTargetText, !target.empty());
+    Rect place = ItemRect(window, kTargetText);
+    const int missing = ItemTextHeight(window, kTargetText) - place.Height();
+    if (missing <= 0)
+        return;
+    place.bottom += missing;
+    MoveItem(window, kTargetText, place);
+    Rect whole = WindowRect(window);
+    whole.bottom += missing;
+    MoveTo(window, whole, false);
+}
+
 MessageParam AlarmFiredDialog::OnCommand(WndMessage& record)
 {
-    if (LowWord(record.wParam) != kIdOk)
+    const int command = LowWord(record.wParam);
+    answered = answered || command == kIdOk || command == kIdCancel;
+    if (command != kIdOk)
         return MarlinDialog::OnCommand(record);
     if (Checked(kStartBox))
         Start();

@@ -15,10 +15,15 @@ public:
     MessageParam OnInitDialog(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
 
+    // False when the dialog ended with neither OK nor Cancel: the program is closing, nobody has seen to the alarm.
+    bool Answered() const { return answered; }
+
 private:
+    void ShowTarget();
     void Start() const;
 
     const NoteRecord note;
+    bool answered = false;
 };
 
 }  // namespace jotlet

@@ -15,14 +15,17 @@ int CheckAlarms(TableFile& file, MarlinWnd& parent, const Clock& clock)
 {
     if (!IsRefreshEnabled() || alarmShowing)
         return 0;
-    auto due = FindDueAlarm(file, clock);
-    if (!due)
-        return 0;
+    AlarmCheck check = FindDueAlarm(file, clock);
+    if (!check.due)
+        return check.anyWaiting ? 1 : 0;
     alarmShowing = true;
-    AlarmFiredDialog dialog(due->note);
+    AlarmFiredDialog dialog(check.due->note);
     dialog.DoModal(&parent, kAlarmFiredDialogId);
     alarmShowing = false;
-    MarkAlarmFired(file, *due);
+    if (dialog.Answered())
+        MarkAlarmFired(file, *check.due);
+    else
+        LeaveAlarm(file, *check.due);
     return 1;
 }
 

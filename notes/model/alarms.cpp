@@ -14,38 +14,40 @@ bool IsAlarmDue(const NoteRecord& note, const DateValue& today, const TimeValue&
     return TimeSlot(note.alarmTime) <= TimeSlot(now);
 }
 
-std::optional<DueAlarm> FindDueAlarm(TableFile& file, const Clock& clock)
+AlarmCheck FindDueAlarm(TableFile& file, const Clock& clock)
 {
+    AlarmCheck check;
     if (file.RecordSize() != kNoteRecordSize)
-        return std::nullopt;
+        return check;
     RecordQuery query;
     query.Reset();
     query.PrepareResults();
     query.AddByteTerm(kAlarmStateOffset, TermKind::Equal, kAlarmSet, Connective::And);
     file.RunQuery(query);
-    if (query.resultCount == 0)
-        return std::nullopt;
+    check.anyWaiting = query.resultCount > 0;
+    if (!check.anyWaiting)
+        return check;
     query.Sort(file, kAlarmDateOffset, sizeof(DateValue), CompareDates);
 
     DateValue today;
     Today(today, clock);
     TimeValue now;
     Now(now, 5, clock);
+    const auto fires = [&](const NoteRecord& note) {
+        return IsAlarmDue(note, today, now) && (note.confidential == 0 || SeesConfidential(file.GetRole()));
+    };
     for (const RecordAddress address : query.Results()) {
         DueAlarm due{.address = address, .note = {}};
-        if (file.ReadRecord(BytesOf(due.note), address) != 1 || !IsAlarmDue(due.note, today, now))
-            continue;
-        if (due.note.confidential != 0 && !SeesConfidential(file.GetRole()))
-            continue;
-        if (file.LockRecord(address) != 1)
+        if (file.ReadRecord(BytesOf(due.note), address) != 1 || !fires(due.note) || file.LockRecord(address) != 1)
             continue;
         // Another copy may have fired it, or its user changed it, between the read and the lock.
-        if (file.ReadRecord(BytesOf(due.note), address) == 1 && due.note.alarmState == kAlarmSet &&
-            IsAlarmDue(due.note, today, now))
-            return due;
+        if (file.ReadRecord(BytesOf(due.note), address) == 1 && due.note.alarmState == kAlarmSet && fires(due.note)) {
+            check.due = due;
+            return check;
+        }
         file.UnlockRecord(address);
     }
-    return std::nullopt;
+    return check;
 }
 
 int MarkAlarmFired(TableFile& file, DueAlarm& alarm)
@@ -55,6 +57,11 @@ int MarkAlarmFired(TableFile& file, DueAlarm& alarm)
     file.Flush();
     file.UnlockRecord(alarm.address);
     return written == 1 ? 1 : 0;
+}
+
+void LeaveAlarm(TableFile& file, const DueAlarm& alarm)
+{
+    file.UnlockRecord(alarm.address);
 }
 
 }  // namespace jotlet

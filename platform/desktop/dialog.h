@@ -39,6 +39,8 @@ bool IsItemChecked(WindowHandle dialog, int id);
 void CheckItem(WindowHandle dialog, int id, bool checked);  // a radio button unchecks the others of its group
 Rect ItemRect(WindowHandle dialog, int id);                 // client coordinates of the dialog
 void MoveItem(WindowHandle dialog, int id, const Rect& bounds);
+// The height at which a multi-line edit shows its whole text at its present width; 0 for other controls.
+int ItemTextHeight(WindowHandle dialog, int id);
 int DialogUnitsX(WindowHandle dialog, int units);
 int DialogUnitsY(WindowHandle dialog, int units);
 

@@ -5,6 +5,8 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QSignalBlocker>
+#include <QTextLayout>
+#include <QtMath>
 
 #include "platform/base/text.h"
 #include "platform/desktop/dialog.h"
@@ -180,6 +182,30 @@ void MoveItem(WindowHandle dialog, int id, const Rect& bounds)
 {
     if (const WindowEntry* entry = FindItem(dialog, id))
         entry->widget->setGeometry(ToQt(bounds));
+}
+
+int ItemTextHeight(WindowHandle dialog, int id)
+{
+    const WindowEntry* entry = FindItem(dialog, id);
+    const auto* area = entry ? dynamic_cast<const TextArea*>(entry->widget.data()) : nullptr;
+    if (!area)
+        return 0;
+    // Laid out here: an edit that was never on the screen has not wrapped its text yet.
+    const qreal edge = area->frameWidth() + area->document()->documentMargin();
+    QTextOption wrapping;
+    wrapping.setWrapMode(area->wordWrapMode());
+    qreal height = 0;
+    for (const QString& paragraph : area->toPlainText().split(u'\n')) {
+        QTextLayout layout(paragraph, area->font());
+        layout.setTextOption(wrapping);
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(area->width() - 2 * edge);
+            height += line.height();
+        }
+        layout.endLayout();
+    }
+    return qCeil(height + 2 * edge);
 }
 
 }  // namespace jotlet

@@ -55,7 +55,8 @@ DialogTemplate AlarmFired()
                 {ControlKind::Text, -1, "&Description", 7, 35, 80, 8},
                 {ControlKind::Edit, 103, "", 7, 45, 208, 72, kControlMultiLine | kControlReadOnly | kControlScroll},
                 {ControlKind::Check, 105, "&Start", 7, 123, 60, 10},
-                {ControlKind::Text, 104, "", 17, 135, 198, 25},
+                // Last in the window, which grows downwards for a long target.
+                {ControlKind::Edit, 104, "", 7, 136, 208, 21, kControlMultiLine | kControlReadOnly},
                 {ControlKind::DefaultPush, 1, "OK", 170, 7, 45, 14},
                 {ControlKind::Push, 2, "Cancel", 170, 25, 45, 14},
             }};
