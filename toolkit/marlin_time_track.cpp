@@ -231,7 +231,8 @@ MessageParam MarlinTimeTrack::OnLButtonDown(WndMessage& record)
     CaptureMouse(window);
     const Rect track = TrackRect();
     const Point topLeft = ClientToScreen(window, {track.left, track.top});
-    const Rect limits = Rect::At(topLeft.x, topLeft.y, track.Width(), track.Height());
+    // One row below the track belongs to it here: that is where the end of the scale is picked.
+    const Rect limits = Rect::At(topLeft.x, topLeft.y, track.Width(), track.Height() + 1);
     ClipCursorTo(&limits);
     ShowCursorNow(false);
     PutCursorOnThumb();

@@ -62,7 +62,8 @@ DialogTemplate AlarmFired()
             }};
 }
 
-// The pickers place their buttons and what picks themselves, in pixels.
+// The pickers place their buttons and what picks themselves, in pixels. The scale of the time picker is high enough for
+// a row of pixels to each 5 minutes from 7 in the morning to 11 at night.
 DialogTemplate TimePicker()
 {
     return {1007,
@@ -70,11 +71,11 @@ DialogTemplate TimePicker()
             20,
             20,
             92,
-            174,
+            196,
             0,
             {
-                {ControlKind::DefaultPush, 1, "ok", 5, 156, 40, 12},
-                {ControlKind::Push, 2, "cancel", 47, 156, 40, 12},
+                {ControlKind::DefaultPush, 1, "ok", 5, 178, 40, 12},
+                {ControlKind::Push, 2, "cancel", 47, 178, 40, 12},
             }};
 }
 

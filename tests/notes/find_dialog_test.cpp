@@ -42,6 +42,13 @@ protected:
             titles.push_back(list.ItemName(i));
         return titles;
     }
+    static void DoubleClick(OccurrencesList& list, int index)
+    {
+        const Rect cell = list.GetItemRect(index).value();
+        const WindowHandle grid = list.Grid().window;
+        TestDoubleClick(grid, ScreenToClient(grid, {cell.left + 20, cell.top + 20}));
+        ServeEvents();
+    }
     static void Press(OccurrencesList& list, int index)
     {
         const Rect cell = list.GetItemRect(index).value();
@@ -123,10 +130,7 @@ TEST_F(Finding, AHitOpensOnTheSpotKeepsItsDateAndLeavesTheListWhenTheTermIsGone)
             TestType(DialogItem(editor, 200), "butter");
             TestPushItem(editor, kIdOk);
         });
-        const Rect cell = list.GetItemRect(0).value();
-        const WindowHandle grid = list.Grid().window;
-        TestDoubleClick(grid, ScreenToClient(grid, {cell.left + 20, cell.top + 20}));
-        ServeEvents();
+        DoubleClick(list, 0);
         EXPECT_THAT(Hits(list), ElementsAre("milk and bread"));
         EXPECT_EQ(WindowTitle(dialog), "Occurrences 2");
     });
@@ -172,6 +176,103 @@ TEST_F(Finding, AReloadThatTakesTheHitAwayTakesGoToAwayToo)
         EXPECT_EQ(list.GetCount(), 0);
         EXPECT_FALSE(IsEnabled(DialogItem(dialog, kGoToButton)));
     });
+}
+
+TEST_F(Finding, ALongTermIsSearchedByItsFirst499Characters)
+{
+    Add({.title = "exact", .text = "a" + std::string(499, 'm') + "b"});
+    Add({.title = "shorter", .text = std::string(498, 'm')});
+    Show();
+    InDialog([](WindowHandle dialog, OccurrencesList& list) {
+        Search(dialog, std::string(600, 'M'));
+        EXPECT_EQ(ItemText(dialog, kTermEdit), std::string(500, 'm'));
+        EXPECT_THAT(Hits(list), ElementsAre("exact"));
+    });
+}
+
+TEST_F(Finding, ASecondSearchTakesThePlaceOfTheFirst)
+{
+    Add({.title = "milk"});
+    Add({.title = "bread"});
+    Show();
+    InDialog([](WindowHandle dialog, OccurrencesList& list) {
+        Search(dialog, "milk");
+        Press(list, 0);
+        Search(dialog, "bread");
+        EXPECT_THAT(Hits(list), ElementsAre("bread"));
+        EXPECT_EQ(list.GetSelected(), -1);
+        EXPECT_FALSE(IsEnabled(DialogItem(dialog, kGoToButton)));
+    });
+}
+
+TEST_F(Finding, AnEmptyResultSaysSoAndNoSearchSaysNothing)
+{
+    Add({.title = "milk"});
+    Show();
+    const auto inked = [](OccurrencesList& list) {
+        list.Grid().RepaintNow();
+        int pixels = 0;
+        for (int y = 0; y < 16; ++y) {
+            for (int x = 0; x < 200; ++x)
+                pixels += PixelAt(list.Grid().window, {x, y}) == 0 ? 1 : 0;
+        }
+        return pixels;
+    };
+    InDialog([&](WindowHandle dialog, OccurrencesList& list) {
+        EXPECT_EQ(inked(list), 0);
+        Search(dialog, "nowhere");
+        EXPECT_GT(inked(list), 0);
+    });
+}
+
+TEST_F(Finding, AHitThatSomebodyElseEditsIsRefused)
+{
+    const auto address = Add({.title = "milk"});
+    Show();
+    TableFile other(path, "");
+    ASSERT_EQ(other.LockRecord(address), 1);
+    ResumeRefresh();  // the switch belongs to the other copy's process
+    InDialog([](WindowHandle dialog, OccurrencesList& list) {
+        Search(dialog, "milk");
+        ScopedAnswers answers;
+        DoubleClick(list, 0);
+        EXPECT_THAT(answers.texts,
+                    ElementsAre("Program can't edit this entry. It is being edited by another user. Try again."));
+    });
+}
+
+TEST_F(Finding, AReaderFindsAndMayNotOpen)
+{
+    Add({.title = "milk"});
+    std::string current;
+    SetNetworkPasswords(path, current, {.owner = "boss", .assistant = "help", .reader = "look"});
+    Show("look");
+    InDialog([](WindowHandle dialog, OccurrencesList& list) {
+        Search(dialog, "milk");
+        ScopedAnswers answers;
+        DoubleClick(list, 0);
+        EXPECT_THAT(answers.texts, ElementsAre("Program can't do this. You don't have permission."));
+    });
+}
+
+TEST_F(Finding, AWithdrawnEventIsNotOpenedAndNotKeptLocked)
+{
+    const auto address = Add({.title = "milk"});
+    {
+        TableFile other(path, "");
+        NoteRecord note;
+        ASSERT_EQ(other.ReadRecord(BytesOf(note), address), 1);
+        note.eventState = kEventWithdrawn;
+        ASSERT_EQ(other.WriteRecord(BytesOf(note), address), 1);
+    }
+    Show();
+    InDialog([](WindowHandle dialog, OccurrencesList& list) {
+        Search(dialog, "milk");
+        DoubleClick(list, 0);
+        EXPECT_EQ(TopModal(), dialog);
+    });
+    EXPECT_EQ(StoredNote("milk").locked, 0);
+    EXPECT_TRUE(IsRefreshEnabled());
 }
 
 }  // namespace
