@@ -15,6 +15,7 @@ struct Contest {
     // Each does the work once and gives the seconds that it took; what has to be set up before is not counted.
     std::function<double()> jotlet;
     std::function<double()> rival;
+    std::string rivalName = "SQLite";
 };
 
 // Seconds that `work` takes.

@@ -1,9 +1,13 @@
-// Everyday work on 10,000 notes in proportion to SQLite. What is measured stands in notes_contests.cpp.
+// Everyday work on 10,000 notes in proportion to SQLite, or to a bare write. What is measured stands in
+// notes_contests.cpp and interchange_contests.cpp.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
+#include <vector>
 
+#include "bench/interchange_contests.h"
 #include "bench/notes_contests.h"
 
 namespace {
@@ -33,7 +37,10 @@ int main(int argc, char** argv)
         std::perror("The work folder cannot be made");
         return 1;
     }
-    const int missed = jotlet::RunContests(jotlet::MakeNotesContests(folder.path), argc, argv);
+    std::vector<jotlet::Contest> contests = jotlet::MakeNotesContests(folder.path);
+    for (jotlet::Contest& contest : jotlet::MakeInterchangeContests(folder.path))
+        contests.push_back(std::move(contest));
+    const int missed = jotlet::RunContests(contests, argc, argv);
     if (missed > 0)
         std::printf("\n%d of the ratios above %s larger than wanted.\n", missed, missed == 1 ? "is" : "are");
     return missed < 0 ? 2 : 0;

@@ -1,62 +1,14 @@
 #include "bench/notes_contests.h"
 
-#include <filesystem>
 #include <memory>
 
-#include "bench/note_data.h"
+#include "bench/jotlet_notes.h"
 #include "bench/sqlite_notes.h"
-#include "interchange/engine/delimited_reader.h"
-#include "interchange/engine/import_map.h"
-#include "interchange/engine/import_run.h"
-#include "notes/model/note_file.h"
 #include "store/compaction.h"
-#include "store/open_table.h"
 #include "store/record_query.h"
 
 namespace jotlet {
 namespace {
-
-// A note file with the sample notes, open.
-class JotletNotes {
-public:
-    explicit JotletNotes(const std::string& path) : path(path)
-    {
-        std::filesystem::remove(path);
-        Expect("new note file", CreateNoteFile(path, WithExamples::No), 1);
-        Open();
-    }
-
-    void Open()
-    {
-        table = OpenTable(path, "", kNoteRecordSize).table;
-        Expect("open note file", table != nullptr, true);
-        InitNoteRecord(*table, fresh);
-        fresh.startKind = kStartDocument;
-    }
-    void Close() { table.reset(); }
-
-    void Fill(const std::vector<SampleNote>& notes)
-    {
-        for (const SampleNote& note : notes)
-            Expect("add", table->AddRecord(BytesOf(RecordOf(note, fresh))), 1);
-        table->Flush();
-    }
-    void Add(const SampleNote& note)
-    {
-        Expect("add", table->AddRecord(BytesOf(RecordOf(note, fresh))), 1);
-        Expect("flush", table->Flush(), 1);
-    }
-    int Count()
-    {
-        SlotCounts counts;
-        Expect("count", table->DescribeSlots(counts), 1);
-        return static_cast<int>(counts.live);
-    }
-
-    std::string path;
-    std::unique_ptr<TableFile> table;
-    NoteRecord fresh{};
-};
 
 struct Arena {
     explicit Arena(std::string folder) : folder(std::move(folder)) {}
@@ -64,7 +16,6 @@ struct Arena {
     const std::string folder;
     const std::vector<SampleNote> notes = MakeNotes();
     const std::vector<SampleNote> others = MakeNotes(kNoteCount, 2);
-    const std::string csv = CsvOf(notes);
     JotletNotes jotlet{folder + "/notes.jot"};
     SqliteNotes sqlite{folder + "/notes.db"};
     int category = 0;  // hits, the same on both sides
@@ -258,46 +209,6 @@ Contest Compact(const Shared& arena)
             }};
 }
 
-void ImportInto(JotletNotes& notes, const std::string& csv)
-{
-    DelimitedReader reader;
-    reader.SetText(csv);
-    std::vector<ImportField> fields;
-    GetNoteImportFields(fields);
-    Expect("map", ApplyMap(PositionalMap(fields, fields.size()), fields), 1);
-    ImportRequest request;
-    request.table = notes.table.get();
-    request.reader = &reader;
-    request.fields = fields;
-    const ImportCounts counts = RunNoteImport(request);
-    Expect("import", static_cast<long>(counts.added), kNoteCount);
-}
-
-Contest ImportContest(const Shared& arena, bool isFilled)
-{
-    const int total = isFilled ? 2 * kNoteCount : kNoteCount;
-    return {isFilled ? "import-more" : "import",
-            isFilled ? "import of 10,000 CSV rows beside 10,000 notes" : "import of 10,000 CSV rows into an empty file",
-            isFilled ? 2.5 : 2.0,
-            1,
-            [=] {
-                JotletNotes own(arena->folder + "/import.jot");
-                if (isFilled)
-                    own.Fill(arena->others);
-                const double seconds = Timed([&] { ImportInto(own, arena->csv); });
-                Expect("imported", own.Count(), total);
-                return seconds;
-            },
-            [=] {
-                SqliteNotes other(arena->folder + "/import.db");
-                if (isFilled)
-                    other.Fill(arena->others);
-                const double seconds = Timed([&] { other.Fill(arena->notes); });
-                Expect("imported", other.Count(), total);
-                return seconds;
-            }};
-}
-
 }  // namespace
 
 std::vector<Contest> MakeNotesContests(const std::string& folder)
@@ -307,9 +218,8 @@ std::vector<Contest> MakeNotesContests(const std::string& folder)
     arena->sqlite.Fill(arena->notes);
     arena->category = arena->sqlite.CategoryByTitle(kSoughtCategory);
     arena->sought = arena->sqlite.TextByDate(kSoughtText);
-    return {AllByTitle(arena), CategoryByTitle(arena),      TextByDate(arena),
-            AddOne(arena),     EditContest(arena),          Poll(arena),
-            Compact(arena),    ImportContest(arena, false), ImportContest(arena, true)};
+    return {AllByTitle(arena), CategoryByTitle(arena), TextByDate(arena), AddOne(arena), EditContest(arena),
+            Poll(arena),       Compact(arena)};
 }
 
 }  // namespace jotlet
