@@ -5,6 +5,7 @@
 #include <QPrinter>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextOption>
 
 namespace {
 
@@ -42,6 +43,10 @@ bool PrintPages(QPrinter& printer, const QString& name, const QString& text)
     document.documentLayout()->setPaintDevice(&printer);
     document.setDefaultFont(font);
     document.setDocumentMargin(0);
+    // A word longer than a line, such as an address, goes on in the next one.
+    QTextOption wrapping;
+    wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    document.setDefaultTextOption(wrapping);
     document.setPlainText(text);
     const qreal edge = QFontMetricsF(font, &printer).height() * 2;
     const QRectF body = page.adjusted(0, edge, 0, -edge);
