@@ -5,6 +5,7 @@
 #include "interchange/report_command.h"
 #include "notes/notes_fixture.h"
 #include "platform/desktop/file_dialog.h"
+#include "platform/desktop/system_metrics.h"
 
 namespace jotlet {
 namespace {
@@ -70,6 +71,18 @@ TEST_F(Reports, MakeReportUnfoldsTheViewOnceAndEnablesPrint)
     });
     ASSERT_EQ(opened.size(), 1u);
     EXPECT_THAT(test::ReadAll(folder.File("report.txt")), HasSubstr("Jotlet Report (from 1/1/2000 to 31/1/2020)\r\n"));
+}
+
+TEST_F(Reports, UnfoldingNearTheEndOfTheDesktopMovesTheDialogUp)
+{
+    Run(ReportKind::Report, 0, [&](WindowHandle dialog) {
+        const Rect desktop = DesktopRect();
+        const Rect folded = WindowRect(dialog);
+        MoveTo(dialog, Rect::At(30, desktop.bottom - folded.Height(), folded.Width(), folded.Height()));
+        TestPushItem(dialog, kIdOk);
+        EXPECT_EQ(WindowRect(dialog),
+                  Rect::At(30, desktop.bottom - folded.Height() - 300, folded.Width(), folded.Height() + 300));
+    });
 }
 
 TEST_F(Reports, TheCurrentRecordIgnoresATextToFind)
