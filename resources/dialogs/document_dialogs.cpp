@@ -81,18 +81,18 @@ DialogTemplate NetworkPasswords()
              "Lets you see and change all entries (including entries marked confidential). Users with Owner access "
              "can also set the type of access and passwords for other users.",
              53, 21, 170, 34},
-            {ControlKind::Text, -1, "&Assistant:", 7, 59, 44, 8},
-            {ControlKind::Edit, 101, "", 53, 57, 170, 12, kControlPassword},
+            {ControlKind::Text, -1, "&Assistant:", 7, 67, 44, 8},
+            {ControlKind::Edit, 101, "", 53, 65, 170, 12, kControlPassword},
             {ControlKind::Text, -1,
              "Lets you see and change entries (except entries marked confidential). Users with Assistant access can "
              "change or add entries but can't view or change entries that are confidential. ",
-             53, 71, 170, 34},
-            {ControlKind::Text, -1, "&Reader:", 7, 109, 44, 8},
-            {ControlKind::Edit, 102, "", 53, 107, 170, 12, kControlPassword},
+             53, 79, 170, 34},
+            {ControlKind::Text, -1, "&Reader:", 7, 125, 44, 8},
+            {ControlKind::Edit, 102, "", 53, 123, 170, 12, kControlPassword},
             {ControlKind::Text, -1, "Lets you see (but not change) entries in a file that aren't confidential.", 53,
              121, 170, 18},
-            {ControlKind::DefaultPush, 1, "OK", 121, 149, 48, 14, kControlDisabled},
-            {ControlKind::Push, 2, "Cancel", 175, 149, 48, 14},
+            {ControlKind::DefaultPush, 1, "OK", 121, 163, 48, 14, kControlDisabled},
+            {ControlKind::Push, 2, "Cancel", 175, 163, 48, 14},
         }};
 }
 
