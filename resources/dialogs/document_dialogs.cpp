@@ -72,7 +72,7 @@ DialogTemplate NetworkPasswords()
         20,
         20,
         230,
-        170,
+        184,
         0,
         {
             {ControlKind::Text, -1, "&Owner:", 7, 9, 44, 8},
@@ -90,7 +90,7 @@ DialogTemplate NetworkPasswords()
             {ControlKind::Text, -1, "&Reader:", 7, 125, 44, 8},
             {ControlKind::Edit, 102, "", 53, 123, 170, 12, kControlPassword},
             {ControlKind::Text, -1, "Lets you see (but not change) entries in a file that aren't confidential.", 53,
-             121, 170, 18},
+             137, 170, 18},
             {ControlKind::DefaultPush, 1, "OK", 121, 163, 48, 14, kControlDisabled},
             {ControlKind::Push, 2, "Cancel", 175, 163, 48, 14},
         }};
