@@ -74,6 +74,12 @@ MessageParam IntroPane::OnSize(WndMessage&)
     return 0;
 }
 
+void IntroPane::CollectTabStops(TabStops& stops)
+{
+    if (text)
+        text->CollectTabStops(stops);
+}
+
 void IntroPane::OnPaint(DeviceContext& dc, const PaintInfo&)
 {
     static const Bitmap bar = LoadResourceBitmap("tbar2.bmp");

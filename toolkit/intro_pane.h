@@ -29,6 +29,7 @@ public:
     MessageParam OnClose(WndMessage& record) override;
     MessageParam OnSize(WndMessage& record) override;
     void OnPaint(DeviceContext& dc, const PaintInfo& info) override;
+    void CollectTabStops(TabStops& stops) override;
 
 private:
     std::string moduleName;

@@ -192,6 +192,17 @@ TEST_F(MainFrameTest, TabGoesFromThePaneThroughTheBarsAndBack)
     EXPECT_EQ(FocusedWindow(), visited.back());
 }
 
+TEST_F(MainFrameTest, TabReachesTheLinkOfTheIntroPane)
+{
+    module->SwitchPane(0, Animate::No);
+    const WindowHandle link = FocusedWindow();
+    ASSERT_EQ(ParentOf(link), module->GetIntroPane().window);
+    TestKey(link, kKeyTab);
+    EXPECT_EQ(FocusedWindow(), module->GetToolBar().window);
+    TestKey(FocusedWindow(), kKeyTab, {.shift = true});
+    EXPECT_EQ(FocusedWindow(), link);
+}
+
 std::vector<std::string> lastMenu;
 std::optional<std::size_t> KeepMenu(const std::vector<MenuEntry>& entries)
 {
