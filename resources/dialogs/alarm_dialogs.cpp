@@ -44,7 +44,7 @@ DialogTemplate AlarmFired()
             20,
             20,
             222,
-            164,
+            156,
             0,
             {
                 {ControlKind::Icon, -1, "1000", 7, 7, 16, 16},
@@ -56,7 +56,7 @@ DialogTemplate AlarmFired()
                 {ControlKind::Edit, 103, "", 7, 45, 208, 72, kControlMultiLine | kControlReadOnly | kControlScroll},
                 {ControlKind::Check, 105, "&Start", 7, 123, 60, 10},
                 // Last in the window, which grows downwards for a long target.
-                {ControlKind::Edit, 104, "", 7, 136, 208, 21, kControlMultiLine | kControlReadOnly},
+                {ControlKind::Edit, 104, "", 7, 136, 208, 13, kControlMultiLine | kControlReadOnly},
                 {ControlKind::DefaultPush, 1, "OK", 170, 7, 45, 14},
                 {ControlKind::Push, 2, "Cancel", 170, 25, 45, 14},
             }};
@@ -71,11 +71,11 @@ DialogTemplate TimePicker()
             20,
             20,
             92,
-            196,
+            199,
             0,
             {
-                {ControlKind::DefaultPush, 1, "ok", 5, 178, 40, 12},
-                {ControlKind::Push, 2, "cancel", 47, 178, 40, 12},
+                {ControlKind::DefaultPush, 1, "ok", 5, 181, 40, 12},
+                {ControlKind::Push, 2, "cancel", 47, 181, 40, 12},
             }};
 }
 

@@ -19,7 +19,7 @@ open_picker() {
     middle=$((left + width / 2))
 }
 has_picker() {
-    window=$(xdotool search --onlyvisible --pid "$picker" --name '^Time$') &&
+    window=$(xdotool search --all --onlyvisible --pid "$picker" --name '^Time$') &&
         [ "$(xdotool getactivewindow)" = "$window" ]
 }
 slot() { echo $((10#${1%:*} * 12 + 10#${1#*:} / 5)); }
