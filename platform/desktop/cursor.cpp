@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QHash>
 #include <QTextStream>
+#include <QWindow>
 
 #include "platform/desktop/native_window.h"
 #include "platform/desktop/qt/bitmap_data.h"
@@ -142,6 +143,11 @@ void SetCursorNow(CursorId cursor)
     const QCursor& wanted = cursor == CursorId::None ? CursorFor(CursorId::Arrow) : CursorFor(cursor);
     if (widget->cursor() != wanted)
         widget->setCursor(wanted);
+    // Under capture the cursor is this window's wherever the mouse is, also when it never saw the mouse come in.
+    if (CapturedWindow()) {
+        if (QWindow* native = widget->window()->windowHandle(); native && native->cursor() != wanted)
+            native->setCursor(wanted);
+    }
 }
 
 }  // namespace jotlet
