@@ -55,24 +55,34 @@ std::optional<RecordAddress> NotesPane::SelectedAddress() const
     return query->Results()[static_cast<std::size_t>(selected)];
 }
 
-// Nothing when no note is selected, somebody else holds it, or it is hidden from this user now.
-std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden)
+// Nothing when no note is selected or somebody else holds it.
+std::unique_ptr<RecordHold> NotesPane::LockSelected(WhenLocked whenLocked)
 {
     const auto address = SelectedAddress();
     if (!address)
         return nullptr;
     auto held = std::make_unique<RecordHold>(*file, *address);
-    if (!held->Taken()) {
-        if (whenLocked == WhenLocked::Tell)
-            ShowMessage(MainWindow(), kBeingEditedString);
-        return nullptr;
-    }
-    if (!held->Read() && !(whenHidden == WhenHidden::Take && held->note.active != 0)) {
-        held->GiveBack();
-        list->RefreshNow();
-        return nullptr;
-    }
-    return held;
+    if (held->Taken())
+        return held;
+    if (whenLocked == WhenLocked::Tell)
+        ShowMessage(MainWindow(), kBeingEditedString);
+    return nullptr;
+}
+
+// False, and the note given back, when it is hidden from this user now.
+bool NotesPane::ReadHeld(RecordHold& held, WhenHidden whenHidden)
+{
+    if (held.Read() || (whenHidden == WhenHidden::Take && held.note.active != 0))
+        return true;
+    held.GiveBack();
+    list->RefreshNow();
+    return false;
+}
+
+std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden)
+{
+    auto held = LockSelected(whenLocked);
+    return held && ReadHeld(*held, whenHidden) ? std::move(held) : nullptr;
 }
 
 // True when it worked; says so when not.
@@ -157,7 +167,8 @@ void NotesPane::DeleteNote()
     if (RefuseReader())
         return;
     // The question is asked with the lock held, so that nobody edits what is about to go.
-    if (auto held = HoldSelected(WhenLocked::Tell); held && AskYesNo(MainWindow(), kAskDeleteNoteString)) {
+    if (auto held = LockSelected(WhenLocked::Tell);
+        held && AskYesNo(MainWindow(), kAskDeleteNoteString) && ReadHeld(*held, WhenHidden::GiveBack)) {
         const NoteRecord before = held->note;
         if (RemoveNote(*held)) {
             held->GiveBack();

@@ -1,6 +1,7 @@
 #include "notes/notes_pane.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "notes/bin_slot.h"
 #include "notes/model/note_record.h"
@@ -50,6 +51,48 @@ void Place(MarlinWnd& child, const Rect& r)
 {
     child.Move(r.left, r.top, std::max(r.Width(), 0), std::max(r.Height(), 0), 1);
 }
+
+// The first characters of titles, as they are in the file now. Read note by note at first; a walk that goes on takes
+// those of all notes in one pass over the file, which is many times faster than as many single reads.
+class TitleStarts {
+public:
+    explicit TitleStarts(const TableFile& file) : file(file) {}
+
+    char At(RecordAddress address)
+    {
+        if (++asked == kSingleReads)
+            ReadAll();
+        const auto known = std::ranges::lower_bound(all, address, {}, &Start::address);
+        if (known != all.end() && known->address == address)
+            return known->first;
+        char first = 0;
+        file.ReadField(BytesOf(first), {kTitleOffset, 1}, address);
+        return first;
+    }
+
+private:
+    static constexpr int kSingleReads = 200;
+    struct Start {
+        RecordAddress address;
+        char first;
+    };
+
+    void ReadAll()
+    {
+        const FieldRange start{kTitleOffset, 1};
+        file.ForEachRecord(
+            std::span(&start, 1),
+            [this](RecordAddress address, std::span<const std::byte> bytes) {
+                all.push_back({address, static_cast<char>(bytes[0])});
+                return true;
+            },
+            ScanScope::All);
+    }
+
+    const TableFile& file;
+    int asked = 0;
+    std::vector<Start> all;  // in file order
+};
 
 std::string Text(int id)
 {
@@ -304,11 +347,10 @@ int NotesPane::FindByLetter(int letter) const
         return -1;
     const auto upper = [](char c) { return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c); };
     const signed char wanted = upper(static_cast<char>(letter));
+    TitleStarts starts(*file);
     int index = 0;
     for (const RecordAddress address : query->Results()) {
-        char first = 0;
-        file->ReadField(BytesOf(first), {kTitleOffset, 1}, address);
-        if (upper(first) >= wanted)
+        if (upper(starts.At(address)) >= wanted)
             return index;
         ++index;
     }

@@ -90,6 +90,8 @@ private:
     enum class WhenLocked { Tell, Stay };
     enum class WhenHidden { GiveBack, Take };  // a note that became confidential for this user
     bool RefuseReader();
+    std::unique_ptr<RecordHold> LockSelected(WhenLocked whenLocked);
+    bool ReadHeld(RecordHold& held, WhenHidden whenHidden);
     std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden = WhenHidden::GiveBack);
     bool RemoveNote(RecordHold& held);
     bool TellSaved(int result);
