@@ -52,7 +52,7 @@ protected:
     // Adds notes as somebody else would.
     RecordAddress Add(const WantedNote& wanted)
     {
-        TableFile other(path, "");
+        TableFile other(path, ownerPassword);
         NoteRecord note;
         InitNoteRecord(other, note);
         StoreText(note.title, wanted.title);
@@ -76,6 +76,7 @@ protected:
         SetMainWindow(frame->window);
         pane = std::make_unique<NotesPane>(PaneColours{.backColour = 0xC0FFFF}, "Work");
         pane->Create(frame.get(), kStyleDefault);
+        frame->inner = pane.get();
         pane->Move(0, 0, 520, 480, 1);
         pane->Show();
         BringToForeground(frame->window);
@@ -161,6 +162,12 @@ protected:
             parameters.width = 540;
             parameters.height = 500;
         }
+        void CollectTabStops(TabStops& stops) override
+        {
+            if (inner)
+                inner->CollectTabStops(stops);
+        }
+        MarlinWnd* inner = nullptr;
     };
 
     test::TempFolder folder;
