@@ -4,7 +4,8 @@
 #include "core/password_dialogs.h"
 #include "core/start_file.h"
 #include "module_fixture.h"
-#include "store/refresh_switch.h"
+#include "platform/base/file_system.h"
+#include "support/failing_file_system.h"
 
 namespace jotlet {
 namespace {
@@ -192,6 +193,42 @@ TEST_F(ReplaceTest, NewPasswordsKeepThisCopyOwner)
     Command(kCmdPasswords);
     EXPECT_EQ(module->GetNoteFile()->GetRole(), Role::Owner);
     EXPECT_EQ(TableFile(first, "").GetRole(), Role::Assistant);
+}
+
+TEST_F(ReplaceTest, WhateverCallFailsNewGivesAWholeFileOrLeavesTheOpenOne)
+{
+    bool succeeded = false;
+    for (int failAt = 1; failAt < 60 && !succeeded; ++failAt) {
+        const std::string name = "n" + std::to_string(failAt);
+        const std::string path = folder.File("Works/" + name + ".jot");
+        const std::string before = OpenPath();
+        test::FailingFileSystem failing;
+        failing.failAt = failAt;
+        failing.andAllBehind = true;
+        WhenModal([&](WindowHandle d) {
+            TypeName(d, name);
+            if (IsWindow(d))
+                TestPushItem(d, kIdCancel);  // it was told that the file cannot be made
+        });
+        {
+            const ScopedFileSystem scoped(failing);
+            Command(kCmdNewFile);
+        }
+        SCOPED_TRACE("call " + std::to_string(failAt) + " " + failing.failedCall);
+        succeeded = failing.changes < failAt;
+        ASSERT_TRUE(OpenPath() == path || OpenPath() == before);
+        EXPECT_EQ(module->GetNoteFile()->GetRole(), Role::Owner) << "the open file is usable";
+        EXPECT_EQ(Setting("DefaulFile"), OpenPath());
+        EXPECT_EQ(Title(), "Jotlet : " + OpenPath().substr(OpenPath().rfind('/') + 1));
+        if (OpenPath() == before) {
+            EXPECT_FALSE(boxes.texts.empty()) << "the user was told";
+        }
+        if (std::filesystem::exists(path)) {
+            EXPECT_TRUE(TableFile(path, "").IsOpen()) << "never half a file";
+        }
+        boxes.texts.clear();
+    }
+    EXPECT_TRUE(succeeded) << "the last round had no failure";
 }
 
 TEST_F(ReplaceTest, HelpOpensItsPageAndSaysWhenThereIsNone)
