@@ -1,12 +1,10 @@
-#!/ usr / bin / env python3
-""
-    "How long from exec to the painted board, and how much memory the program then holds.
+#!/usr/bin/env python3
+"""How long from exec to the painted board, and how much memory the program then holds.
 
-    bench /
-    startup.py[--bin build / release / bin][--notes 10000][--runs 15][--window - manager][--limit - ms N-- limit - mb N]
+    bench/startup.py [--bin build/release/bin] [--notes 10000] [--runs 15] [--window-manager] [--limit-ms N --limit-mb N]
 
-    Starts the program on a private virtual display with a file of that many notes,
-    splash off, and looks at the screen until titles stand on the board.Prints the median and the spread; with limits, ends with 1 when the median is over one.
+Starts the program on a private virtual display with a file of that many notes, splash off, and looks at the screen until
+titles stand on the board. Prints the median and the spread; with limits, ends with 1 when the median is over one.
 Needs Xvfb and libX11 (and openbox for --window-manager).
 """
 import argparse
@@ -22,7 +20,7 @@ import tempfile
 import time
 
 LEFT, TOP = 100, 100
-#Part of the first row of cells : where titles stand, in the frame's window.
+# Part of the first row of cells: where titles stand, in the frame's window.
 AREA = (60, 132, 240, 20)
 TITLE_BLUE = 0x0000FF
 
