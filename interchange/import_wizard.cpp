@@ -40,7 +40,8 @@ constexpr int kPathLimit = 259;
 constexpr char kNoQualifier[] = "None";
 // What the preview shows of a file, so that one of any size shows at once.
 constexpr std::size_t kPreviewBytes = 64 * 1024;
-// Longer names and values of a first row are cut in the list; it is a column's label, not its content.
+// Longer names and values of a first row are cut: they are a column's label, not its content. No field's name is as
+// long.
 constexpr std::size_t kColumnLabel = 254;
 
 constexpr std::pair<int, int> kPageControls[] = {
@@ -70,6 +71,18 @@ bool Exists(const std::string& path)
 {
     struct stat found;
     return stat(path.c_str(), &found) == 0;
+}
+
+std::string Reason(const ImportFileResult& read)
+{
+    switch (read.error) {
+        case ImportFileError::TooLarge:
+            return "A file to import has at most 2 GB; please split it.";
+        case ImportFileError::OutOfMemory:
+            return "There is not enough memory; please close other programs or split the file.";
+        default:
+            return FileErrorText(read.detail);
+    }
 }
 
 }  // namespace
@@ -195,7 +208,7 @@ bool ImportWizard::FillFormatPage()
     std::string head;
     const ImportFileResult read = ReadImportHead(path, kPreviewBytes, head);
     if (!read) {
-        ShowTextMessage(window, "\"" + path + "\"\r\ncannot be read. " + FileErrorText(read.detail));
+        ShowTextMessage(window, "\"" + path + "\"\r\ncannot be read. " + Reason(read));
         return false;
     }
     const std::string text = PrepareImportText(std::move(head));
@@ -221,13 +234,7 @@ void ImportWizard::FillMapPage()
 {
     ShowWaitCursor();
     const ImportFileResult read = LoadImportText(reader, path);
-    RestoreCursor();
-    if (!read)
-        ShowTextMessage(window, "\"" + path + "\"\r\ncannot be read. " + FileErrorText(read.detail));
     ReadColumnNames();
-    if (read && columnNames.empty())
-        ShowTextMessage(window, "No whole row was found in\r\n\"" + path +
-                                    "\".\r\nEach row must end in a line end, and each quote must be closed.");
 
     ClearRows(window, kFieldCombo);
     for (const ImportField& field : fields)
@@ -237,12 +244,19 @@ void ImportWizard::FillMapPage()
 
     ClearRows(window, kSourceList);
     for (const std::string& name : columnNames)
-        AddRow(window, kSourceList, CutText(name, kColumnLabel));
+        AddRow(window, kSourceList, name);
     map = PositionalMap(fields, columnNames.size());
     ClearRows(window, kTargetList);
     for (const std::string& name : map)
         AddRow(window, kTargetList, name);
     ShowMap(0);
+    RestoreCursor();
+
+    if (!read)
+        ShowTextMessage(window, "\"" + path + "\"\r\ncannot be read. " + Reason(read));
+    else if (columnNames.empty())
+        ShowTextMessage(window, "No whole row was found in\r\n\"" + path +
+                                    "\".\r\nEach row must end in a line end, and each quote must be closed.");
 }
 
 void ImportWizard::ReadColumnNames()
@@ -255,7 +269,7 @@ void ImportWizard::ReadColumnNames()
     for (int code = DelimitedReader::kField; code == DelimitedReader::kField;) {
         code = reader.NextField();
         if (code != DelimitedReader::kNoMore)
-            columnNames.emplace_back(reader.Field());
+            columnNames.emplace_back(CutText(reader.Field(), kColumnLabel));
     }
 }
 

@@ -203,6 +203,14 @@ TEST_F(Importing, FilesThatAreNotThereOrVanishAreToldAndHarmNothing)
     Run([&](WindowHandle wizard) {
         SetItemTextOf(wizard, kPathEdit, path);
         TestPushItem(wizard, kNext);
+        std::filesystem::resize_file(path, std::uintmax_t{3} << 30);
+        TestPushItem(wizard, kNext);
+        EXPECT_THAT(Rows(wizard, kSourceList), IsEmpty());
+    });
+    EXPECT_THAT(said, ElementsAre(HasSubstr("at most 2 GB")));
+    Run([&](WindowHandle wizard) {
+        SetItemTextOf(wizard, kPathEdit, Source("Title\r\nmilk\r\n"));
+        TestPushItem(wizard, kNext);
         std::filesystem::remove(path);
         TestPushItem(wizard, kNext);
         EXPECT_THAT(Rows(wizard, kSourceList), IsEmpty());
@@ -239,6 +247,38 @@ TEST_F(Importing, OddTextsGetAReasonAndNoCrash)
                   c.added);
         EXPECT_FALSE(said.empty()) << "the user is told in every case";
     }
+}
+
+TEST_F(Importing, ARowOfVeryManyColumnsOrOneHugeFieldIsMappedAndImported)
+{
+    constexpr int kColumns = 30'000;
+    std::string names = "Note Title";
+    std::string row = "milk";
+    for (int i = 1; i < kColumns; ++i) {
+        names += ",Text";
+        row += ",two";
+    }
+    const std::string wide = Source(names + "\r\n" + row + "\r\n", "wide.csv");
+    EXPECT_EQ(Run([&](WindowHandle wizard) {
+                  GoToMap(wizard, wide);
+                  EXPECT_EQ(RowCount(wizard, kTargetList), kColumns);
+                  TestPushItem(wizard, kDefaultMap);
+                  EXPECT_EQ(RowText(wizard, kTargetList, 1), "Text");
+                  EXPECT_EQ(RowText(wizard, kTargetList, kColumns - 1), "IGNORE THIS FIELD");
+                  TestPushItem(wizard, kNext);
+              }),
+              1u);
+    EXPECT_EQ(FieldText(StoredNote("milk").text), "two");
+
+    const std::string huge = std::string(20 << 20, 'x');
+    const std::string tall = Source(huge + ",Text\r\n" + huge + ",one\r\n", "tall.csv");
+    EXPECT_EQ(Run([&](WindowHandle wizard) {
+                  GoToMap(wizard, tall);
+                  EXPECT_EQ(RowText(wizard, kSourceList, 0), std::string(254, 'x'));
+                  TestPushItem(wizard, kNext);
+              }),
+              1u);
+    EXPECT_EQ(FieldText(Stored().back().text), "one");
 }
 
 TEST_F(Importing, TheBrowserFillsThePathAndAReaderIsRefused)

@@ -4,7 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
+
 #include "engine_fixture.h"
+#include "interchange/engine/report_target.h"
 #include "support/child_process.h"
 #include "support/failing_file_system.h"
 #include "support/scratch.h"
@@ -296,6 +299,24 @@ TEST_F(ReportTargetTest, APipeGetsTheTextAtOnce)
     received.resize(static_cast<std::size_t>(std::max<ssize_t>(0, read(reader, received.data(), received.size()))));
     close(reader);
     EXPECT_EQ(TitlesOf(received), "milk ");
+}
+
+TEST_F(ReportTargetTest, APipeWhoseReaderGoesAwayIsAFailedExport)
+{
+    const auto before = std::signal(SIGPIPE, SIG_IGN);  // as both programs do
+    const std::string pipe = folder.File("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    {
+        ReportTarget target(pipe);
+        EXPECT_FALSE(target.Error());
+        close(reader);
+        target.Append("milk");
+        EXPECT_FALSE(target.Finish());
+        EXPECT_EQ(target.Error().systemError, EPIPE);
+    }
+    std::signal(SIGPIPE, before);
 }
 
 }  // namespace
