@@ -47,7 +47,7 @@ DialogTemplate AlarmFired()
             156,
             0,
             {
-                {ControlKind::Icon, -1, "1000", 7, 7, 16, 16},
+                {ControlKind::Icon, -1, "1000", 7, 7, 22, 22},
                 {ControlKind::Text, -1, "Alarm Date", 34, 7, 46, 8},
                 {ControlKind::Text, 100, "", 82, 7, 76, 8},
                 {ControlKind::Text, -1, "Alarm Time", 34, 19, 46, 8},
