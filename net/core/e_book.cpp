@@ -4,6 +4,7 @@
 
 #include "platform/base/paths.h"
 #include "platform/base/text.h"
+#include "store/create_table.h"
 #include "store/open_table.h"
 #include "store/record_query.h"
 #include "store/table_file.h"
@@ -12,22 +13,14 @@ namespace jotlet {
 
 namespace {
 
-constexpr std::string_view kFileType = "E-Book";
-constexpr std::uint32_t kFileVersion = 1;
-
 std::unique_ptr<TableFile> bookTable;
 std::unique_ptr<RecordQuery> bookQuery;
 
 void CreateBook(const std::string& path)
 {
     TableFile file(path, "");
-    if (file.GetOpenFailure() != OpenFailure::Missing)
-        return;
-    TableHeader header{};
-    CategoryBlock categories{};
-    InitTableHeader(header, kFileType, kFileType, kFileVersion, GetSuiteIniPath());
-    InitCategories(categories);
-    file.Create(header, sizeof header, categories, sizeof categories, kContactRecordSize);
+    if (file.GetOpenFailure() == OpenFailure::Missing)
+        CreateTable(file, kContactTable);
 }
 
 }  // namespace

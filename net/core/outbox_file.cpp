@@ -4,7 +4,7 @@
 #include <span>
 
 #include "net/core/send_record.h"
-#include "platform/base/paths.h"
+#include "store/create_table.h"
 #include "store/open_table.h"
 #include "store/table_file.h"
 
@@ -12,20 +12,12 @@ namespace jotlet {
 
 namespace {
 
-constexpr std::string_view kFileType = "SendRecord";
-constexpr std::uint32_t kFileVersion = 1;
-
 void CreateOutboxFile(const std::string& path)
 {
     TableFile file(path, "");
-    if (file.GetOpenFailure() != OpenFailure::Missing)
-        return;
-    TableHeader header{};
-    CategoryBlock categories{};
-    InitTableHeader(header, kFileType, kFileType, kFileVersion, GetSuiteIniPath());
-    InitCategories(categories);
     // A copy that was faster has made the same file.
-    file.Create(header, sizeof header, categories, sizeof categories, kSendRecordSize);
+    if (file.GetOpenFailure() == OpenFailure::Missing)
+        CreateTable(file, kSendTable);
 }
 
 }  // namespace

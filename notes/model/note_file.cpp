@@ -5,16 +5,14 @@
 
 #include "notes/model/note_record.h"
 #include "notes/model/palette.h"
-#include "platform/base/paths.h"
 #include "platform/base/text.h"
 #include "resources/string_table.h"
+#include "store/create_table.h"
 #include "store/table_file.h"
 
 namespace jotlet {
 
 namespace {
-
-constexpr std::uint32_t kNoteFileVersion = 3;
 
 struct ExampleNote {
     int titleId;
@@ -33,18 +31,13 @@ constexpr std::array<ExampleNote, 4> kExamples = {{
 
 int CreateNoteFile(const std::string& path, WithExamples examples, const Clock& clock, FileError* error)
 {
-    TableHeader header;
-    InitTableHeader(header, "Notes", "Organizer", kNoteFileVersion, GetSuiteIniPath());
-    CategoryBlock categories;
-    InitCategories(categories);
-
     if (TableFile::Exists(path) == 1) {
         if (error != nullptr)
             *error = {FileErrorKind::Busy, "create", path, EEXIST};
         return 0;
     }
     TableFile file(path, {});
-    if (file.Create(header, kHeaderBlockSize, categories, kCategoryBlockSize, kNoteRecordSize) != 1) {
+    if (CreateTable(file, kNoteTable) != 1) {
         if (error != nullptr)
             *error = file.GetOpenError();
         return 0;
