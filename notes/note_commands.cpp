@@ -282,16 +282,19 @@ void NotesPane::OpenAttachment()
         OpenDocument(FieldText(note.attachmentPath));
 }
 
-void NotesPane::DropOnDay(const DateValue& day)
+// A drop shows nobody the note, so a hidden one may be moved too.
+std::unique_ptr<RecordHold> NotesPane::HoldForDrop()
 {
     if (!SelectedAddress()) {
         Beep();
-        FocusList();
-        return;
+        return nullptr;
     }
-    if (RefuseReader())
-        return;
-    if (auto held = HoldSelected(WhenLocked::Tell, WhenHidden::Take)) {
+    return RefuseReader() ? nullptr : HoldSelected(WhenLocked::Tell, WhenHidden::Take);
+}
+
+void NotesPane::DropOnDay(const DateValue& day)
+{
+    if (auto held = HoldForDrop()) {
         held->note.date = day;
         if (TellSaved(file->WriteRecord(BytesOf(held->note), held->address))) {
             PlaySoundFile("move.wav");
@@ -306,14 +309,7 @@ void NotesPane::DropOnDay(const DateValue& day)
 
 void NotesPane::DropCopyOnDay(const DateValue& day)
 {
-    if (!SelectedAddress()) {
-        Beep();
-        FocusList();
-        return;
-    }
-    if (RefuseReader())
-        return;
-    if (auto held = HoldSelected(WhenLocked::Tell, WhenHidden::Take)) {
+    if (auto held = HoldForDrop()) {
         NoteRecord copy = held->note;
         copy.date = day;
         copy.uniqueId = RandomId();

@@ -93,6 +93,7 @@ private:
     std::unique_ptr<RecordHold> LockSelected(WhenLocked whenLocked);
     bool ReadHeld(RecordHold& held, WhenHidden whenHidden);
     std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden = WhenHidden::GiveBack);
+    std::unique_ptr<RecordHold> HoldForDrop();
     bool RemoveNote(RecordHold& held);
     bool TellSaved(int result);
     DateValue DateForNewNote() const;
