@@ -2,6 +2,7 @@
 
 #include "notes/alarm_fired_dialog.h"
 #include "notes/model/alarms.h"
+#include "notes/note_editor_dialog.h"
 #include "store/refresh_switch.h"
 
 namespace jotlet {
@@ -13,7 +14,7 @@ bool alarmShowing = false;
 
 int CheckAlarms(TableFile& file, MarlinWnd& parent, const Clock& clock)
 {
-    if (!IsRefreshEnabled() || alarmShowing)
+    if (!IsRefreshEnabled() || alarmShowing || NoteEditorDialog::AnyOpen())
         return 0;
     AlarmCheck check = FindDueAlarm(file, clock);
     if (!check.due)

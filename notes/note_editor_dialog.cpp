@@ -29,13 +29,26 @@ Colour RowColour(const DrawItemInfo& item)
     return static_cast<Colour>(item.data);
 }
 
+int openEditors = 0;
+
 }  // namespace
 
 NoteEditorDialog::NoteEditorDialog(TableFile* file, NoteRecord& record, const DateValue& date, int mode)
     : record(record), mode(mode), role(file->GetRole()), file(file), date(date)
 {
+    ++openEditors;
     if (mode == kEditNew)
         InitNoteRecord(*file, record);
+}
+
+NoteEditorDialog::~NoteEditorDialog()
+{
+    --openEditors;
+}
+
+bool NoteEditorDialog::AnyOpen()
+{
+    return openEditors > 0;
 }
 
 void NoteEditorDialog::SetSave(Save newSave)

@@ -20,6 +20,10 @@ public:
     // `record` stays the caller's and must outlive the dialog; in new mode it is filled with what a new note has.
     // The date given replaces the record's own.
     NoteEditorDialog(TableFile* file, NoteRecord& record, const DateValue& date, int mode);
+    ~NoteEditorDialog() override;
+
+    // Whether a note is being written in this copy: no alarm interrupts that, also not a new note that holds no lock.
+    static bool AnyOpen();
 
     // Called by OK with the record filled in. An empty result ends the dialog with 1; any other text is shown, and the
     // dialog stays open with all that was typed.

@@ -121,6 +121,11 @@ TEST_F(CheckingAlarms, AnOpenEditorKeepsAlarmsBackUntilItCloses)
         Command(kCommandEditNote);
         EXPECT_EQ(StoredNote("due").alarmState, kAlarmSet);
     }
+    WhenModal([this](WindowHandle editor) {
+        EXPECT_EQ(CheckNow(), 0) << "a new note holds no lock, and is being written all the same";
+        TestPushItem(editor, kIdCancel);
+    });
+    Command(kCommandNewNote);
     EXPECT_EQ(Tick(), 1);
     EXPECT_THAT(shown, ElementsAre("due"));
 }
