@@ -20,6 +20,7 @@ namespace {
 constexpr int kInviteButton = 101;
 constexpr int kParticipantList = 102;
 constexpr int kSubjectEdit = 103;
+constexpr int kListHeading = 104;
 constexpr int kRemoveButton = 105;
 constexpr int kEBookButton = 106;
 constexpr int kOwnerLine = 1010;
@@ -121,6 +122,7 @@ void InternetEventsDialog::ShowOwner()
     const std::string email(FieldText(note.owner.email));
     ShowItem(window, kOwnerLine, owner);
     ShowItem(window, kOwnerBlock, !owner);
+    ShowItem(window, kListHeading, owner);
     ShowItem(window, kParticipantList, owner);
     if (owner) {
         SetItemFont(window, kOwnerLine, "Small Fonts", -9, 400);
@@ -276,7 +278,7 @@ MessageParam InternetEventsDialog::OnDrawItem(WndMessage& record)
         return 1;
     const Rect& r = item.area;
     item.dc->FillRect(r, item.selected ? kSelectedRow : SystemColour(kSysColourWindow));
-    constexpr std::uint32_t kFlags = kTextSingleLine | kTextVCentre | kTextNoPrefix;
+    constexpr std::uint32_t kFlags = kTextSingleLine | kTextVCentre | kTextNoPrefix | kTextEndEllipsis;
     item.dc->DrawText({r.left + kNameLeft, r.top, kNameRight, r.bottom}, ItemName(item.text), SansFont(400), kRowText,
                       kFlags);
     std::string word;

@@ -11,21 +11,22 @@ DialogTemplate InternetEvents()
             "Internet Events",
             20,
             20,
-            196,
+            193,
             176,
             0,
             {
                 {ControlKind::Text, -1, "&Subject:", 6, 9, 34, 8},
-                {ControlKind::Edit, 103, "", 42, 7, 148, 12},
+                {ControlKind::Edit, 103, "", 42, 7, 145, 12},
                 {ControlKind::Push, 101, "&Invite", 6, 25, 45, 14},
                 {ControlKind::Push, 105, "&Remove", 55, 25, 45, 14},
                 {ControlKind::Push, 106, "&E-Book", 104, 25, 45, 14},
-                {ControlKind::Picture, -1, "4005", 6, 44, 184, 11},
-                {ControlKind::ListBox, 102, "", 6, 56, 184, 90, kControlOwnerDrawn | kControlScroll},
-                {ControlKind::Text, 1011, "", 6, 56, 184, 90, kControlHidden},
-                {ControlKind::RightText, 1010, "", 6, 148, 184, 8},
-                {ControlKind::DefaultPush, 1, "OK", 96, 158, 45, 14},
-                {ControlKind::Push, 2, "Cancel", 145, 158, 45, 14},
+                // The list is as wide as its heading, a picture of 272 pixels.
+                {ControlKind::Picture, 104, "4005", 6, 44, 181, 11},
+                {ControlKind::ListBox, 102, "", 6, 56, 181, 90, kControlOwnerDrawn | kControlScroll},
+                {ControlKind::Text, 1011, "", 6, 56, 181, 90, kControlHidden},
+                {ControlKind::RightText, 1010, "", 6, 148, 181, 8},
+                {ControlKind::DefaultPush, 1, "OK", 93, 158, 45, 14},
+                {ControlKind::Push, 2, "Cancel", 142, 158, 45, 14},
             }};
 }
 

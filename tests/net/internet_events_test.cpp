@@ -217,6 +217,7 @@ TEST_F(InternetEvents, SomebodyElseSeesTheOwnerAloneAndCanOnlyLeave)
         EXPECT_FALSE(CanPress(dialog, kEventsRemove));
         EXPECT_FALSE(CanPress(dialog, kIdOk));
         EXPECT_FALSE(IsVisible(DialogItem(dialog, kEventsList)));
+        EXPECT_FALSE(IsVisible(DialogItem(dialog, kEventsHeading)));
         EXPECT_FALSE(IsVisible(DialogItem(dialog, kEventsOwnerLine)));
         EXPECT_TRUE(IsVisible(DialogItem(dialog, kEventsOwnerBlock)));
         const std::string owner = ItemText(dialog, kEventsOwnerBlock);
@@ -333,15 +334,8 @@ TEST_F(InternetEvents, HostileTextsInTheOutboxAreShownInTheirRowAndCanBeRemoved)
     EXPECT_THAT(People("party"), ElementsAre("caf\xe9:8", "line\nbreak:8")) << "the bytes stay as they are";
 }
 
-TEST_F(InternetEvents, StatusWordsAndRowPartsReadBack)
+TEST(ParticipantRow, ItsPartsReadBackAndABrokenOneHasNoStatus)
 {
-    const std::vector<std::string> words = {"?",        "wait for send", "no reply yet",   "accepted", "new data",
-                                            "rejected", "accepted",      "accept message", "canceld",  "?"};
-    for (int status = 0; status < 10; ++status) {
-        std::string word;
-        EXPECT_EQ(StatusWord(status, word), status >= 1 && status <= 8 ? 1 : 0);
-        EXPECT_EQ(word, words[static_cast<std::size_t>(status)]);
-    }
     std::string item = ParticipantItem("a@x", "Ann", 12);
     SetItemStatus(item, 8);
     EXPECT_EQ(item, "a@x\nAnn\n8");

@@ -22,6 +22,7 @@ namespace jotlet {
 inline constexpr int kEventsInvite = 101;
 inline constexpr int kEventsList = 102;
 inline constexpr int kEventsSubject = 103;
+inline constexpr int kEventsHeading = 104;
 inline constexpr int kEventsRemove = 105;
 inline constexpr int kEventsEBook = 106;
 inline constexpr int kEventsOwnerLine = 1010;
