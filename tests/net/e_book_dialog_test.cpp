@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "net_fixture.h"
+#include "support/failing_file_system.h"
 #include "support/scratch.h"
 
 namespace jotlet {
@@ -205,6 +206,26 @@ TEST_F(ContactBook, AnEditedContactIsHeldAgainstOtherCopies)
         EXPECT_EQ(other.LockRecord(address), 1) << "given back by Cancel";
         other.UnlockRecord(address);
     });
+}
+
+TEST_F(ContactBook, AFullDiskIsToldAndTheContactStaysAsItWas)
+{
+    AddContacts({{"ann", "a@x"}});
+    ScopedAnswers answers;
+    InBook([&](WindowHandle dialog, ContactList& list) {
+        list.SelectItem(0);
+        test::FailingFileSystem disk;
+        const ScopedFileSystem full(disk);
+        WhenModal([&](WindowHandle record) {
+            TypeInto(record, kName, "x");
+            disk.failAt = disk.changes + 1;
+            TestPushItem(record, kIdOk);
+        });
+        TestPushItem(dialog, kEdit);
+        EXPECT_EQ(disk.failedCall, "write");
+    });
+    EXPECT_THAT(answers.texts, ElementsAre(testing::HasSubstr("could not be written")));
+    EXPECT_EQ(FieldText(StoredContact(0).bookName), "ann");
 }
 
 TEST_F(ContactBook, AThousandContactsAreSortedPickedAndFoundAtTheEnd)

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "net_fixture.h"
+#include "support/failing_file_system.h"
 
 namespace jotlet {
 namespace {
@@ -312,6 +313,27 @@ TEST_F(InternetEvents, AnOutboxThatIsNoneIsReportedAndLeftAsItIs)
     Command(kCommandInternetEvents);
     EXPECT_THAT(answers.texts, ElementsAre(testing::HasSubstr(OutboxPath())));
     EXPECT_EQ(std::filesystem::file_size(OutboxPath()), size);
+}
+
+TEST_F(InternetEvents, AFullDiskIsToldAndNobodyWhoWasInvitedIsLost)
+{
+    AddContacts({{"zoe", "zoe@x.example"}});
+    AddEvent("party", {{"ann", kSendAccepted}}, 2, kStatusChange);
+    Show();
+    ScopedAnswers answers;
+    {
+        test::FailingFileSystem disk;
+        const ScopedFileSystem full(disk);
+        InEvents("party", [&](WindowHandle dialog) {
+            Invite(dialog, 0);
+            disk.failAt = disk.changes + 1;
+            disk.andAllBehind = true;
+            TestPushItem(dialog, kIdOk);
+        });
+    }
+    EXPECT_THAT(answers.texts, testing::Contains(testing::HasSubstr("Not all participants could be written")));
+    EXPECT_THAT(People("party"), ElementsAre("ann:3"));
+    EXPECT_EQ(StoredNote("party").eventState, 2);
 }
 
 TEST_F(InternetEvents, HostileTextsInTheOutboxAreShownInTheirRowAndCanBeRemoved)
