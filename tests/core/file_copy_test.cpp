@@ -53,8 +53,8 @@ TEST_F(FileCopyTest, TheCopyHoldsTheNotesWithoutCountersAndLocksOfTheOpenFile)
     EXPECT_EQ(counts.slots, 3);
     EXPECT_EQ(counts.live, 3);
     EXPECT_EQ(counts.locked, 0);
-    EXPECT_EQ(HeaderOf(target).freeSlots, 0);
-    EXPECT_EQ(HeaderOf(target).openCount, 1u) << "this look alone";
+    EXPECT_EQ(+HeaderOf(target).freeSlots, 0);
+    EXPECT_EQ(+HeaderOf(target).openCount, 1u) << "this look alone";
     EXPECT_EQ(CountsOf(source).slots, 4) << "the open file stays as it is";
     file.UnlockRecord(all.Results()[1]);
 }

@@ -32,7 +32,7 @@ TEST_F(NoteFileTest, ANewFileCanHoldTheFourExamples)
     ASSERT_EQ(table->ReadHeader(header), 1);
     EXPECT_EQ(Text(header.fileType), "Notes");
     EXPECT_EQ(Text(header.family), "Organizer");
-    EXPECT_EQ(header.version, 3u);
+    EXPECT_EQ(+header.version, 3u);
 }
 
 TEST_F(NoteFileTest, AFileThatIsThereIsNeverReplaced)
