@@ -131,6 +131,38 @@ TEST_F(BadFileTest, CountersAndTextsThatLieHarmNothing)
     EXPECT_THAT(Run({"add", path, "--title", "a", "--text", "b"}), ExitsWith(0));
 }
 
+// A limit of the file size stops a write in its middle as a full disk does, and needs no disk of its own.
+TEST_F(BadFileTest, AFullDiskLeavesTheFileAsItWasAndNothingHalfMade)
+{
+    std::string bytes = NoteFileBytes();
+    const std::string csv = Write("in.csv", "Title,Text\r\na,b\r\n");
+    const std::string outPath = Path("said");
+    const auto runWithin = [&](int halfKilobytes, const Arguments& arguments) {
+        std::string command = "trap '' XFSZ; ulimit -f " + std::to_string(halfKilobytes) + "; exec";
+        for (const std::string& word : arguments)
+            command += " '" + word + "'";
+        const int status = std::system((command + " >/dev/null 2>'" + outPath + "'").c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    };
+    constexpr int kRoomForHalfANote = 16;  // 8192 bytes; the file has 6182
+    for (const Arguments& arguments :
+         {Arguments{JOTCTL_PATH, "add", file, "--title", "a", "--text", "b"}, {JOTCTL_PATH, "import", file, csv}}) {
+        SCOPED_TRACE(arguments[1]);
+        EXPECT_EQ(runWithin(kRoomForHalfANote, arguments), 1);
+        EXPECT_THAT(Read(outPath), HasSubstr(file));
+        EXPECT_EQ(Read(file), bytes);
+    }
+    constexpr int kRoomForHalfAFile = 8;  // 4096 bytes
+    EXPECT_EQ(runWithin(kRoomForHalfAFile, {JOTCTL_PATH, "compact", file}), 1);
+    EXPECT_EQ(Read(file), bytes);
+    EXPECT_FALSE(std::filesystem::exists(file + ".temp"));
+    EXPECT_EQ(runWithin(4, {JOTCTL_PATH, "new", Path("new.jot")}), 3);
+    EXPECT_FALSE(std::filesystem::exists(Path("new.jot")));
+
+    EXPECT_THAT(Run({"add", file, "--title", "c", "--text", "b"}), ExitsWith(0)) << "with room again all is well";
+    EXPECT_EQ(Titles({"list", file}).size(), 2u);
+}
+
 TEST_F(BadFileTest, AFileThatMayNotBeWrittenIsRefused)
 {
     const std::string bytes = NoteFileBytes();

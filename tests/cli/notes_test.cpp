@@ -196,7 +196,7 @@ TEST_F(NotesTest, HelpIsNoErrorAndTellsOfEveryCommand)
     const Outcome help = Run({"--help"});
     EXPECT_THAT(help, ExitsWith(0));
     for (const char* command : {"new", "info", "list", "show", "find", "add", "edit", "delete", "export", "report",
-                                "import", "check", "compact", "passwd"})
+                                "import", "check", "compact", "passwd", "register"})
         EXPECT_THAT(help.out, HasSubstr(command));
 }
 
