@@ -16,7 +16,7 @@
 #include "skin/skin_bitmaps.h"
 #include "skin/sound.h"
 #include "store/passwords.h"
-#include "support/scratch.h"
+#include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 #include "support/window_test.h"
 

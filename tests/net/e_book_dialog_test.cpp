@@ -5,7 +5,7 @@
 
 #include "net_fixture.h"
 #include "support/failing_file_system.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -299,9 +299,9 @@ TEST_F(ContactBook, AFileThatIsNoBookIsReportedAndLeftAsItIs)
 {
     Add({.title = "party"});
     Show();
-    const std::string notes = test::ReadAllBytes(path);
+    const std::string notes = test::ReadAll(path);
     for (const std::string& content : {std::string("hello"), std::string(5000, '\xff'), std::string(), notes}) {
-        test::WriteAllBytes(GetEBookPath(), content);
+        test::WriteAll(GetEBookPath(), content);
         ScopedAnswers answers;
         EXPECT_EQ(ShowEBook(nullptr), 1);
         EXPECT_THAT(answers.texts, ElementsAre(testing::HasSubstr(GetEBookPath())));
@@ -311,7 +311,7 @@ TEST_F(ContactBook, AFileThatIsNoBookIsReportedAndLeftAsItIs)
             EXPECT_THAT(Rows(dialog), IsEmpty());
         });
         EXPECT_EQ(answers.texts.size(), 2u);
-        EXPECT_EQ(test::ReadAllBytes(GetEBookPath()), content);
+        EXPECT_EQ(test::ReadAll(GetEBookPath()), content);
     }
 }
 

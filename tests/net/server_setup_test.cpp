@@ -8,7 +8,7 @@
 
 #include "net_fixture.h"
 #include "platform/desktop/cursor.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 #include "tests/net/core/marlin_server.h"
 
 namespace jotlet {
@@ -130,7 +130,7 @@ TEST_F(ServerSetup, EachMistakeIsNamedAndNothingIsWritten)
 
 TEST_F(ServerSetup, OkStoresTheAccountCutAtItsWidthsForItsUserAlone)
 {
-    test::WriteAllBytes(GetSuiteIniPath().Path(), "[Preference]\r\nNetworkRefresh=5\r\n");
+    test::WriteAll(GetSuiteIniPath().Path(), "[Preference]\r\nNetworkRefresh=5\r\n");
     EXPECT_EQ(InForm([](WindowHandle form) {
                   FillAll(form);
                   Fill(form, kName, std::string(60, 'n'));
@@ -286,10 +286,10 @@ TEST_F(ServerSetup, ThePasswordShowsNowhereButInTheSettings)
     for (const std::string& text : answers.texts)
         told += text;
     EXPECT_THAT(told, testing::Not(testing::HasSubstr("s3cret!")));
-    EXPECT_THAT(test::ReadAllBytes("/proc/self/cmdline"), testing::Not(testing::HasSubstr("s3cret!")));
+    EXPECT_THAT(test::ReadAll("/proc/self/cmdline"), testing::Not(testing::HasSubstr("s3cret!")));
     std::vector<std::string> holders;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
-        if (entry.is_regular_file() && test::ReadAllBytes(entry.path()).find("s3cret!") != std::string::npos)
+        if (entry.is_regular_file() && test::ReadAll(entry.path()).find("s3cret!") != std::string::npos)
             holders.push_back(entry.path().filename());
     EXPECT_THAT(holders, ElementsAre("Pinwell.ini"));
 }

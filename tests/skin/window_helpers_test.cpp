@@ -9,7 +9,7 @@
 #include "skin/animations.h"
 #include "skin/fonts.h"
 #include "skin/sound.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 #include "support/window_test.h"
 
 namespace jotlet {
@@ -50,7 +50,7 @@ protected:
         SetSoundEnabled(1);
         SetAnimationEnabled(1);
     }
-    test::ScratchFolder folder;
+    test::TempFolder folder;
     std::vector<std::string> calls;
     ScopedShellHook shell{[this](std::string_view verb, std::string_view target) {
         calls.push_back(std::string(verb) + ' ' + std::string(target));

@@ -63,7 +63,10 @@ public:
         return Fails("truncate") ? -1 : real.Truncate(handle, size);
     }
     int Sync(int handle) override { return Fails("sync") ? -1 : real.Sync(handle); }
-    int SyncMapped(std::span<const std::byte> pages) override { return Fails("sync part") ? -1 : real.SyncMapped(pages); }
+    int SyncMapped(std::span<const std::byte> pages) override
+    {
+        return Fails("sync part") ? -1 : real.SyncMapped(pages);
+    }
     void StartWriting(int handle, std::int64_t offset, std::int64_t size) override
     {
         real.StartWriting(handle, offset, size);

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace jotlet::test {
@@ -45,7 +46,7 @@ inline std::string ReadAll(const std::string& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-inline void WriteAll(const std::string& path, const std::string& bytes)
+inline void WriteAll(const std::string& path, std::string_view bytes)
 {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }

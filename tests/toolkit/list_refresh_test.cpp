@@ -1,7 +1,7 @@
 #include "list_view_fixture.h"
 #include "platform/base/paths.h"
 #include "store/table_fixture.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -58,7 +58,7 @@ protected:
     }
     Command Reloaded(int which) { return {5, which, kListReloaded}; }
 
-    test::ScratchFolder folder;
+    test::TempFolder folder;
     TableFile file;
     TableFile other;
     RecordQuery query;

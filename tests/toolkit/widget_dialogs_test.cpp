@@ -4,7 +4,6 @@
 #include "platform/desktop/shell.h"
 #include "platform/desktop/system_metrics.h"
 #include "skin/sound.h"
-#include "support/scratch.h"
 #include "toolkit/about_dialog.h"
 #include "toolkit/browse_for_folder.h"
 #include "toolkit/compact_progress_dialog.h"

@@ -5,7 +5,7 @@
 
 #include "interchange/engine/delimited_reader.h"
 #include "platform/base/files.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 
 namespace jotlet::test {
 namespace {
@@ -77,11 +77,11 @@ protected:
     std::string Write(std::string_view bytes)
     {
         const std::string path = folder.File("in.csv");
-        WriteAllBytes(path, bytes);
+        WriteAll(path, bytes);
         return path;
     }
 
-    ScratchFolder folder;
+    TempFolder folder;
     DelimitedReader reader;
 };
 

@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "engine_fixture.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 
 namespace jotlet::test {
 namespace {
@@ -113,8 +113,8 @@ protected:
             for (std::size_t i = 0; i < row.size(); ++i)
                 fields += (i == 0 ? "" : "\x1f") + row[i];
         }
-        WriteAllBytes(folder.File("write.py"), kScript);
-        WriteAllBytes(folder.File("fields"), fields);
+        WriteAll(folder.File("write.py"), kScript);
+        WriteAll(folder.File("fields"), fields);
         const std::string command = "python3 '" + folder.File("write.py") + "' " + GetParam() + " '" +
                                     folder.File("fields") + "' '" + out + "'";
         return std::system(command.c_str()) == 0;

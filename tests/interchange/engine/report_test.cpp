@@ -10,7 +10,7 @@
 #include "interchange/engine/report_target.h"
 #include "support/child_process.h"
 #include "support/failing_file_system.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 
 namespace jotlet::test {
 namespace {
@@ -20,7 +20,7 @@ protected:
     // The text that a request makes; "(failed)" when it makes none.
     std::string Make(const ReportRequest& request)
     {
-        return GenerateReportFile(request, out, &outcome) == 1 ? ReadAllBytes(out) : "(failed)";
+        return GenerateReportFile(request, out, &outcome) == 1 ? ReadAll(out) : "(failed)";
     }
     std::string Export() { return Make(Request(ReportKind::Export)); }
     // Titles in the export of that range, in order.
@@ -191,7 +191,7 @@ protected:
 
 TEST_F(ReportTargetTest, AFinishedTargetReplacesTheOldOneAndLeavesNothingBeside)
 {
-    WriteAllBytes(out, "old text that is longer than the new one, to see that nothing of it stays behind");
+    WriteAll(out, "old text that is longer than the new one, to see that nothing of it stays behind");
     chmod(out.c_str(), 0640);
     const std::size_t before = folder.FileCount();
     EXPECT_EQ(Export(), "\"Title\",\"Text\",\"Color\",\"Category\"\r\n");
@@ -203,12 +203,12 @@ TEST_F(ReportTargetTest, AFinishedTargetReplacesTheOldOneAndLeavesNothingBeside)
 
 TEST_F(ReportTargetTest, ALinkIsFollowed)
 {
-    WriteAllBytes(out, "old");
+    WriteAll(out, "old");
     const std::string link = folder.File("link.csv");
     std::filesystem::create_symlink(out, link);
     EXPECT_EQ(GenerateReportFile(Request(ReportKind::Export), link), 1);
     EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_NE(ReadAllBytes(out), "old");
+    EXPECT_NE(ReadAll(out), "old");
 }
 
 TEST_F(ReportTargetTest, WhatCannotBeATargetSaysWhy)
@@ -230,7 +230,7 @@ TEST_F(ReportTargetTest, WithAnyFailureTheOldTargetStaysWhole)
 {
     for (int i = 0; i < 300; ++i)
         Add({"note " + std::to_string(i), std::string(1500, 'x')});
-    WriteAllBytes(out, "old");
+    WriteAll(out, "old");
     int failAt = 1;
     for (;; ++failAt) {
         SCOPED_TRACE(failAt);
@@ -244,7 +244,7 @@ TEST_F(ReportTargetTest, WithAnyFailureTheOldTargetStaysWhole)
             break;
         }
         if (made == 0) {
-            EXPECT_EQ(ReadAllBytes(out), "old");
+            EXPECT_EQ(ReadAll(out), "old");
             EXPECT_EQ(outcome.error.kind, FileErrorKind::NoSpace);
             EXPECT_EQ(outcome.error.path, out);
         } else {
@@ -253,14 +253,14 @@ TEST_F(ReportTargetTest, WithAnyFailureTheOldTargetStaysWhole)
         EXPECT_EQ(folder.FileCount(), 2u);
     }
     EXPECT_GT(failAt, 4);
-    EXPECT_GT(ReadAllBytes(out).size(), 300u * 1500u);
+    EXPECT_GT(ReadAll(out).size(), 300u * 1500u);
 }
 
 TEST_F(ReportTargetTest, AFolderOrFileThatMayNotBeWrittenIsRefused)
 {
     const std::string locked = folder.File("locked");
     std::filesystem::create_directory(locked);
-    WriteAllBytes(locked + "/out.csv", "old");
+    WriteAll(locked + "/out.csv", "old");
     chmod((locked + "/out.csv").c_str(), 0444);
     chmod(locked.c_str(), 0555);
     const std::string notes = folder.File("copy.jot");
@@ -282,7 +282,7 @@ TEST_F(ReportTargetTest, AFolderOrFileThatMayNotBeWrittenIsRefused)
     });
     chmod(locked.c_str(), 0755);
     EXPECT_EQ(kinds, 2);
-    EXPECT_EQ(ReadAllBytes(locked + "/out.csv"), "old");
+    EXPECT_EQ(ReadAll(locked + "/out.csv"), "old");
 }
 
 TEST_F(ReportTargetTest, APipeGetsTheTextAtOnce)

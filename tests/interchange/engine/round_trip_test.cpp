@@ -2,7 +2,7 @@
 #include <random>
 
 #include "engine_fixture.h"
-#include "support/scratch.h"
+#include "support/temp_folder.h"
 
 namespace jotlet::test {
 namespace {
@@ -16,7 +16,7 @@ protected:
         path = folder.File("second.jot");
         EXPECT_EQ(CreateNoteFile(path, WithExamples::No, clock), 1);
         Open("");
-        return Import(ReadAllBytes(out));
+        return Import(ReadAll(out));
     }
 };
 
@@ -58,7 +58,7 @@ TEST_F(RoundTripTest, TenThousandNotesComeBackButForTheirDates)
     ASSERT_EQ(back.size(), notes.size());
     for (std::size_t i = 0; i < kNotes; ++i)
         ASSERT_EQ(back[i], notes[i]);
-    EXPECT_EQ(Import(ReadAllBytes(out)).added, 0u);
+    EXPECT_EQ(Import(ReadAll(out)).added, 0u);
 }
 
 // The one thing that the format cannot carry: a quote at a place where it reads as the end of its field. Such a row is

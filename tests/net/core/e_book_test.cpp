@@ -11,7 +11,7 @@
 #include "store/open_table.h"
 #include "store/record_query.h"
 #include "store/table_file.h"
-#include "tests/support/scratch.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -42,7 +42,7 @@ protected:
         return contacts;
     }
 
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
 };
 
 TEST_F(EBookTest, TheFirstUseMakesAnEmptyBook)
@@ -109,13 +109,13 @@ TEST_F(EBookTest, AThousandContactsAreSortedAndAnothersChangeIsSeen)
 TEST_F(EBookTest, AFileThatIsNoBookIsRefusedAndLeftAlone)
 {
     const std::string bytes(3000, 'x');
-    test::WriteAllBytes(GetEBookPath(), bytes);
+    test::WriteAll(GetEBookPath(), bytes);
     EXPECT_EQ(OpenEBook(), 0);
     EXPECT_EQ(BookTable(), nullptr);
     EXPECT_EQ(RefreshEBook(), 0);
     EBookRecord contact = MakeContact("Ann", "ann@x.example");
     EXPECT_EQ(AddContact(contact), 0);
-    EXPECT_EQ(test::ReadAllBytes(GetEBookPath()), bytes);
+    EXPECT_EQ(test::ReadAll(GetEBookPath()), bytes);
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ TEST_F(EventLife, AWithdrawalDropsWhoWasNeverToldAndTellsTheRest)
 TEST_F(EventLife, ANoteWithoutParticipantsStaysOrdinaryAndNothingIsWritten)
 {
     Put("Eve", 1, kOtherEvent);
-    const std::string before = test::ReadAllBytes(path);
+    const std::string before = test::ReadAll(path);
     {
         Outbox outbox(notePath, kEvent);
         outbox.Add(Person("Ann"));
@@ -96,7 +96,7 @@ TEST_F(EventLife, ANoteWithoutParticipantsStaysOrdinaryAndNothingIsWritten)
         EXPECT_EQ(note.eventState, kEventNone);
     }
     EXPECT_THAT(People(), IsEmpty());
-    EXPECT_EQ(test::ReadAllBytes(path), before);
+    EXPECT_EQ(test::ReadAll(path), before);
 }
 
 TEST_F(EventLife, CommitMovesTheNoteByItsStateAndWhoIsLeft)

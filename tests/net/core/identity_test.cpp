@@ -9,7 +9,7 @@
 #include "platform/base/text.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
-#include "tests/support/scratch.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -57,7 +57,7 @@ protected:
         return owners;
     }
 
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
     std::string path = scratch.File("a.jot");
     std::unique_ptr<TableFile> file;
     RecordAddress last = 0;

@@ -14,7 +14,7 @@
 #include "store/record_query.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
-#include "tests/support/scratch.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet::test {
 
@@ -105,7 +105,7 @@ protected:
         return 0;
     }
 
-    ScratchFolder scratch;
+    TempFolder scratch;
     std::string notePath = scratch.File("Work.jot");
     std::string path = scratch.File("Work.jot.tsi");
     RecordAddress held = 0;

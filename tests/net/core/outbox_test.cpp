@@ -39,7 +39,7 @@ TEST_F(OutboxTest, ASavedParticipantLiesInTheFileByteByByte)
     Outbox outbox(notePath, kEvent);
     outbox.Add(MakeInvitation("Ann", "ann@x.example"));
     EXPECT_EQ(outbox.Save(), 1);
-    const std::string file = test::ReadAllBytes(path);
+    const std::string file = test::ReadAll(path);
     ASSERT_EQ(file.size(), 2625u + 908u);
     const std::string record = file.substr(2625);
     std::uint32_t size = 0;
@@ -193,10 +193,10 @@ TEST_F(OutboxTest, TwoRecordsOfOnePersonStayTwo)
 TEST_F(OutboxTest, ADamagedRecordIsCarriedAlongAsItIs)
 {
     Put("Ann", 2);
-    std::string bytes = test::ReadAllBytes(path);
+    std::string bytes = test::ReadAll(path);
     bytes.replace(2625 + 558, 350, 350, '\xFF');  // name and e-mail without a terminator
     bytes += std::string(500, 'x');               // and a record that was cut short
-    test::WriteAllBytes(path, bytes);
+    test::WriteAll(path, bytes);
     {
         Outbox outbox(notePath, kEvent);
         ASSERT_EQ(outbox.Slots().size(), 1u);
@@ -230,7 +230,7 @@ TEST_F(OutboxTest, AFileThatIsNoOutboxIsLeftAloneAndSaidSo)
 {
     for (const std::string& bytes :
          {std::string("\xFF\xD8\xFF\xE0 a picture"), std::string(), std::string(5000, '\xFF')}) {
-        test::WriteAllBytes(path, bytes);
+        test::WriteAll(path, bytes);
         Outbox outbox(notePath, kEvent);
         EXPECT_FALSE(outbox.CanOpenFile());
         EXPECT_THAT(outbox.Slots(), IsEmpty());
@@ -241,7 +241,7 @@ TEST_F(OutboxTest, AFileThatIsNoOutboxIsLeftAloneAndSaidSo)
         NoteRecord note = Note(kEventHasRecipients);
         EXPECT_EQ(NotifyEvent(notePath, note, kNotifyWithdrawal), 1);
         EXPECT_EQ(note.active, 1) << "nobody knows who was invited";
-        EXPECT_EQ(test::ReadAllBytes(path), bytes);
+        EXPECT_EQ(test::ReadAll(path), bytes);
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include "net/core/server_account.h"
 #include "tests/net/core/marlin_server.h"
-#include "tests/support/scratch.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -146,13 +146,13 @@ TEST(ServerClient, AFailedSendOrReceiveIsAFailedExchange)
 
 class ServerAccountTest : public testing::Test {
 protected:
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
     IniFile ini{scratch.File("Pinwell.ini")};
 };
 
 TEST_F(ServerAccountTest, TheAccountReadsBackCutAtItsWidthsAndLeavesTheDefaultPortAlone)
 {
-    test::WriteAllBytes(ini.Path(), "[Marlin Server]\ndefaultport=4242\n");
+    test::WriteAll(ini.Path(), "[Marlin Server]\ndefaultport=4242\n");
     ServerAccount account{.userName = std::string(60, 'n'),
                           .email = "ann@x.example",
                           .password = "0123456789",
@@ -184,7 +184,7 @@ TEST_F(ServerAccountTest, ARegistrationGoesToTheAccountsServerAndElseToTheGatewa
              Case{"", ":0"},
          }) {
         SCOPED_TRACE(c.ini);
-        test::WriteAllBytes(ini.Path(), std::string(c.ini) + "[Marlin Server]\nemail=e\npassword=p\n");
+        test::WriteAll(ini.Path(), std::string(c.ini) + "[Marlin Server]\nemail=e\npassword=p\n");
         const Registration registration = ReadRegistration(ini);
         EXPECT_EQ(registration.server + ":" + std::to_string(registration.port), c.where);
         EXPECT_EQ(registration.email, "e");

@@ -5,7 +5,7 @@
 #include <ctime>
 
 #include "tests/support/child_process.h"
-#include "tests/support/scratch.h"
+#include "tests/support/scoped_variable.h"
 
 namespace jotlet {
 namespace {

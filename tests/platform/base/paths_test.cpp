@@ -7,7 +7,8 @@
 #include <filesystem>
 
 #include "tests/support/child_process.h"
-#include "tests/support/scratch.h"
+#include "tests/support/scoped_variable.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -38,7 +39,7 @@ protected:
         SetProgramPath(installed + "/jotlet");
     }
 
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
     std::string program = scratch.File("program");
     std::string installed = program;
     test::ScopedVariable dataHome;
@@ -77,13 +78,13 @@ TEST_F(PathsTest, AReadOnlyProgramFolderSendsWhatIsWrittenToTheUsersData)
     EXPECT_EQ(GetDataFilePath("E-Book.tb1"), data + "/E-Book.tb1");
 
     EXPECT_EQ(GetProgramFilePath("add.wav"), installed + "/add.wav");
-    test::WriteAllBytes(data + "/add.wav", "own");
+    test::WriteAll(data + "/add.wav", "own");
     EXPECT_EQ(GetProgramFilePath("add.wav"), data + "/add.wav");
 }
 
 TEST_F(PathsTest, SettingsOfTheUserHideTheShippedOnesKeyByKey)
 {
-    test::WriteAllBytes(program + "/Pinwell.ini", "[Preference]\nLastYear=2099\nSound=1\nSplash=0\n");
+    test::WriteAll(program + "/Pinwell.ini", "[Preference]\nLastYear=2099\nSound=1\nSplash=0\n");
     chmod(program.c_str(), 0555);
     EXPECT_EQ(test::RunAsOrdinaryUser(scratch.Path(),
                                       [&] {
@@ -98,7 +99,7 @@ TEST_F(PathsTest, SettingsOfTheUserHideTheShippedOnesKeyByKey)
                                                      : 1;
                                       }),
               0);
-    EXPECT_EQ(test::ReadAllBytes(scratch.File("share/Jotlet/Pinwell.ini")), "[Preference]\nSound=0\nSplash=\n");
+    EXPECT_EQ(test::ReadAll(scratch.File("share/Jotlet/Pinwell.ini")), "[Preference]\nSound=0\nSplash=\n");
 }
 
 TEST_F(PathsTest, ADeletedWorksFolderComesBackAndTheCurrentFolderStays)
@@ -115,7 +116,7 @@ TEST_F(PathsTest, ADeletedWorksFolderComesBackAndTheCurrentFolderStays)
 
 TEST_F(PathsTest, AWorksFolderThatCannotBeMadeGivesNoPath)
 {
-    test::WriteAllBytes(program + "/Works", "a file in the way");
+    test::WriteAll(program + "/Works", "a file in the way");
     std::string works = "before";
     EXPECT_EQ(GetWorksFilePath(works, "a.jot"), 0);
     EXPECT_EQ(works, "");

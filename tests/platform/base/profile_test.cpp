@@ -11,7 +11,7 @@
 #include <filesystem>
 
 #include "tests/support/child_process.h"
-#include "tests/support/scratch.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -31,7 +31,7 @@ protected:
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(scratch.Path()), {}));
     }
 
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
     IniFile ini{scratch.File("Pinwell.ini")};
 };
 
@@ -72,7 +72,7 @@ TEST_F(ProfileTest, ANewFileIsReadableByItsUserAloneAndAnOldOneKeepsItsMode)
 
 TEST_F(ProfileTest, AFileThatHoldsThePasswordIsClosedToOthers)
 {
-    test::WriteAllBytes(ini.Path(), "[Preference]\nSound=1\n");
+    test::WriteAll(ini.Path(), "[Preference]\nSound=1\n");
     chmod(ini.Path().c_str(), 0664);
     ASSERT_EQ(ini.IniWriteText("Marlin Server", "username", "Ann"), 1);
     EXPECT_EQ(Mode(), 0664u);
@@ -97,7 +97,7 @@ TEST_F(ProfileTest, WhatCannotBeASettingsFileReadsAsEmptyAndIsNotReplaced)
     EXPECT_EQ(IniFile(pipe).IniReadText("A", "B"), std::nullopt);
     EXPECT_EQ(IniFile(pipe).IniWriteText("A", "B", "1"), 0);
 
-    test::WriteAllBytes(ini.Path(), "[A]\nB=1\n");
+    test::WriteAll(ini.Path(), "[A]\nB=1\n");
     fs::resize_file(ini.Path(), kMaxProfileBytes + 1);
     EXPECT_EQ(ini.IniReadText("A", "B"), std::nullopt);
     EXPECT_EQ(ini.IniWriteText("A", "B", "2"), 0);
@@ -110,44 +110,44 @@ TEST_F(ProfileTest, WhatCannotBeASettingsFileReadsAsEmptyAndIsNotReplaced)
 TEST_F(ProfileTest, AMegabyteLineIsReadAndKept)
 {
     const std::string longLine = "[A]\nLong=" + std::string(1 << 20, 'x') + "\n";
-    test::WriteAllBytes(ini.Path(), longLine);
+    test::WriteAll(ini.Path(), longLine);
     std::array<char, 260> text{};
     EXPECT_EQ(ini.IniReadText("A", "Long", text), 1);
     EXPECT_EQ(std::string(text.data()), std::string(259, 'x'));
     ASSERT_EQ(ini.IniWriteText("A", "B", "1"), 1);
-    EXPECT_EQ(test::ReadAllBytes(ini.Path()), longLine + "B=1\n");
+    EXPECT_EQ(test::ReadAll(ini.Path()), longLine + "B=1\n");
 }
 
 TEST_F(ProfileTest, ALinkedFileStaysALink)
 {
     const std::string real = scratch.File("real.ini");
-    test::WriteAllBytes(real, "[A]\nB=1\n");
+    test::WriteAll(real, "[A]\nB=1\n");
     fs::create_symlink(real, ini.Path());
     ASSERT_EQ(ini.IniWriteText("A", "B", "2"), 1);
     EXPECT_TRUE(fs::is_symlink(ini.Path()));
-    EXPECT_EQ(test::ReadAllBytes(real), "[A]\nB=2\n");
+    EXPECT_EQ(test::ReadAll(real), "[A]\nB=2\n");
 }
 
 TEST_F(ProfileTest, ALeftoverOfAKilledWriterIsInNobodysWay)
 {
-    test::WriteAllBytes(ini.Path() + ".new", "half a fi");
+    test::WriteAll(ini.Path() + ".new", "half a fi");
     ASSERT_EQ(ini.IniWriteText("A", "B", "1"), 1);
-    EXPECT_EQ(test::ReadAllBytes(ini.Path()), "[A]\nB=1\n");
+    EXPECT_EQ(test::ReadAll(ini.Path()), "[A]\nB=1\n");
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 TEST_F(ProfileTest, AReadOnlyFileIsNotReplaced)
 {
-    test::WriteAllBytes(ini.Path(), "[A]\nB=1\n");
+    test::WriteAll(ini.Path(), "[A]\nB=1\n");
     chmod(ini.Path().c_str(), 0444);
     EXPECT_EQ(test::RunAsOrdinaryUser(scratch.Path(), [&] { return ini.IniWriteText("A", "B", "2"); }), 0);
-    EXPECT_EQ(test::ReadAllBytes(ini.Path()), "[A]\nB=1\n");
+    EXPECT_EQ(test::ReadAll(ini.Path()), "[A]\nB=1\n");
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 TEST_F(ProfileTest, AFullDiskLeavesTheOldFile)
 {
-    test::WriteAllBytes(ini.Path(), "[A]\nB=1\n");
+    test::WriteAll(ini.Path(), "[A]\nB=1\n");
     test::ChildProcess child([&] {
         // A size limit of the process stands in for the full disk: the write of the new file fails half way.
         const rlimit limit{64, 64};
@@ -157,7 +157,7 @@ TEST_F(ProfileTest, AFullDiskLeavesTheOldFile)
         return ini.IniWriteText("A", "Long", std::string(200, 'x'));
     });
     EXPECT_EQ(child.Wait(), 0);
-    EXPECT_EQ(test::ReadAllBytes(ini.Path()), "[A]\nB=1\n");
+    EXPECT_EQ(test::ReadAll(ini.Path()), "[A]\nB=1\n");
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 

@@ -12,7 +12,8 @@
 #include <vector>
 
 #include "tests/support/child_process.h"
-#include "tests/support/scratch.h"
+#include "tests/support/scoped_variable.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -29,7 +30,7 @@ protected:
         return count;
     }
 
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
     test::ScopedVariable runtime{"XDG_RUNTIME_DIR", scratch.Path()};
 };
 
@@ -93,13 +94,13 @@ TEST_F(SessionTest, AKilledCopyGivesTheNameBackEvenIfAProgramItStartedLivesOn)
             execlp("sleep", "sleep", "60", nullptr);  // as a help viewer would run on
             _exit(1);
         }
-        test::WriteAllBytes(startedBy, std::to_string(started));
+        test::WriteAll(startedBy, std::to_string(started));
         held.Give();
         pause();
         return 0;
     });
     ASSERT_TRUE(held.Await());
-    const pid_t started = std::stoi(test::ReadAllBytes(startedBy));
+    const pid_t started = std::stoi(test::ReadAll(startedBy));
     SessionGuard guard;
     EXPECT_EQ(guard.Take("Jotlet"), GuardResult::InUse);
     copy.Kill();

@@ -7,7 +7,7 @@
 #include "platform/base/paths.h"
 #include "skin/table/skin_file.h"
 #include "skin/table/skin_list.h"
-#include "tests/support/scratch.h"
+#include "tests/support/temp_folder.h"
 
 namespace jotlet {
 namespace {
@@ -26,12 +26,12 @@ protected:
 
     void Skin(const std::string& file, std::string_view keys) const
     {
-        test::WriteAllBytes(scratch.File("Styles/" + file), "[Preference]\n" + std::string(keys));
+        test::WriteAll(scratch.File("Styles/" + file), "[Preference]\n" + std::string(keys));
     }
     std::string Picture(const std::string& name) const
     {
         const std::string path = scratch.File("Styles/" + name);
-        test::WriteAllBytes(path, "BM");
+        test::WriteAll(path, "BM");
         return path;
     }
     static std::vector<std::string> Names()
@@ -42,7 +42,7 @@ protected:
         return names;
     }
 
-    test::ScratchFolder scratch;
+    test::TempFolder scratch;
 };
 
 TEST(SkinColour, HoldsThreeNumbersOfWhichTheLowBitsCount)
@@ -70,7 +70,7 @@ TEST_F(SkinTest, TheListIsOrderedByNameAndShowsNamedIniFilesAlone)
     Skin("4.txt", "name=No ini\n");
     fs::create_directory(scratch.File("Styles/5.ini"));
     ASSERT_EQ(mkfifo(scratch.File("Styles/6.ini").c_str(), 0600), 0);
-    test::WriteAllBytes(scratch.File("Styles/7.ini"), "[Other]\nname=Wrong section\n");
+    test::WriteAll(scratch.File("Styles/7.ini"), "[Other]\nname=Wrong section\n");
     EXPECT_THAT(Names(), ElementsAre("amber=2.INI", "Metallic=1_Metallic.ini"));
     fs::remove_all(scratch.File("Styles"));
     EXPECT_THAT(Names(), ElementsAre());
@@ -132,8 +132,8 @@ TEST_F(SkinTest, APictureMayLieBesideTheSkinOrDeeperDown)
 
 TEST_F(SkinTest, NothingOutsideTheStylesFolderIsReached)
 {
-    test::WriteAllBytes(scratch.File("secret.bmp"), "BM");
-    test::WriteAllBytes(scratch.File("secret.ini"), "[Preference]\ncolorBack=1,2,3\n");
+    test::WriteAll(scratch.File("secret.bmp"), "BM");
+    test::WriteAll(scratch.File("secret.ini"), "[Preference]\ncolorBack=1,2,3\n");
     Picture("Metal/title.bmp");
     for (const auto& [folder, file] : std::vector<std::pair<std::string, std::string>>{
              {"..", "secret.bmp"},
