@@ -10,6 +10,7 @@ open_picker() {
     picker=$!
     started+=("$picker")
     wait_for 20 "time picker" has_picker
+    wait_for 20 "place of the time picker" stands_still
     eval "$(xdotool getwindowgeometry --shell "$window")"
     # Its own corner, decoration apart, is where the mouse says that it is.
     xdotool mousemove --window "$window" 0 0
@@ -21,6 +22,13 @@ open_picker() {
 has_picker() {
     window=$(xdotool search --all --onlyvisible --pid "$picker" --name '^Time$') &&
         [ "$(xdotool getactivewindow)" = "$window" ]
+}
+# The window manager may still be moving a window that shows already.
+stands_still() {
+    local before
+    before=$(xdotool getwindowgeometry --shell "$window")
+    sleep 0.3
+    [ "$(xdotool getwindowgeometry --shell "$window")" = "$before" ]
 }
 slot() { echo $((10#${1%:*} * 12 + 10#${1#*:} / 5)); }
 time_of() { printf '%02d:%02d' $(($1 / 12)) $(($1 % 12 * 5)); }
@@ -95,7 +103,13 @@ answer_is "ok 08:00 08:00"
 open_picker span 07:00 07:00
 button_x=$((left + width / 2 - 24 + 5)) button_y=$((top + 8 + 5))
 list_left=$((left + width / 2 - 29)) list_top=$((top + 20))
-has_list_text() { import -silent -window root -crop "50x24+$((list_left + 5))+$((list_top + 100))" txt:- | grep -q ' black$'; }
+# Dark enough for a letter, however its edges are smoothed.
+has_list_text() {
+    local darkest
+    darkest=$(import -silent -window root -crop "50x24+$((list_left + 5))+$((list_top + 100))" -colorspace gray \
+        -format '%[fx:round(100*minima)]' info:)
+    [ "$darkest" -lt 40 ]
+}
 list_is_in() { ! has_list_text; }
 xdotool mousemove $button_x $button_y click 1
 wait_for 20 "list" has_list_text
