@@ -92,7 +92,7 @@ for _ in $(seq 120); do
 done
 [ $painted = 1 ] || fail "The board was not painted within the time given to it." "$work/jotlet.log"
 mkdir -p "$(dirname "$shot")"
-mv "$work/shot.png" "$shot"
+convert "$work/shot.png" -bordercolor black -border 1 -trim +repage "$shot" # without the empty desktop round it
 echo "There is no display here, so the board was opened on the virtual display $DISPLAY."
 echo "A picture of it lies in $shot"
 

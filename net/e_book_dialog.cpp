@@ -1,6 +1,6 @@
 #include "net/e_book_dialog.h"
 
-#include <optional>
+#include <memory>
 #include <utility>
 
 #include "platform/base/text.h"
@@ -68,7 +68,7 @@ public:
             return;
         }
         address = BookQuery()->Results()[static_cast<std::size_t>(index)];
-        pause.emplace();
+        pause = std::make_unique<RefreshPause>();
         held = BookTable()->LockRecord(address) == 1;
         if (held && BookTable()->ReadRecord(BytesOf(contact), address) != 1)
             GiveBack();
@@ -90,7 +90,7 @@ public:
     EBookRecord contact{};
 
 private:
-    std::optional<RefreshPause> pause;
+    std::unique_ptr<RefreshPause> pause;
     bool held = false;
 };
 
