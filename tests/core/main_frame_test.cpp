@@ -331,7 +331,7 @@ TEST_F(MainFrameTest, PaneSwitchesAndRepaintsCostNoHandlesAndNoMemory)
     work(20, 50);
     const std::size_t handles = OpenHandles();
     const double memory = OwnMemory();
-    work(200, 1000);
+    work(200, 10000);
     EXPECT_EQ(OpenHandles(), handles);
 #ifndef __SANITIZE_ADDRESS__  // which keeps what was freed
     EXPECT_LT(OwnMemory() - memory, 1.0);
