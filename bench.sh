@@ -6,6 +6,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 . cmake/debian.sh
 
 prepare_environment
-install_missing cmake ninja-build g++ pkg-config libcli11-dev nlohmann-json3-dev "${kBenchPackages[@]}"
+install_missing cmake ninja-build g++ pkg-config libcli11-dev nlohmann-json3-dev libutf8proc-dev "${kBenchPackages[@]}"
 build_preset bench notes_bench
 exec build/bench/bin/notes_bench "$@"

@@ -13,6 +13,7 @@ headless=0
 [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || headless=1
 packages=("${kBuildPackages[@]}" "${kDesktopPackages[@]}")
 [ $headless = 0 ] || packages+=("${kScreenPackages[@]}")
+[ -z "${WAYLAND_DISPLAY:-}" ] || packages+=("${kWaylandPackages[@]}")
 install_missing "${packages[@]}"
 build_preset release
 

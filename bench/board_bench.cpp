@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <random>
 #include <string>
@@ -222,6 +223,7 @@ int Run(int count)
     const auto now = Ticks::now().time_since_epoch().count();
     const fs::path folder = fs::temp_directory_path() / ("board_bench_" + std::to_string(now));
     fs::create_directory(folder);
+    std::ofstream(folder / "portable").flush();  // its settings lie there too, not in the user's own
     SetProgramPath((folder / "jotlet").string());
     const std::string path = (folder / "notes.jot").string();
     CreateNoteFile(path, WithExamples::No);

@@ -7,17 +7,22 @@
 
 namespace jotlet {
 
-RecordAddress FindNote(TableFile& table, std::uint64_t id, NoteRecord& note)
+ExitCode FindNote(TableFile& table, std::uint64_t id, NoteRecord& note, RecordAddress& address)
 {
     RecordQuery query;
-    query.Reset();
     query.PrepareResults();
     query.AddInt64Term(kUniqueIdOffset, TermKind::Equal, id, Connective::And);
-    table.RunQuery(query);
-    for (const RecordAddress address : query.Results())
-        if (table.ReadRecord(BytesOf(note), address) && note.uniqueId == id)
-            return address;
-    return 0;
+    bool isWhole = table.RunQuery(query) == 1;
+    for (const RecordAddress found : query.Results()) {
+        const RecordState state = table.ReadState(BytesOf(note), found);
+        isWhole &= state != RecordState::Unreadable;
+        address = found;
+        if (state == RecordState::Live && note.uniqueId == id)
+            return ExitCode::Done;
+    }
+    if (isWhole)
+        return FailNotFound(table.Path(), id);
+    return Fail(ExitCode::Refused, table.Path(), "The note cannot be read. Check the disk, or restore a copy.");
 }
 
 ExitCode FailNotFound(std::string_view path, std::uint64_t id)

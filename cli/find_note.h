@@ -10,8 +10,9 @@
 
 namespace jotlet {
 
-// Reads the note with this id, as far as the role sees it. Its address, or 0 when there is none.
-RecordAddress FindNote(TableFile& table, std::uint64_t id, NoteRecord& note);
+// Reads the note with this id, as far as the role sees it, and gives its address. Refused, with the reason told, when
+// there is none.
+ExitCode FindNote(TableFile& table, std::uint64_t id, NoteRecord& note, RecordAddress& address);
 
 ExitCode FailNotFound(std::string_view path, std::uint64_t id);
 ExitCode FailId(std::string_view text);

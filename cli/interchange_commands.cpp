@@ -1,10 +1,9 @@
+#include <algorithm>
 #include <charconv>
-#include <nlohmann/json.hpp>
-#include <vector>
 
 #include "cli/commands.h"
 #include "cli/find_note.h"
-#include "cli/note_output.h"
+#include "cli/json_output.h"
 #include "cli/note_values.h"
 #include "cli/open_notes.h"
 #include "cli/terminal_progress.h"
@@ -16,25 +15,6 @@
 
 namespace jotlet {
 namespace {
-
-struct ReportOptions {
-    FileOptions file;
-    std::string target;
-    std::string from;
-    std::string to;
-    std::string find;
-};
-
-struct ImportOptions {
-    FileOptions file;
-    std::string source;
-    bool noHeader = false;
-    std::string separator;  // "comma", "tab" or empty
-    std::string qualifier;  // "quote", "none" or empty
-    std::string lineEnds = "auto";
-    std::vector<std::string> map;
-    bool asJson = false;
-};
 
 // The range of the options; an end that was not given is the calendar's.
 ExitCode ReadRange(const ReportOptions& options, ReportRequest& request)
@@ -54,28 +34,6 @@ ExitCode ReadRange(const ReportOptions& options, ReportRequest& request)
         return Fail(ExitCode::Usage, "--from", "From date must be earlier than the To date.");
     request.fromDate = *from;
     request.toDate = *to;
-    return ExitCode::Done;
-}
-
-ExitCode RunReport(const ReportOptions& options, ReportKind kind)
-{
-    ReportRequest request;
-    request.kind = kind;
-    request.findEnabled = !options.find.empty();
-    request.findText = options.find;
-    ExitCode code = ReadRange(options, request);
-    std::unique_ptr<TableFile> table;
-    if (code == ExitCode::Done)
-        code = OpenNotes(options.file, table);
-    if (code != ExitCode::Done)
-        return code;
-    request.table = table.get();
-    ReportOutcome outcome;
-    if (!GenerateReportFile(request, options.target, &outcome))
-        return Fail(ExitCode::Refused, options.target, FileErrorText(outcome.error));
-    if (outcome.skipped > 0)
-        Fail(ExitCode::Done, options.file.path,
-             "Note: " + std::to_string(outcome.skipped) + " notes could not be read and were left out.");
     return ExitCode::Done;
 }
 
@@ -156,27 +114,61 @@ ExitCode LoadSource(const ImportOptions& options, DelimitedReader& reader)
     return ExitCode::Done;
 }
 
+std::string ImportText(const ImportCounts& counts)
+{
+    return std::to_string(counts.rows) + " rows, " + std::to_string(counts.added) + " added, " +
+           std::to_string(counts.dropped) + " dropped\n";
+}
+
 ExitCode TellImport(const ImportOptions& options, const ImportCounts& counts)
 {
     if (counts.refused)
         return Fail(ExitCode::NoPermission, options.file.path,
                     "Program can't do this. You don't have permission. Use the Owner's or the Assistant's password.");
-    if (counts.textBehindZero)
-        Fail(ExitCode::Done, options.source, "Note: text behind a zero byte was left out.");
     if (counts.incompleteEnd)
         Fail(ExitCode::Done, options.source,
-             "Note: the end of the file is no complete row (an open quote, or no line break) and was left out.");
-    const nlohmann::ordered_json json = {{"rows", counts.rows}, {"added", counts.added}, {"dropped", counts.dropped}};
+             "Note: the last whole row ends on line " + std::to_string(counts.lastLine) +
+                 "; what stands behind it (an open quote, or no line break) was left out.");
     const ExitCode printed =
-        PrintResult(options.asJson ? JsonText(json)
-                                   : std::to_string(counts.rows) + " rows, " + std::to_string(counts.added) +
-                                         " added, " + std::to_string(counts.dropped) + " dropped\n");
+        PrintResult(options.asJson ? ImportJson(counts.rows, counts.added, counts.dropped) : ImportText(counts));
     if (counts.writeFailed)
         return Fail(
             ExitCode::Refused, options.file.path,
             "A note could not be written; the import ended there. Check the disk's free space and import again: "
             "what is in the file already is left out.");
+    if (counts.added == 0)
+        return Fail(ExitCode::Refused, options.source,
+                    "Nothing was added: no row holds a note that can be read and is not in the file already.");
     return printed;
+}
+
+}  // namespace
+
+ExitCode RunReport(const ReportOptions& options, ReportKind kind)
+{
+    ReportRequest request;
+    request.kind = kind;
+    request.findEnabled = !options.find.empty();
+    request.findText = options.find;
+    request.everyNote = true;
+    ExitCode code = ReadRange(options, request);
+    std::unique_ptr<TableFile> table;
+    if (code == ExitCode::Done)
+        code = OpenNotes(options.file, table);
+    if (code != ExitCode::Done)
+        return code;
+    request.table = table.get();
+    ReportOutcome outcome;
+    if (!GenerateReportFile(request, options.target, &outcome)) {
+        const bool isSource = outcome.error.path == options.file.path;
+        return Fail(ExitCode::Refused, outcome.error.path,
+                    FileErrorText(outcome.error) + (isSource ? " Not all notes can be read; none were written." : ""));
+    }
+    if (kind == ReportKind::Export && outcome.withQuotes > 0)
+        Fail(ExitCode::Done, options.target,
+             "Note: what holds a quotation mark may not come back as it is from an import. Such notes: " +
+                 std::to_string(outcome.withQuotes) + '.');
+    return ExitCode::Done;
 }
 
 ExitCode RunImport(const ImportOptions& options)
@@ -203,44 +195,6 @@ ExitCode RunImport(const ImportOptions& options)
     const ImportCounts counts = RunNoteImport(request);
     table.reset();
     return TellImport(options, counts);
-}
-
-void AddReportCommand(CLI::App& app, Command& chosen, const char* name, const char* description, ReportKind kind)
-{
-    auto options = std::make_shared<ReportOptions>();
-    CLI::App* command = app.add_subcommand(name, description);
-    AddFileOptions(*command, options->file);
-    command->add_option("OUT", options->target, "the file to write")->required();
-    command->add_option("--from", options->from, "first day, YYYY-MM-DD");
-    command->add_option("--to", options->to, "last day, YYYY-MM-DD");
-    command->add_option("--find", options->find, "only notes with this text in their title or body");
-    command->callback([&chosen, options, kind] { chosen = [options, kind] { return RunReport(*options, kind); }; });
-}
-
-}  // namespace
-
-void AddInterchangeCommands(CLI::App& app, Command& chosen)
-{
-    AddReportCommand(app, chosen, "export", "Write notes as comma-separated text", ReportKind::Export);
-    AddReportCommand(app, chosen, "report", "Write notes as a plain text report", ReportKind::Report);
-
-    auto options = std::make_shared<ImportOptions>();
-    CLI::App* command =
-        app.add_subcommand("import", "Add the rows of a delimited text file, without those already there");
-    AddFileOptions(*command, options->file);
-    command->add_option("IN", options->source, "the text file to read")->required();
-    command->add_flag("--no-header", options->noHeader, "the first row is a note and not a row of names");
-    command->add_option("--separator", options->separator, "comma or tab (default: the first of them in the file)")
-        ->check(CLI::IsMember({"comma", "tab"}));
-    command
-        ->add_option("--qualifier", options->qualifier, "quote or none (default: quote when the file begins with one)")
-        ->check(CLI::IsMember({"quote", "none"}));
-    command->add_option("--line-ends", options->lineEnds, "auto, or crlf: a lone LF never ends a row")
-        ->check(CLI::IsMember({"auto", "crlf"}));
-    command->add_option("--map", options->map, "fields and their columns, such as Title=1,Text=2,Color=3,Category=4")
-        ->delimiter(',');
-    command->add_flag("--json", options->asJson, "a JSON object: rows, added, dropped");
-    command->callback([&chosen, options] { chosen = [options] { return RunImport(*options); }; });
 }
 
 }  // namespace jotlet

@@ -1,9 +1,9 @@
 // jotctl: the notes of a file without a window, for scripts, cron and servers.
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
+#include <string>
 
-#include "cli/commands.h"
+#include "cli/command_line.h"
 #include "platform/base/calendar.h"
 #include "platform/base/paths.h"
 
@@ -20,25 +20,10 @@ void SetCalendarFromSettings()
 
 ExitCode Run(int argc, char** argv)
 {
-    CLI::App app("Notes of a Jotlet file, without a window.", "jotctl");
-    app.require_subcommand(1);
-    app.footer(
-        "Exit codes: 0 done, 1 refused or not found, 2 usage, 3 not opened or no note file,\n"
-        "4 no permission, 5 locked by another user.");
-    Command chosen;
-    AddReadCommands(app, chosen);
-    AddChangeCommands(app, chosen);
-    AddInterchangeCommands(app, chosen);
-    AddFileCommands(app, chosen);
-    AddPasswordCommand(app, chosen);
-    AddRegisterCommand(app, chosen);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0)
-            return app.exit(error) == 0 ? ExitCode::Done : ExitCode::Refused;  // --help
-        return Fail(ExitCode::Usage, "", std::string(error.what()) + ". Run \"jotctl --help\".");
-    }
+    std::function<ExitCode()> chosen;
+    const ExitCode code = ReadCommandLine(argc, argv, chosen);
+    if (code != ExitCode::Done || !chosen)
+        return code;
     SetCalendarFromSettings();
     return chosen();
 }

@@ -1,7 +1,5 @@
 #include "cli/note_output.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/note_values.h"
 #include "cli/outcome.h"
 #include "platform/base/text.h"
@@ -9,42 +7,10 @@
 namespace jotlet {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-template <std::size_t Size>
-std::string Shown(const std::array<char, Size>& field)
-{
-    return DecodeForDisplay(FieldText(field));
-}
-
 template <std::size_t Size>
 std::string OneLine(const std::array<char, Size>& field)
 {
     return PlainText(FieldText(field), Lines::Join);
-}
-
-Json TextOrNull(const std::optional<std::string>& text)
-{
-    return text ? Json(*text) : Json(nullptr);
-}
-
-Json AlarmToJson(const NoteRecord& note)
-{
-    if (note.alarmState == kAlarmNone)
-        return nullptr;
-    return {{"state", note.alarmState},
-            {"date", TextOrNull(FormatIsoDate(note.alarmDate))},
-            {"time", TextOrNull(FormatIsoTime(note.alarmTime))},
-            {"tone", Shown(note.toneFile)},
-            {"start", note.startKind},
-            {"target", Shown(note.startTarget)}};
-}
-
-Json AttachmentToJson(const NoteRecord& note)
-{
-    if (note.attachmentKind == kAttachmentNone)
-        return nullptr;
-    return {{"kind", note.attachmentKind}, {"path", Shown(note.attachmentPath)}};
 }
 
 std::string Line(std::string_view label, std::string_view value)
@@ -55,25 +21,6 @@ std::string Line(std::string_view label, std::string_view value)
 }
 
 }  // namespace
-
-Json NoteToJson(const NoteRecord& note, RecordAddress address)
-{
-    return {{"id", FormatId(note.uniqueId)},
-            {"address", address},
-            {"title", Shown(note.title)},
-            {"text", Shown(note.text)},
-            {"category", Shown(note.category)},
-            {"colour", FormatColour(note.colour)},
-            {"date", TextOrNull(FormatIsoDate(note.date))},
-            {"time", TextOrNull(FormatIsoTime(note.time))},
-            {"confidential", note.confidential != 0},
-            {"locked", note.locked != 0},
-            {"alarm", AlarmToJson(note)},
-            {"attachment", AttachmentToJson(note)},
-            {"eventState", note.eventState},
-            {"eventStatus", note.eventStatus},
-            {"subject", Shown(note.subject)}};
-}
 
 std::string NoteLine(const NoteRecord& note)
 {
@@ -101,11 +48,6 @@ std::string NotePage(const NoteRecord& note)
     if (note.subject[0] != 0)
         page += Line("Event:", OneLine(note.subject));
     return page + '\n' + PlainText(FieldText(note.text), Lines::Keep) + '\n';
-}
-
-std::string JsonText(const Json& json)
-{
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace jotlet

@@ -22,6 +22,7 @@ constexpr std::string_view kWhat[] = {
     /* Truncated */ "This file is not a Jotlet file, or was cut off before its first note. Restore it from a copy.",
     /* TooLarge */ "The file is larger than a note file can be (2 GB). Restore it from a copy.",
     /* Permission */ "The file cannot be opened for reading and writing. Check its permissions.",
+    /* NoAnswer */ "The drive does not answer. Try again when it is back.",
     /* Io */ "The file cannot be opened for reading and writing. Check the disk and the path.",
 };
 
@@ -31,58 +32,45 @@ std::string_view OpenFailureText(OpenFailure failure)
     return index < std::size(kWhat) ? kWhat[index] : kWhat[0];
 }
 
-// What --password-file or the environment gives; nothing when neither is there.
-std::optional<std::string> GivenPassword(const FileOptions& options, bool& failed)
+ExitCode FailWithoutPassword(const std::string& path)
 {
-    failed = false;
-    if (!options.passwordFile.empty()) {
-        std::optional<std::string> password = ReadPasswordFile(options.passwordFile);
-        failed = !password;
-        if (failed)
-            Fail(ExitCode::NotOpened, options.passwordFile, "The password file cannot be read. Check its name.");
-        return password;
-    }
-    if (const char* fromEnvironment = std::getenv("JOTLET_PASSWORD"))
-        return std::string(fromEnvironment);
-    return std::nullopt;
+    return Fail(ExitCode::NotOpened, path, "The file needs a password. Give it by --password-file or JOTLET_PASSWORD.");
 }
 
-ExitCode TakeRole(const FileOptions& options, TableFile& table)
+// What --password-file or the environment gives, else what the user types where the file needs a password; nothing when
+// there is none.
+ExitCode GetPassword(const FileOptions& options, bool isGuarded, std::optional<std::string>& password)
+{
+    if (!options.passwordFile.empty()) {
+        password = ReadPasswordFile(options.passwordFile);
+        if (!password)
+            return Fail(ExitCode::NotOpened, options.passwordFile, "The password file cannot be read. Check its name.");
+    } else if (const char* fromEnvironment = std::getenv("JOTLET_PASSWORD")) {
+        password = fromEnvironment;
+    } else if (isGuarded) {
+        if (!PromptForPassword("Password for " + PlainText(options.path, Lines::Join) + ": ", password))
+            return FailWithoutPassword(options.path);
+    }
+    return ExitCode::Done;
+}
+
+ExitCode TakeRole(const std::optional<std::string>& password, TableFile& table)
 {
     TableHeader header;
     if (!table.ReadHeader(header))
-        return Fail(ExitCode::NotOpened, options.path, "The file's header cannot be read. Check the disk.");
-    bool failed = false;
-    std::optional<std::string> password = GivenPassword(options, failed);
-    if (failed)
-        return ExitCode::NotOpened;
-
-    const bool isGuarded = !PasswordsOf(header).owner.empty();
-    if (!isGuarded) {
-        const bool fits = password && RoleOfPassword(header, *password) != Role::None;
-        table.SetPassword(fits ? *password : std::string());
+        return Fail(ExitCode::NotOpened, table.Path(), "The file's header cannot be read. Check the disk.");
+    const bool fits = RoleOfPassword(header, password.value_or("")) != Role::None;
+    // A file without an Owner's password opens for everybody.
+    if (fits || PasswordsOf(header).owner.empty()) {
+        table.SetPassword(fits ? password.value_or("") : "");
         return ExitCode::Done;
     }
-    const bool wasGiven = password.has_value();
-    if (!wasGiven)
-        password = PromptForPassword("Password for " + PlainText(options.path, Lines::Join) + ": ");
-    table.SetPassword(password.value_or(std::string()));
-    if (table.GetRole() != Role::None)
-        return ExitCode::Done;
     if (!password)
-        return Fail(ExitCode::NotOpened, options.path,
-                    "The file needs a password. Give it by --password-file or JOTLET_PASSWORD.");
-    return Fail(ExitCode::NotOpened, options.path, "Program can't open this file. Incorrect password.");
+        return FailWithoutPassword(table.Path());
+    return Fail(ExitCode::NotOpened, table.Path(), "Program can't open this file. Incorrect password.");
 }
 
 }  // namespace
-
-void AddFileOptions(CLI::App& command, FileOptions& options)
-{
-    command.add_option("FILE", options.path, "note file (.jot)")->required();
-    command.add_option("--password-file", options.passwordFile,
-                       "file whose first line is the password (else JOTLET_PASSWORD, else a prompt)");
-}
 
 ExitCode OpenWithoutRole(const std::string& path, std::unique_ptr<TableFile>& table)
 {
@@ -93,15 +81,28 @@ ExitCode OpenWithoutRole(const std::string& path, std::unique_ptr<TableFile>& ta
         Fail(ExitCode::Done, path,
              "Note: the file ends inside a record (" + std::to_string(opened.cutTailBytes) +
                  " bytes), which is not shown. \"jotctl compact\" drops it.");
+    if (opened.repairError)
+        Fail(ExitCode::Done, path,
+             "Note: the last program that had the file did not close it, and it cannot be repaired. " +
+                 FileErrorText(opened.repairError));
     table = std::move(opened.table);
     return ExitCode::Done;
 }
 
 ExitCode OpenNotes(const FileOptions& options, std::unique_ptr<TableFile>& table)
 {
-    ExitCode code = OpenWithoutRole(options.path, table);
+    // The password is asked for before the file is opened: whatever ends the program at the prompt leaves no trace.
+    TableHeader header;
+    FileError error;
+    if (const OpenFailure failure = ProbeTable(options.path, kNoteRecordSize, error, &header);
+        failure != OpenFailure::None)
+        return FailToOpen(options.path, failure, error);
+    std::optional<std::string> password;
+    ExitCode code = GetPassword(options, !PasswordsOf(header).owner.empty(), password);
     if (code == ExitCode::Done)
-        code = TakeRole(options, *table);
+        code = OpenWithoutRole(options.path, table);
+    if (code == ExitCode::Done)
+        code = TakeRole(password, *table);
     if (code != ExitCode::Done)
         table.reset();
     return code;

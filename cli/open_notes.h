@@ -1,7 +1,6 @@
 // Opening a note file the way every command does: repair it if need be, find the role that the user's password gives.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <memory>
 #include <string>
 
@@ -15,9 +14,6 @@ struct FileOptions {
     std::string path;
     std::string passwordFile;
 };
-
-// Declares FILE and --password-file on `command`. `options` must live as long as the command runs.
-void AddFileOptions(CLI::App& command, FileOptions& options);
 
 // Opens the file as the role that the password gives. A file without an Owner password opens for everybody. On a
 // failure `table` is empty and the reason has been told.

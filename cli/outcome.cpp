@@ -60,7 +60,8 @@ bool Print(std::string_view text)
 
 ExitCode PrintResult(std::string_view text)
 {
-    if (Print(text))
+    // Who closes the pipe, as `head` does, has seen enough.
+    if (Print(text) || errno == EPIPE)
         return ExitCode::Done;
     return Fail(ExitCode::Refused, "standard output", std::strerror(errno));
 }

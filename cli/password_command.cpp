@@ -33,6 +33,8 @@ ExitCode FailNoOwner(const std::string& path)
                 "Program can't do this. You don't have permission. Use the Owner's password.");
 }
 
+}  // namespace
+
 ExitCode RunPasswd(const FileOptions& options)
 {
     std::string currentPassword;
@@ -61,17 +63,6 @@ ExitCode RunPasswd(const FileOptions& options)
     if (result != 1)
         return Fail(ExitCode::Refused, options.path, "The passwords could not be written. Check the disk.");
     return ExitCode::Done;
-}
-
-}  // namespace
-
-void AddPasswordCommand(CLI::App& app, Command& chosen)
-{
-    auto options = std::make_shared<FileOptions>();
-    CLI::App* passwd = app.add_subcommand(
-        "passwd", "Set the three passwords (Owner, Assistant, Reader; from standard input, one a line; empty clears)");
-    AddFileOptions(*passwd, *options);
-    passwd->callback([&chosen, options] { chosen = [options] { return RunPasswd(*options); }; });
 }
 
 }  // namespace jotlet

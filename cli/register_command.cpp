@@ -3,13 +3,6 @@
 #include "net/core/server_account.h"
 
 namespace jotlet {
-namespace {
-
-struct RegisterOptions {
-    std::string server;
-    std::uint16_t port = 0;
-    std::string email;
-};
 
 ExitCode RunRegister(const RegisterOptions& options)
 {
@@ -25,22 +18,9 @@ ExitCode RunRegister(const RegisterOptions& options)
     if (code == kRegistered)
         return PrintResult("Registration on server was successful.\n");
     if (code == kUserExists)
-        return Fail(ExitCode::Refused, where, "User with this e-mail address already exist. Choose another --email.");
+        return Fail(ExitCode::Refused, where, "A user with this e-mail address already exists. Choose another --email.");
     return Fail(ExitCode::Refused, where,
                 "Unable to connect to server. Check --server and --port. (code " + std::to_string(code) + ")");
-}
-
-}  // namespace
-
-void AddRegisterCommand(CLI::App& app, Command& chosen)
-{
-    auto options = std::make_shared<RegisterOptions>();
-    CLI::App* command =
-        app.add_subcommand("register", "Register a user on a Marlin Server (the password from standard input)");
-    command->add_option("--server", options->server, "host name or address")->required();
-    command->add_option("--port", options->port, "1 to 65535")->required()->check(CLI::Range(1, 65535));
-    command->add_option("--email", options->email, "the user's e-mail address")->required();
-    command->callback([&chosen, options] { chosen = [options] { return RunRegister(*options); }; });
 }
 
 }  // namespace jotlet

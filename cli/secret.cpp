@@ -20,7 +20,8 @@ std::optional<std::string> ReadLine(int descriptor)
     char c = 0;
     ssize_t got = 0;
     while ((got = read(descriptor, &c, 1)) == 1 && c != '\n') {
-        if (line.size() < kMaxLineBytes)
+        // A zero byte would hide what stands behind it in the file's field.
+        if (line.size() < kMaxLineBytes && c != '\0')
             line += c;
         if (c == kInterrupt)
             break;
@@ -91,14 +92,14 @@ std::optional<std::string> ReadPasswordFile(const std::string& path)
     return line;
 }
 
-std::optional<std::string> PromptForPassword(const std::string& question)
+bool PromptForPassword(const std::string& question, std::optional<std::string>& answer)
 {
     const int terminal = open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY);
     if (terminal < 0)
-        return std::nullopt;
-    std::optional<std::string> answer = AskOn(terminal, question);
+        return true;
+    answer = AskOn(terminal, question);
     close(terminal);
-    return answer;
+    return answer.has_value();
 }
 
 std::optional<std::string> ReadSecretLine(const std::string& question)

@@ -8,13 +8,12 @@
 
 namespace jotlet {
 
-inline constexpr std::size_t kMaxPasswordBytes = 19;
-
 // The first line of the file at `path`, without its line end. Nothing when it cannot be read.
 std::optional<std::string> ReadPasswordFile(const std::string& path);
 
-// Asks on the terminal without echo. Nothing when there is no terminal, or at the end of the input.
-std::optional<std::string> PromptForPassword(const std::string& question);
+// Asks on the terminal without echo; `answer` stays empty where there is no terminal. False when the user gave up
+// (Ctrl+C, or the end of the input).
+bool PromptForPassword(const std::string& question, std::optional<std::string>& answer);
 
 // One line of standard input without its line end. Where standard input is a terminal, `question` is shown and the
 // typing is not. Nothing at the end of the input.

@@ -1,13 +1,18 @@
 # What run.sh and test.sh share: a sane environment and the Debian 12 packages. Sourced with the project's root as the
 # current folder.
 
-readonly kBuildPackages=(cmake ninja-build g++ pkg-config libcli11-dev nlohmann-json3-dev
+readonly kBuildPackages=(cmake ninja-build g++ pkg-config libcli11-dev nlohmann-json3-dev libutf8proc-dev
     qt6-base-dev qt6-multimedia-dev libgl-dev)
 # Plain fonts for the board, and what registers the file type with the desktop.
 readonly kDesktopPackages=(fonts-dejavu-core fonts-liberation desktop-file-utils shared-mime-info)
+# What a Wayland desktop needs besides, and its own file and print choosers.
+readonly kWaylandPackages=(qt6-wayland xdg-desktop-portal xdg-desktop-portal-gtk)
 readonly kScreenPackages=(xvfb openbox xdotool imagemagick)
-readonly kTestPackages=(libgtest-dev libgmock-dev clang libclang-rt-14-dev lld python3)
+readonly kTestPackages=(libgtest-dev libgmock-dev clang libclang-rt-14-dev lld python3 librsvg2-bin)
 readonly kBenchPackages=(libbenchmark-dev libsqlite3-dev)
+# Servers and clients of shared drives, and the machine in which some of them run.
+readonly kDrivesPackages=(qemu-system-x86 debootstrap e2fsprogs iproute2 glusterfs-server glusterfs-client sshfs
+    openssh-sftp-server bindfs)
 
 say() { printf '%s\n' "$*" >&2; }
 

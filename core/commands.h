@@ -41,6 +41,7 @@ enum Command : int {
     kCmdOffer = 1040,
     kCmdCompanyWeb = 1041,
     kCmdSkins = 1042,
+    kCmdWhoHasFile = 1049,
 
     kCmdFirstSkin = 1500,
     kCmdLastSkin = 1999,

@@ -20,7 +20,9 @@ enum class CopyOutcome {
 bool IsSameFile(const std::string& a, const std::string& b);
 
 // Flushes `source` and copies it over `target` in one step: at every moment the target is the old file or the whole
-// copy. The copy is compacted then; `error` tells what failed.
+// copy, and nobody can open it between the question whether it is in use and the end. A file that was there keeps its
+// access; a new one is for the people who may use `source`, or for its maker alone where it can't be given to them. The
+// copy is written compacted; `error` tells what failed.
 CopyOutcome CopyTable(TableFile& source, const std::string& target, ProgressDisplay* progress, FileError* error);
 
 }  // namespace jotlet

@@ -25,6 +25,15 @@ std::string CannotText(std::string_view path, std::string_view doing, const File
     return "Program can't " + std::string(doing) + " " + Quoted(path) + ".\r\n" + FileErrorText(error);
 }
 
+std::string ReadOnlyText(std::string_view path, const FileError& reason)
+{
+    return "The notes of " + Quoted(path) +
+           " can be read, but not changed. On this drive programs take turns by a file in the same folder, and none "
+           "can "
+           "be made there.\r\n" +
+           FileErrorText(reason);
+}
+
 std::string OpenFailureText(std::string_view path, OpenFailure failure, const FileError& error)
 {
     switch (failure) {
@@ -38,6 +47,7 @@ std::string OpenFailureText(std::string_view path, OpenFailure failure, const Fi
             return "This file is not a Jotlet file.\r\n" + Quoted(path);
         case OpenFailure::TooLarge:
             return "Program can't open " + Quoted(path) + ".\r\nThe file is larger than 2 GB.";
+        case OpenFailure::NoAnswer:
         case OpenFailure::None:
         case OpenFailure::Io:
             break;

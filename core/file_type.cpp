@@ -1,17 +1,15 @@
 #include "core/file_type.h"
 
-#include <spawn.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 
 #include "platform/base/paths.h"
+#include "platform/base/replace_file.h"
+#include "platform/base/start_program.h"
 #include "platform/desktop/resource_data.h"
-
-extern char** environ;
 
 namespace jotlet {
 namespace {
@@ -43,30 +41,9 @@ bool Replace(const DesktopFile& file)
 {
     std::error_code failed;
     fs::create_directories(fs::path(file.path).parent_path(), failed);
-    const std::string fresh = file.path + ".new" + std::to_string(getpid());
-    {
-        std::ofstream out(fresh, std::ios::binary | std::ios::trunc);
-        out << file.contents;
-        out.close();
-        if (!out) {
-            fs::remove(fresh, failed);
-            return false;
-        }
-    }
-    fs::rename(fresh, file.path, failed);
-    if (failed)
-        fs::remove(fresh, failed);
-    return !failed;
-}
-
-// Without waiting: the desktop's own tool, where it is installed.
-void Start(const std::string& tool, const std::string& argument)
-{
-    std::string name = tool;
-    std::string folder = argument;
-    char* arguments[] = {name.data(), folder.data(), nullptr};
-    pid_t child = 0;
-    posix_spawnp(&child, name.c_str(), nullptr, nullptr, arguments, environ);
+    FileReplacement fresh;
+    return fresh.Start(file.path, kBesideSuffix, kUsualMode) &&
+           FileWriteWhole(fresh.Handle(), std::as_bytes(std::span(file.contents)), 0) && fresh.Finish();
 }
 
 }  // namespace
@@ -119,8 +96,8 @@ int RegisterFileType(std::string_view extension)
     if (home.empty())
         return 1;
     if (WriteDesktopFiles(DesktopFiles(home, GetProgramPath(), extension)) > 0) {
-        Start("update-mime-database", home + "/mime");
-        Start("update-desktop-database", home + "/applications");
+        StartProgram({"update-mime-database", home + "/mime"});
+        StartProgram({"update-desktop-database", home + "/applications"});
     }
     return 1;
 }

@@ -1,6 +1,7 @@
 #include "core/frame_geometry.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace jotlet {
 namespace {
@@ -19,6 +20,8 @@ constexpr int kGripPicture = 11;
 constexpr int kOuterBand = 10;
 constexpr int kInnerBand = 10;
 constexpr int kInnerSideBand = 12;
+
+constexpr int kRounding = 2;
 
 // Four bands inside `area`, along its edges: top, bottom, left, right.
 std::array<Rect, 4> Bands(const Rect& area, int height, int width)
@@ -116,12 +119,19 @@ FrameRings LayOutRings(Size client)
             .header = {d.left + 7, d.top + 9, d.right - 7, d.top + 37}};
 }
 
+Point FrameHold(const Rect& window)
+{
+    return {(window.left + window.right) / 2, window.top + kCyFrame + kCySize / 2};
+}
+
 Rect ToggledFrame(const Rect& now, const Rect& desktop)
 {
-    if (now.Width() == kFrameLarge.width && now.Height() == kFrameLarge.height)
+    const bool large = std::abs(now.Width() - kFrameLarge.width) <= kRounding &&
+                       std::abs(now.Height() - kFrameLarge.height) <= kRounding;
+    if (large)
         return Rect::At(now.left, now.top, kFrameSmall.width, kFrameSmall.height);
-    const int left = std::min(now.left, desktop.right - kFrameLarge.width);
-    const int top = std::min(now.top, desktop.bottom - kFrameLarge.height);
+    const int left = std::max(desktop.left, std::min(now.left, desktop.right - kFrameLarge.width));
+    const int top = std::max(desktop.top, std::min(now.top, desktop.bottom - kFrameLarge.height));
     return Rect::At(left, top, kFrameLarge.width, kFrameLarge.height);
 }
 

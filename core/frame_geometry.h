@@ -50,8 +50,12 @@ struct FrameRings {
 };
 FrameRings LayOutRings(Size client);
 
+// The point of a window that tells on which screen it lies: the middle of its title.
+Point FrameHold(const Rect& window);
+
 // What "maximise" makes of a window standing at `now`: the small size in place when it has the large one, else the
-// large one, moved left or up only as far as needed to stay on the desktop.
+// large one, moved only as far as needed to stay on the desktop; its left and top edges always do. A window that a
+// fractional scale rounded to nearly the large size counts as large.
 Rect ToggledFrame(const Rect& now, const Rect& desktop);
 
 }  // namespace jotlet

@@ -1,15 +1,13 @@
 #include "core/general_options_dialog.h"
 
-#include <spawn.h>
-
+#include <span>
 #include <string>
 
 #include "platform/base/paths.h"
 #include "platform/base/session.h"
+#include "platform/base/start_program.h"
 #include "skin/sound.h"
 #include "toolkit/marlin_wnd_list_view.h"
-
-extern char** environ;
 
 namespace jotlet {
 namespace {
@@ -35,10 +33,7 @@ bool TrayRuns()
 // From the search path; a program that isn't there gives no message.
 void StartTray()
 {
-    std::string name = kTrayProgram;
-    char* arguments[] = {name.data(), nullptr};
-    pid_t child = 0;
-    posix_spawnp(&child, kTrayProgram, nullptr, nullptr, arguments, environ);
+    StartProgram({kTrayProgram});
 }
 
 }  // namespace
@@ -53,10 +48,9 @@ int RunGeneralOptions(MarlinWnd* frame)
 
 MessageParam GeneralOptionsDialog::OnInitDialog(WndMessage&)
 {
-    const IniFile settings = GetSuiteIniPath();
-    CheckItem(window, kSoundId, IsSet(settings, "Sound"));
-    CheckItem(window, kAnimationId, IsSet(settings, "Annimation"));
-    CheckItem(window, kSplashId, IsSet(settings, "Splash"));
+    const IniFile file = GetSuiteIniPath();
+    for (const Setting& box : std::span(settings).first<3>())
+        CheckItem(window, box.id, IsSet(file, box.key));
     if (TrayRuns()) {
         CheckItem(window, kTrayId, true);
         Enable(kTrayId, false);
@@ -64,8 +58,12 @@ MessageParam GeneralOptionsDialog::OnInitDialog(WndMessage&)
     for (int seconds = 1; seconds <= kLongestRefresh; ++seconds)
         AddRow(window, kRefreshId, std::to_string(seconds) + " sec.");
     int refresh = kDefaultRefresh;
-    settings.IniReadInt(kSection, "NetworkRefresh", refresh);
+    file.IniReadInt(kSection, "NetworkRefresh", refresh);
     SelectRow(window, kRefreshId, refresh >= 1 && refresh <= kLongestRefresh ? refresh - 1 : -1);
+    for (Setting& setting : settings) {
+        setting.read = file.IniReadText(kSection, setting.key);
+        setting.shown = Shown(setting);
+    }
     CentreOverParent();
     return 1;
 }
@@ -78,17 +76,29 @@ MessageParam GeneralOptionsDialog::OnCommand(WndMessage& record)
     return 1;
 }
 
+std::string GeneralOptionsDialog::Shown(const Setting& setting) const
+{
+    if (setting.id == kRefreshId)
+        return std::to_string(SelectedRow(window, kRefreshId) + 1);
+    return Checked(setting.id) ? "1" : "0";
+}
+
 void GeneralOptionsDialog::Accept()
 {
-    const IniFile settings = GetSuiteIniPath();
-    const auto store = [&](std::string_view key, int id) {
-        settings.IniWriteText(kSection, key, Checked(id) ? "1" : "0");
-        return Checked(id) ? 1 : 0;
+    const IniFile file = GetSuiteIniPath();
+    // What another copy changed meanwhile, and the user here did not, stays as that copy left it.
+    const auto store = [&](const Setting& setting) {
+        const std::string chosen = Shown(setting);
+        const std::optional<std::string> now = file.IniReadText(kSection, setting.key);
+        if (chosen == setting.shown && now != setting.read)
+            return now.value_or("1");
+        file.IniWriteText(kSection, setting.key, chosen);
+        return chosen;
     };
-    SetSoundEnabled(store("Sound", kSoundId));
-    SetAnimationEnabled(store("Annimation", kAnimationId));
-    store("Splash", kSplashId);
-    settings.IniWriteInt(kSection, "NetworkRefresh", SelectedRow(window, kRefreshId) + 1);
+    SetSoundEnabled(store(settings[0]) == "1" ? 1 : 0);
+    SetAnimationEnabled(store(settings[1]) == "1" ? 1 : 0);
+    store(settings[2]);
+    store(settings[3]);
     MarlinWndListView::RestartAllRefreshTimers();
     if (Checked(kTrayId) && IsEnabled(DialogItem(window, kTrayId)) && !TrayRuns())
         StartTray();

@@ -5,8 +5,13 @@
 #include "core/new_file_dialog.h"
 #include "core/process.h"
 #include "core/start_file.h"
+#include "core/who_has_file.h"
 #include "notes/model/note_file.h"
+#include "platform/base/file_error_text.h"
+#include "platform/base/file_system.h"
 #include "platform/base/paths.h"
+#include "platform/desktop/application.h"
+#include "platform/desktop/message_box.h"
 #include "skin/window_helpers.h"
 #include "toolkit/compact_progress_dialog.h"
 #include "toolkit/pane_list.h"
@@ -23,7 +28,10 @@ bool JotletModule::OpenStartFile()
             StoreWantsExamples(true);
             return true;
         }
-    } else if (start.source != StartSource::AskUser) {
+    } else if (start.source == StartSource::AskUser) {
+        if (!start.path.empty() && OpenInPlaceOf(start.path))
+            return true;
+    } else {
         const auto password = AskFilePasswordAndTell(this, start.path);
         if (password && OpenOrCreateNoteFile(start.path, *password, WithExamples::Yes))
             return true;
@@ -33,6 +41,18 @@ bool JotletModule::OpenStartFile()
             return true;
     }
     return false;
+}
+
+// The file used last is gone: moved, renamed, or on a drive that isn't there.
+bool JotletModule::OpenInPlaceOf(const std::string& missing)
+{
+    if (ShowBox(window,
+                "The note file that was used last is not there:\r\n\"" + missing +
+                    "\"\r\nOpen another one? \"No\" makes a new file.",
+                GetModuleName(), BoxIcon::Question, BoxButtons::YesNo) != Answer::Yes)
+        return false;
+    const auto chosen = ChooseFileToOpen(this);
+    return chosen && TakeOver(chosen->path, chosen->password, WithExamples::No);
 }
 
 bool JotletModule::OpenOrCreateNoteFile(const std::string& path, const std::string& password, WithExamples examples)
@@ -45,13 +65,55 @@ bool JotletModule::OpenOrCreateNoteFile(const std::string& path, const std::stri
     }
     // The panes look at the new file before the old one goes.
     noteFile.swap(opened.table);
+    driveAnswers = true;
     PresentFile();
+    // Only for others to see: without the list everything else goes on.
+    noteFile->EnterListOfCopies();
     if (opened.table)
         opened.table->Close();
     SetFileTitle(path);
+    if (opened.readOnly)
+        ShowTextMessage(window, ReadOnlyText(path, opened.readOnly));
+    if (opened.repairError)
+        ShowTextMessage(window,
+                        "The last program that had this file open did not close it, and it can't be repaired "
+                        "now. Your work goes on as usual.\r\n" +
+                            FileErrorText(opened.repairError));
     if (opened.cutTailBytes > 0)
         ShowTextMessage(window, "The file ends inside a note. This last note can't be shown; all others are complete.");
     return true;
+}
+
+// Another program has put a file in the place of the open one, or has taken it away; told at a tick of the refresh.
+// While a window is open nothing is done: it may be working on the file. Each change of the path is told once.
+void JotletModule::OnFileLost()
+{
+    if (ModalDepth() > 0 || !noteFile || noteFile->PathStillNamesThisFile())
+        return;
+    const std::string path = noteFile->Path();
+    FileIdentity now;
+    const bool there = Files().IdentifyPath(path, now) == 0;
+    if (lostTo && lostTo->SameFile(now))
+        return;
+    lostTo = now;
+    if (!there) {
+        ShowTextMessage(window, "The note file was removed or renamed by another program:\r\n\"" + path +
+                                    "\"\r\nIts notes are still shown, but nothing can be changed until it is back.");
+        return;
+    }
+    ShowTextMessage(window, "The note file was replaced by another program:\r\n\"" + path +
+                                "\"\r\nIt is opened anew. What was done in the old file since is not in it.");
+    const auto password = PasswordFor(path);
+    if (password && OpenOrCreateNoteFile(path, *password, WithExamples::No))
+        lostTo.reset();
+}
+
+// The one in use where it still fits.
+std::optional<std::string> JotletModule::PasswordFor(const std::string& path)
+{
+    if (TableFile(path, noteFile->Password()).GetRole() != Role::None)
+        return noteFile->Password();
+    return AskFilePasswordAndTell(this, path);
 }
 
 void JotletModule::PresentFile()
@@ -63,7 +125,15 @@ void JotletModule::PresentFile()
 
 void JotletModule::SetFileTitle(const std::string& path)
 {
-    SetWindowTitle(window, GetModuleName() + " : " + GetBareFileName(path));
+    SetWindowTitle(
+        window, GetModuleName() + " : " + GetBareFileName(path) + (driveAnswers ? "" : " - the drive does not answer"));
+}
+
+void JotletModule::OnDriveAnswers(bool answers)
+{
+    driveAnswers = answers;
+    if (noteFile)
+        SetFileTitle(noteFile->Path());
 }
 
 bool JotletModule::RunNewFileDialog(std::string& path)
@@ -118,6 +188,13 @@ void JotletModule::Passwords()
         if (RunNetworkPasswords(this, noteFile->Path(), password))
             noteFile->SetPassword(password);
     }
+    FocusPane();
+}
+
+void JotletModule::WhoHasFile()
+{
+    if (noteFile)
+        ShowBox(window, WhoHasFileText(*noteFile), GetModuleName(), BoxIcon::Information, BoxButtons::Ok);
     FocusPane();
 }
 

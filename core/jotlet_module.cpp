@@ -84,6 +84,7 @@ const JotletModule::Row* JotletModule::FindRow(int command)
         {kCmdPrintReport, Row::Own, &M::PrintReport},
         {kCmdImport, Row::Own, &M::Import},
         {kCmdExport, Row::Own, &M::Export},
+        {kCmdWhoHasFile, Row::Own, &M::WhoHasFile},
     };
     const auto* row = std::ranges::find(kRows, command, &Row::command);
     return row == std::end(kRows) ? nullptr : row;
@@ -95,6 +96,8 @@ JotletModule::JotletModule()
       workPane(std::make_unique<NotesPane>(WorkColours(), std::string(kWorkName)))
 {
     workPane->internetEvents = InternetEventsCommand;
+    workPane->fileLost = [this] { OnFileLost(); };
+    workPane->driveAnswers = [this](bool answers) { OnDriveAnswers(answers); };
 }
 
 JotletModule::~JotletModule()
@@ -127,7 +130,7 @@ MessageParam JotletModule::OnCreated(WndMessage&)
 MessageParam JotletModule::OnTimer(WndMessage& record)
 {
     MainFrame::OnTimer(record);
-    if (record.wParam == kAlarmTimer && noteFile)
+    if (record.wParam == kAlarmTimer && noteFile && driveAnswers)
         CheckAlarms(*noteFile, *this);
     return 0;
 }

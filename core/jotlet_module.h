@@ -8,6 +8,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/main_frame.h"
@@ -42,14 +43,18 @@ private:
 
     // The document (jotlet_document.cpp).
     bool OpenStartFile();
+    bool OpenInPlaceOf(const std::string& missing);
     // Makes the file when it is missing, repairs it when its last user went away, opens it. On a failure the reason is
     // told and the file that was open stays.
     bool OpenOrCreateNoteFile(const std::string& path, const std::string& password, WithExamples examples);
     bool RunNewFileDialog(std::string& path);
     // The new file becomes the one that the next start opens, and the title shows it.
     bool TakeOver(const std::string& path, const std::string& password, WithExamples examples);
+    void OnFileLost();
+    std::optional<std::string> PasswordFor(const std::string& path);
     void PresentFile();
     void SetFileTitle(const std::string& path);
+    void OnDriveAnswers(bool answers);
     void FocusPane();
 
     // Commands.
@@ -58,6 +63,7 @@ private:
     void SaveAs();
     void Compact();
     void Passwords();
+    void WhoHasFile();
     void Options();
     void Exit();
     void About();
@@ -70,6 +76,9 @@ private:
     std::unique_ptr<IntroPane> introPane;
     std::unique_ptr<NotesPane> workPane;
     std::unique_ptr<TableFile> noteFile;
+    // What the open file's path was last seen to lead to instead of it; all 0: nowhere.
+    std::optional<FileIdentity> lostTo;
+    bool driveAnswers = true;
 };
 
 }  // namespace jotlet

@@ -77,7 +77,7 @@ void MainFrame::PrepareCreate(CreateParameters& parameters)
     parameters.y = kUseDefault;
     parameters.width = kFrameSmall.width;
     parameters.height = kFrameSmall.height;
-    if (const auto saved = SavedPlacement(DesktopRect())) {
+    if (const auto saved = SavedPlacement(DesktopRect)) {
         parameters.x = saved->left;
         parameters.y = saved->top;
         parameters.width = saved->Width();

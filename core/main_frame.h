@@ -65,6 +65,7 @@ public:
     MessageParam OnNcActivate(WndMessage& record) override;
     MessageParam OnSetText(WndMessage& record) override;
     void CollectTabStops(TabStops& stops) override;
+    void Describe(AccessibleDescription& description) override;
 
 protected:
     Size ClientSize() const;

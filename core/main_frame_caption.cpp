@@ -114,12 +114,12 @@ void MainFrame::PressCaptionButton(CaptionButton button)
 {
     SetLook(button, ButtonLook::Pressed);
     CaptureMouse(window);
-    ServeUntilButtonReleased();
+    const bool released = ServeUntilButtonReleased();
     if (!IsWindow(window))
         return;
     ReleaseMouse();
     SetLook(button, ButtonLook::Normal);
-    if (OnScreen(CaptionButtonRect(WindowSize(), button)).Contains(CursorPosition()))
+    if (released && OnScreen(CaptionButtonRect(WindowSize(), button)).Contains(CursorPosition()))
         ActOn(button);
 }
 
@@ -164,7 +164,26 @@ MessageParam MainFrame::OnSysCommand(WndMessage& record)
 void MainFrame::ToggleSize()
 {
     const Rect now = WindowRect(window);
-    MoveTo(window, ToggledFrame(now, DesktopRect({now.left, now.top})));
+    MoveTo(window, ToggledFrame(now, DesktopRect(FrameHold(now))));
+}
+
+// The buttons of the caption; its children speak for themselves.
+void MainFrame::Describe(AccessibleDescription& description)
+{
+    struct Spoken {
+        CaptionButton button;
+        const char* name;
+        int command;
+    };
+    for (const Spoken& one : {Spoken{CaptionButton::Minimise, "Minimize", kSysMinimize},
+                              Spoken{CaptionButton::Maximise, "Maximize", kSysMaximize},
+                              Spoken{CaptionButton::Close, "Close", kSysClose}}) {
+        const Rect inWindow = CaptionButtonRect(WindowSize(), one.button);
+        description.parts.push_back({.role = AccessibleRole::Button,
+                                     .name = one.name,
+                                     .bounds = inWindow.Moved(-kFrameMarginSide, -kFrameMarginTop),
+                                     .sysCommand = one.command});
+    }
 }
 
 }  // namespace jotlet

@@ -76,6 +76,10 @@ MessageParam MainFrame::Dispatch(WndMessage& record)
         case kBroadcastSkinChanged:
             OnSkinChanged();
             break;
+        case kBroadcastComeUp:
+            if (GetCommandLineText().empty())
+                BringProgramToForeground(window, TakeActivationToken());
+            break;
         default:
             break;
     }
@@ -157,7 +161,7 @@ void MainFrame::PostCommandOfKey(int code)
         return;
     }
     const KeyCommand& key = kKeyCommands[static_cast<std::size_t>(code - kCmdFirstKey)];
-    Post(kWmCommand, key.command, key.value);
+    PostRequest(window, kWmCommand, key.command, key.value);
 }
 
 // A bar that has the focus is worked by Return like by Space.
@@ -191,6 +195,7 @@ void MainFrame::ShowFileMenu()
                                  FromString(3052, kCmdPrintReport),
                                  kSeparator,
                                  FromString(3009, kCmdPasswords),
+                                 {.text = "&Who has this file...", .command = kCmdWhoHasFile},
                                  kSeparator,
                                  FromString(3014, kCmdContacts),
                                  FromString(3016, kCmdServerSetup),

@@ -1,5 +1,7 @@
 #include "core/new_file_dialog.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <utility>
 
 #include "core/start_file.h"
@@ -23,6 +25,16 @@ std::string NewFilePath(std::string folder, std::string_view name, std::string_v
     if (folder.empty() || folder.back() != '/')
         folder += '/';
     return folder.append(name).append(".").append(extension);
+}
+
+std::string AbsoluteFolder(const std::string& folder)
+{
+    const char* home = std::getenv("HOME");
+    if (home && (folder == "~" || folder.starts_with("~/")))
+        return home + folder.substr(1);
+    std::error_code failed;
+    const auto whole = std::filesystem::absolute(folder, failed);
+    return failed ? folder : whole.string();
 }
 
 bool CanMakeFile(const std::string& path)
@@ -81,7 +93,7 @@ void NewFileDialog::Accept()
 {
     if (GetItemText(kNameId).empty() || GetItemText(kFolderId).empty())
         return;
-    path = NewFilePath(GetItemText(kFolderId), GetItemText(kNameId), extension);
+    path = NewFilePath(AbsoluteFolder(GetItemText(kFolderId)), GetItemText(kNameId), extension);
     if (FileExists(path) == 1) {
         ShowMessage(window, kFileExists);
         return;

@@ -33,6 +33,8 @@ private:
 
 // `<folder>/<name>.<extension>`.
 std::string NewFilePath(std::string folder, std::string_view name, std::string_view extension);
+// `folder` as a full path, with a leading "~" for the user's home.
+std::string AbsoluteFolder(const std::string& folder);
 // Whether a file of this path could be made: makes it and removes it again. Only for a path where nothing is.
 bool CanMakeFile(const std::string& path);
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/base/text.h"
+#include "skin/window_helpers.h"
 
 namespace jotlet {
 namespace {
@@ -73,6 +74,8 @@ MessageParam NetworkPasswordsDialog::OnCommand(WndMessage& record)
                 Enable(kIdOk, true);
             return 1;
         case kIdOk:
+            if (!FitAll())
+                return 1;
             passwords = {.owner = std::string(CutText(GetItemText(kOwnerId), kMaxPasswordLength)),
                          .assistant = std::string(CutText(GetItemText(kAssistantId), kMaxPasswordLength)),
                          .reader = std::string(CutText(GetItemText(kReaderId), kMaxPasswordLength))};
@@ -81,6 +84,21 @@ MessageParam NetworkPasswordsDialog::OnCommand(WndMessage& record)
         default:
             return MarlinDialog::OnCommand(record);
     }
+}
+
+// What is longer than a file can hold would be cut, and then differ from what its owner typed.
+bool NetworkPasswordsDialog::FitAll()
+{
+    for (const int box : kBoxes) {
+        if (GetItemText(box).size() <= kMaxPasswordLength)
+            continue;
+        ShowTextMessage(window, "A password may have at most " + std::to_string(kMaxPasswordLength) +
+                                    " bytes: a letter from A to Z takes one, other letters take two to four. Shorten "
+                                    "it.");
+        FocusItem(window, box);
+        return false;
+    }
+    return true;
 }
 
 VerifyPasswordsDialog::VerifyPasswordsDialog(NetworkPasswords passwords) : expected(std::move(passwords)) {}

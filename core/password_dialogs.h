@@ -45,6 +45,8 @@ public:
     MessageParam OnCommand(WndMessage& record) override;
 
 private:
+    bool FitAll();
+
     NetworkPasswords passwords;
 };
 

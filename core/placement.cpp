@@ -52,7 +52,7 @@ bool AnotherCopyRuns()
     return others;
 }
 
-std::optional<Rect> SavedPlacement(const Rect& desktop)
+std::optional<Rect> SavedPlacement(DesktopAt desktopAt)
 {
     if (AnotherCopyRuns())
         return std::nullopt;
@@ -64,18 +64,21 @@ std::optional<Rect> SavedPlacement(const Rect& desktop)
         edges[i] = std::clamp(edges[i], -kFarthest, kFarthest);
     }
     const auto [left, top, right, bottom] = edges;
+    const Rect saved = Rect::At(left, top, std::clamp(right - left, kFrameSmall.width, kFrameLarge.width),
+                                std::clamp(bottom - top, kFrameSmall.height, kFrameLarge.height));
+    const Rect desktop = desktopAt(FrameHold(saved));
     if (left >= desktop.right || top >= desktop.bottom)
         return std::nullopt;
-    return Rect::At(left, top, std::clamp(right - left, kFrameSmall.width, kFrameLarge.width),
-                    std::clamp(bottom - top, kFrameSmall.height, kFrameLarge.height));
+    return Rect::At(std::max(left, desktop.left), std::max(top, desktop.top), saved.Width(), saved.Height());
 }
 
 void StorePlacement(const Rect& window)
 {
-    const IniFile settings = GetModuleIniPath();
     const std::array<int, 4> edges = {window.left, window.top, window.right, window.bottom};
+    std::array<ProfileEntry, 4> entries;
     for (std::size_t i = 0; i < kKeys.size(); ++i)
-        settings.IniWriteInt(kSection, kKeys[i], edges[i]);
+        entries[i] = {kKeys[i], std::to_string(edges[i])};
+    GetModuleIniPath().IniWriteTexts(kSection, entries);
 }
 
 }  // namespace jotlet

@@ -35,8 +35,10 @@ StartFile FindStartFile(std::string_view commandLine, std::string_view extension
         return {StartSource::CommandLine, asked};
 
     const auto last = GetModuleIniPath().IniReadText(kSection, kDefaultFile);
-    if (last)
-        return Exists(*last) ? StartFile{StartSource::Default, *last} : StartFile{};
+    if (last) {
+        const std::string path = PathFromSettings(*last);
+        return Exists(path) ? StartFile{StartSource::Default, path} : StartFile{StartSource::AskUser, path};
+    }
 
     std::string first;
     if (!GetWorksFilePath(first, DefaultFileName(extension)) || Exists(first))
@@ -46,7 +48,7 @@ StartFile FindStartFile(std::string_view commandLine, std::string_view extension
 
 void StoreDefaultFile(std::string_view path)
 {
-    GetModuleIniPath().IniWriteText(kSection, kDefaultFile, path);
+    GetModuleIniPath().IniWriteText(kSection, kDefaultFile, PathForSettings(std::string(path)));
 }
 
 bool WantsExamples()

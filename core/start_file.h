@@ -15,7 +15,7 @@ enum class StartSource {
 
 struct StartFile {
     StartSource source = StartSource::AskUser;
-    std::string path;
+    std::string path;  // with AskUser: the file used last, which is gone, or nothing
 };
 
 // Looks at the command line and at "DefaulFile". A command line that names no existing file counts for nothing.

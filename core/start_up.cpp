@@ -11,6 +11,7 @@
 #include <string>
 
 #include "core/jotlet_module.h"
+#include "core/old_place.h"
 #include "core/process.h"
 #include "core/splash_dialog.h"
 #include "platform/base/session.h"
@@ -37,16 +38,20 @@ bool MayRun()
     static SessionGuard guard;
     if (!GetCommandLineText().empty())
         return true;
-    switch (guard.Take(FrameClassName())) {
-        case GuardResult::Taken:
-            return true;
-        case GuardResult::InUse:
-            return false;
-        case GuardResult::Failed:
-            break;
-    }
-    std::fputs("jotlet: no private folder for the session (XDG_RUNTIME_DIR)\n", stderr);
+    if (guard.Take(FrameClassName()) != GuardResult::InUse)
+        return true;
+    LeaveActivationToken();
+    BroadcastToCopies(kBroadcastComeUp, 0);
     return false;
+}
+
+void TellAboutSession()
+{
+    if (!IsSessionShared())
+        std::fputs(
+            "jotlet: There is no private folder for the session, so copies of the program don't know of each other. "
+            "Set XDG_RUNTIME_DIR to a folder that only you can enter.\n",
+            stderr);
 }
 
 // What other copies say becomes a message to the frame. Window numbers of two processes can be equal, so only a message
@@ -140,6 +145,8 @@ int RunProgram(int argc, char** argv)
     SetProcessNames("Jotlet", CommandLinePath(argc, argv));
     if (!MayRun())
         return 0;
+    TellAboutSession();
+    TakeOverOldPlace();
     Application application(argc, argv);
     LoadSharedResources();
     if (IsSplashEnabled())

@@ -26,9 +26,8 @@ std::string Summary(const ImportCounts& counts, const TableFile& table)
         text += "\r\nThe import stopped early: \"" + table.Path() +
                 "\" could not be written. Check that the disk isn't full and the file can be reached.";
     if (counts.incompleteEnd)
-        text += "\r\nThe end of the file was left out: its last row has no line end, or a quote is never closed.";
-    if (counts.textBehindZero)
-        text += "\r\nWhat stands behind a zero byte was left out.";
+        text += "\r\nThe last whole row ends on line " + std::to_string(counts.lastLine) +
+                ". What stands behind it was left out: it has no line end, or a quote is never closed.";
     return text;
 }
 

@@ -98,7 +98,7 @@ MessageParam ImportWizard::OnInitDialog(WndMessage&)
     AddRow(window, kQualifierCombo, kNoQualifier);
     SelectRow(window, kQualifierCombo, 0);
     LimitItemText(window, kPathEdit, kPathLimit);
-    SetItemText(kPathEdit, GetModuleIniPath().IniReadText(kSection, kImportKey).value_or(""));
+    SetItemText(kPathEdit, PathFromSettings(GetModuleIniPath().IniReadText(kSection, kImportKey).value_or("")));
     ShowPage(kFilePage);
     CentreOverParent();
     FocusItem(window, kPathEdit);
@@ -310,7 +310,7 @@ void ImportWizard::Finish()
         Beep();
         return;
     }
-    GetModuleIniPath().IniWriteText(kSection, kImportKey, path);
+    GetModuleIniPath().IniWriteText(kSection, kImportKey, PathForSettings(path));
     EndDialog(1);
 }
 

@@ -20,12 +20,12 @@ void RunReport(MarlinWnd* parent, ReportRequest& request)
 void RunExport(MarlinWnd* parent, ReportRequest& request)
 {
     const IniFile settings = GetModuleIniPath();
-    request.exportPath = settings.IniReadText(kSection, kExportKey).value_or("");
+    request.exportPath = PathFromSettings(settings.IniReadText(kSection, kExportKey).value_or(""));
     ExportDialog dialog(request);
     if (dialog.DoModal(parent, kExportDialogId) != 1 || !dialog.Exported())
         return;
-    settings.IniWriteText(kSection, kExportKey, request.exportPath);
-    ShowTextMessage(parent ? parent->window : 0, "Operation successful.");
+    settings.IniWriteText(kSection, kExportKey, PathForSettings(request.exportPath));
+    ShowTextMessage(parent ? parent->window : 0, "Operation successful." + dialog.Remarks());
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "platform/desktop/shell.h"
 #include "platform/desktop/system_metrics.h"
 #include "skin/window_helpers.h"
+#include "store/record_query.h"
 #include "toolkit/choose_file.h"
 #include "toolkit/date_dialog.h"
 
@@ -37,6 +38,20 @@ constexpr int kDateOrderString = 107;
 
 constexpr int kViewHeight = 290;
 constexpr int kUnfoldBy = 300;
+
+// What the user is to know of a file that was made; each sentence begins on a line of its own.
+std::string NotesOn(const ReportOutcome& outcome, bool isExport)
+{
+    std::string text;
+    if (outcome.limitReached)
+        text += "\r\nOnly the first " + std::to_string(kMaxResults) +
+                " notes of the file that match are in it. Choose a shorter date range for the others, or use jotctl, "
+                "which reaches all.";
+    if (isExport && outcome.withQuotes > 0)
+        text += "\r\nWhat holds a quotation mark may not come back as it is from an import. Such notes: " +
+                std::to_string(outcome.withQuotes) + ".";
+    return text;
+}
 
 }  // namespace
 
@@ -176,6 +191,8 @@ void PrintReportDialog::MakeReport()
     Enable(kPrintButton, true);
     Unfold();
     ShowReportText(path);
+    if (const std::string notes = NotesOn(outcome, false); !notes.empty())
+        ShowTextMessage(window, "The report is made." + notes);
 }
 
 // Once: the view stands below the old bottom edge. The dialog moves up as far as it takes to stay whole on the desktop.
@@ -258,6 +275,7 @@ void ExportDialog::Export()
     exported = GenerateReportFile(request, request.exportPath, &outcome) == 1;
     RestoreCursor();
     if (exported) {
+        remarks = NotesOn(outcome, true);
         EndDialog(1);
         return;
     }

@@ -62,6 +62,8 @@ public:
 
     // Whether the target was made; the dialog stays open when it was not.
     bool Exported() const { return exported; }
+    // What the user is to know of the file, after "successful".
+    const std::string& Remarks() const { return remarks; }
 
 protected:
     ReportSelection SelectionFromRadios() const override;
@@ -71,6 +73,7 @@ private:
     void Browse();
 
     bool exported = false;
+    std::string remarks;
 };
 
 }  // namespace jotlet

@@ -20,6 +20,7 @@ public:
                         const Rect& cell) override;
     std::string ItemName(int index) override;
     std::string ListName() override { return "Contacts"; }
+    std::string EmptyHint() override { return "There is nobody in the E-Book. Click \"New\" to add somebody."; }
 };
 
 }  // namespace jotlet

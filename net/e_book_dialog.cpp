@@ -1,14 +1,10 @@
 #include "net/e_book_dialog.h"
 
-#include <memory>
-#include <utility>
-
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "store/record_query.h"
-#include "store/refresh_switch.h"
 #include "store/table_file.h"
 
 namespace jotlet {
@@ -56,43 +52,25 @@ int ShowEBook(MarlinWnd* parent)
     return CloseEBook();
 }
 
-// The selected contact, locked and read; unlocked at the end. The refresh switch, which the lock turns off and on, is
-// then again as it was: a note may be held around the book.
-class EBookDialog::Hold {
-public:
-    explicit Hold(EBookDialog& dialog)
-    {
-        const int index = dialog.list.GetSelected();
-        if (index < 0 || index >= BookQuery()->resultCount) {
-            Beep();
-            return;
-        }
-        address = BookQuery()->Results()[static_cast<std::size_t>(index)];
-        pause = std::make_unique<RefreshPause>();
-        held = BookTable()->LockRecord(address) == 1;
-        if (held && BookTable()->ReadRecord(BytesOf(contact), address) != 1)
-            GiveBack();
-        if (!held)
-            ShowMessage(dialog.window, kBeingEditedString);
+// Locks the selected contact and reads it; tells why not.
+bool EBookDialog::TakeSelected(std::optional<RecordHold>& hold, EBookRecord& contact)
+{
+    if (!MayChange(BookTable()->GetRole())) {
+        ShowMessage(window, kNoPermissionString);
+        return false;
     }
-    ~Hold() { GiveBack(); }
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
-    explicit operator bool() const { return held; }
-    void GiveBack()
-    {
-        if (std::exchange(held, false))
-            BookTable()->UnlockRecord(address);
-        pause.reset();
+    const auto chosen = list.GetChosen();
+    if (!chosen) {
+        Beep();
+        return false;
     }
-
-    RecordAddress address = 0;
-    EBookRecord contact{};
-
-private:
-    std::unique_ptr<RefreshPause> pause;
-    bool held = false;
-};
+    hold.emplace(*BookTable(), chosen->address);
+    if (*hold && hold->Read(BytesOf(contact)) && contact.uniqueId == chosen->id)
+        return true;
+    hold.reset();
+    ShowMessage(window, kBeingEditedString);
+    return false;
+}
 
 MessageParam EBookDialog::OnInitDialog(WndMessage&)
 {
@@ -144,38 +122,32 @@ void EBookDialog::NewContact()
 
 void EBookDialog::EditContact()
 {
-    if (!MayChange(BookTable()->GetRole())) {
-        ShowMessage(window, kNoPermissionString);
+    std::optional<RecordHold> hold;
+    EBookRecord contact{};
+    if (!TakeSelected(hold, contact))
         return;
-    }
-    Hold hold(*this);
-    if (!hold)
-        return;
-    EBookRecordDialog dialog(hold.contact);
+    EBookRecordDialog dialog(contact);
     if (dialog.DoModal(this, kEBookRecordDialogId) == 1) {
-        if (BookTable()->WriteRecord(BytesOf(hold.contact), hold.address) == 1 && BookTable()->Flush() == 1)
+        if (hold->Save(BytesOf(contact)))
             PlaySoundFile("add.wav");
         else
             TellNotWritten(window);
     }
-    hold.GiveBack();
-    list.ShowChange(hold.contact.uniqueId);
+    hold.reset();
+    list.ShowChange(contact.uniqueId);
 }
 
 void EBookDialog::DeleteContact()
 {
-    if (!MayChange(BookTable()->GetRole())) {
-        ShowMessage(window, kNoPermissionString);
+    std::optional<RecordHold> hold;
+    EBookRecord contact{};
+    if (!TakeSelected(hold, contact) || !AskYesNo(window, kAskDeleteString))
         return;
-    }
-    Hold hold(*this);
-    if (!hold || !AskYesNo(window, kAskDeleteString))
-        return;
-    if (BookTable()->DeleteRecord(hold.address) == 1 && BookTable()->Flush() == 1)
+    if (hold->Remove())
         PlaySoundFile("delete.wav");
     else
         TellNotWritten(window);
-    hold.GiveBack();
+    hold.reset();
     list.RefreshNow();
 }
 

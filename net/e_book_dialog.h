@@ -1,8 +1,11 @@
 // The contact book's editor. Edits and deletes are in force at once; neither "ok" nor "cancel" undoes them.
 #pragma once
 
+#include <optional>
+
 #include "net/contact_list.h"
 #include "net/core/e_book.h"
+#include "store/record_hold.h"
 #include "toolkit/marlin_dialog.h"
 
 namespace jotlet {
@@ -26,7 +29,7 @@ private:
     void NewContact();
     void EditContact();
     void DeleteContact();
-    class Hold;
+    bool TakeSelected(std::optional<RecordHold>& hold, EBookRecord& contact);
 
     ContactList list;
 };

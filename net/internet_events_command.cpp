@@ -1,7 +1,7 @@
 #include "net/internet_events_dialog.h"
-#include "notes/note_command_ids.h"
+#include "notes/commands/note_commands.h"
 #include "notes/notes_pane.h"
-#include "notes/record_hold.h"
+#include "notes/tell_outcome.h"
 #include "platform/desktop/message_box.h"
 #include "skin/window_helpers.h"
 #include "toolkit/main_window.h"
@@ -12,10 +12,10 @@ namespace {
 constexpr int kItemPutString = 110;
 
 // On a note that is held for the whole dialog, so that no second copy works on its participants.
-void EditEvent(NotesPane& pane, RecordHold& hold)
+void EditEvent(NotesPane& pane, HeldNote& held)
 {
-    NoteRecord& note = hold.note;
-    Outbox outbox(hold.file.Path(), note.uniqueId);
+    NoteRecord& note = held.note;
+    Outbox outbox(held.File().Path(), note.uniqueId);
     if (!outbox.CanOpenFile()) {
         ShowTextMessage(MainWindow(),
                         "The file of participants\r\n\"" + outbox.Path() +
@@ -23,7 +23,7 @@ void EditEvent(NotesPane& pane, RecordHold& hold)
                             "its folder.");
         return;
     }
-    InternetEventsDialog dialog(hold.file, note, outbox);
+    InternetEventsDialog dialog(held.File(), note, outbox);
     if (dialog.DoModal(&pane, kInternetEventsDialogId) != 1)
         return;
     if (outbox.Commit(note) == kCommittedWithWork)
@@ -31,8 +31,7 @@ void EditEvent(NotesPane& pane, RecordHold& hold)
     if (outbox.FailedWrites() > 0)
         ShowTextMessage(MainWindow(), "Not all participants could be written to\r\n\"" + outbox.Path() +
                                           "\".\r\nCheck that the disk isn't full, then open the event again.");
-    if (const int written = hold.file.WriteRecord(BytesOf(note), hold.address); written != 1)
-        ShowTextMessage(MainWindow(), SaveProblem(hold.file, written));
+    TellOutcome(MainWindow(), &held.File(), held.Save());
 }
 
 }  // namespace
@@ -40,29 +39,17 @@ void EditEvent(NotesPane& pane, RecordHold& hold)
 void InternetEventsCommand(NotesPane& pane)
 {
     TableFile* file = pane.GetFile();
-    if (!file || !MayChange(file->GetRole())) {
-        ShowMessage(MainWindow(), kNoPermissionString);
-        return;
-    }
-    const auto address = pane.SelectedAddress();
-    if (!address) {
+    HeldNote held;
+    const NoteResult taken = TakeForEdit(held, file, pane.Chosen());
+    if (taken.outcome == Outcome::NothingChosen || taken.outcome == Outcome::Withdrawn)
         Beep();
-        return;
+    if (TellOutcome(MainWindow(), file, taken))
+        EditEvent(pane, held);
+    held.GiveBack();
+    if (taken || taken.outcome == Outcome::Hidden || taken.outcome == Outcome::Withdrawn) {
+        pane.GetList().RefreshAndSelect(BytesOf(held.note));
+        FocusWindow(pane.GetList().Grid().window);
     }
-    RecordHold hold(*file, *address);
-    if (!hold.Taken()) {
-        ShowMessage(MainWindow(), kBeingEditedString);
-        return;
-    }
-    const bool readable = hold.Read();
-    if (readable && hold.note.eventState != kEventWithdrawn)
-        EditEvent(pane, hold);
-    else if (readable)
-        Beep();
-    hold.GiveBack();
-    file->Flush();
-    pane.GetList().RefreshAndSelect(BytesOf(hold.note));
-    FocusWindow(pane.GetList().Grid().window);
 }
 
 }  // namespace jotlet

@@ -171,10 +171,13 @@ bool ServerSetupDialog::Store()
 
 void ServerSetupDialog::Register()
 {
+    const std::string title = WindowTitle(window);
+    SetWindowTitle(window, "Registering, up to a minute...");
     ShowWaitCursor();
     UpdateNow(window);
     const std::uint32_t code = RegisterOnServer(ReadRegistration(), makeClient());
     RestoreCursor();
+    SetWindowTitle(window, title);
     ShowMessage(window, RegistrationText(code));
 }
 

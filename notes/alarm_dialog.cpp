@@ -3,9 +3,11 @@
 #include <array>
 
 #include "notes/note_editor_dialog.h"
+#include "platform/base/paths.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
+#include "skin/sound.h"
 #include "toolkit/choose_file.h"
 #include "toolkit/date_dialog.h"
 #include "toolkit/time_dialog.h"
@@ -136,16 +138,28 @@ void AlarmDialog::PickTime()
 void AlarmDialog::BrowseTone()
 {
     ChooseFileInto(window, kToneEdit,
-                   {.title = "Tone file", .filter = "Alarm file(*.wav)|*.wav||", .extension = "wav"});
+                   {.title = "Tone file",
+                    .filter = "Alarm file(*.wav)|*.wav||",
+                    .extension = "wav",
+                    .folder = GetProgramFolder()});
 }
 
 void AlarmDialog::PlayTone()
 {
     const std::string tone = GetItemText(kToneEdit);
-    if (tone.empty())
+    if (tone.empty()) {
         Beep();
-    else
-        PlayWave(tone);
+        return;
+    }
+    toneStarted = true;
+    PlayWave(TonePath(tone));
+}
+
+MessageParam AlarmDialog::OnDestroy(WndMessage&)
+{
+    if (toneStarted)
+        StopWave();
+    return 0;
 }
 
 void AlarmDialog::BrowseTarget()

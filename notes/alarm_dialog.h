@@ -16,6 +16,7 @@ public:
 
     MessageParam OnInitDialog(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
+    MessageParam OnDestroy(WndMessage& record) override;
 
 private:
     void ShowMoment();
@@ -29,6 +30,7 @@ private:
 
     NoteRecord& record;
     int mode;
+    bool toneStarted = false;
 };
 
 }  // namespace jotlet

@@ -1,8 +1,10 @@
 #include "notes/alarm_fired_dialog.h"
 
 #include "notes/model/start_target.h"
+#include "notes/open_target.h"
 #include "platform/base/text.h"
 #include "platform/desktop/shell.h"
+#include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "toolkit/main_window.h"
 
@@ -29,8 +31,10 @@ MessageParam AlarmFiredDialog::OnInitDialog(WndMessage&)
     SetItemText(kTimeText, text);
     SetItemText(kDescriptionEdit, FieldText(note.text));
     ShowTarget();
-    if (const std::string_view tone = FieldText(note.toneFile); !tone.empty())
-        PlayWave(tone);
+    if (const std::string_view tone = FieldText(note.toneFile); !tone.empty()) {
+        PlayWave(TonePath(tone));
+        toneStarted = true;
+    }
     CentreOverParent();
     FocusItem(window, kDescriptionEdit);
     BringToForeground(MainWindow());
@@ -69,13 +73,20 @@ MessageParam AlarmFiredDialog::OnCommand(WndMessage& record)
     return 1;
 }
 
+MessageParam AlarmFiredDialog::OnDestroy(WndMessage&)
+{
+    if (toneStarted)
+        StopWave();
+    return 0;
+}
+
 void AlarmFiredDialog::Start() const
 {
     const std::string target(FieldText(note.startTarget));
     if (note.startKind == kStartEmail)
         OpenMail(target);
     else
-        OpenDocument(target);
+        OpenTarget(window, target);
 }
 
 }  // namespace jotlet

@@ -14,6 +14,7 @@ public:
 
     MessageParam OnInitDialog(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
+    MessageParam OnDestroy(WndMessage& record) override;
 
     // False when the dialog ended with neither OK nor Cancel: the program is closing, nobody has seen to the alarm.
     bool Answered() const { return answered; }
@@ -24,6 +25,7 @@ private:
 
     const NoteRecord note;
     bool answered = false;
+    bool toneStarted = false;
 };
 
 }  // namespace jotlet

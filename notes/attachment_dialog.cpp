@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "notes/open_target.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
-#include "skin/window_helpers.h"
 #include "toolkit/choose_file.h"
 
 namespace jotlet {
@@ -68,7 +68,7 @@ MessageParam AttachmentDialog::OnOpen()
     if (target.empty())
         Beep();
     else
-        OpenDocument(target);
+        OpenTarget(window, target);
     return 1;
 }
 

@@ -1,9 +1,11 @@
 #include "notes/category_editor_dialog.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "notes/category_menu.h"
 #include "platform/base/text.h"
+#include "platform/desktop/message_box.h"
 #include "skin/window_helpers.h"
 #include "store/table_file.h"
 
@@ -17,6 +19,43 @@ constexpr int kNameEdit = 100;
 constexpr int kNameLimit = 30;
 constexpr int kAskDeleteString = 104;
 
+using Names = std::vector<std::string>;
+
+bool Holds(const Names& names, const std::string& name)
+{
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+Names NamesOf(const CategoryBlock& block)
+{
+    Names names;
+    for (int i = 0; i < block.Count(); ++i)
+        names.push_back(DecodeForDisplay(FieldText(block.entries[i].name)));
+    return names;
+}
+
+// What was chosen here, with what somebody else did since `read`: a name that he took out or put in stays so.
+Names Merged(Names chosen, const Names& read, const Names& now)
+{
+    std::erase_if(chosen, [&](const std::string& name) { return Holds(read, name) && !Holds(now, name); });
+    for (std::size_t i = 0; i < std::min<std::size_t>(now.size(), kShownCategories); ++i) {
+        if (!Holds(read, now[i]) && !Holds(chosen, now[i]))
+            chosen.push_back(now[i]);
+    }
+    return chosen;
+}
+
+// Of the names that don't fit; those behind the shown ones of the file go as well.
+std::string LeftOut(const Names& names, const Names& now)
+{
+    std::string text;
+    for (std::size_t i = kShownCategories; i < names.size(); ++i)
+        text += "\r\n" + names[i];
+    for (std::size_t i = kShownCategories; i < now.size(); ++i)
+        text += "\r\n" + now[i];
+    return text;
+}
+
 }  // namespace
 
 CategoryEditorDialog::CategoryEditorDialog(TableFile* file) : file(file) {}
@@ -29,6 +68,7 @@ MessageParam CategoryEditorDialog::OnInitDialog(WndMessage&)
         for (int i = 0; i < count; ++i)
             AddRow(window, kNameList, FieldText(block.entries[i].name));
     }
+    namesRead = Rows();
     Enable(kDeleteButton, false);
     CentreOverParent();
     return 1;
@@ -78,8 +118,31 @@ void CategoryEditorDialog::OnDelete()
     FocusItem(window, kNameList);
 }
 
+Names CategoryEditorDialog::Rows() const
+{
+    Names names;
+    for (int i = 0; i < RowCount(window, kNameList); ++i)
+        names.push_back(RowText(window, kNameList, i));
+    return names;
+}
+
+bool CategoryEditorDialog::MayLeaveOut()
+{
+    CategoryBlock block{};
+    if (file->ReadCategories(block) != 1)
+        return true;
+    const Names now = NamesOf(block);
+    const std::string names = LeftOut(Merged(Rows(), namesRead, now), now);
+    return names.empty() || ShowBox(window,
+                                    "There is room for " + std::to_string(kShownCategories) +
+                                        " categories. These would be left out:" + names + "\r\nSave the others?",
+                                    "Pinwell", BoxIcon::Warning, BoxButtons::CancelOk) == Answer::Ok;
+}
+
 void CategoryEditorDialog::OnOk()
 {
+    if (!MayLeaveOut())
+        return;
     if (Save()) {
         EndDialog(1);
         return;
@@ -90,15 +153,20 @@ void CategoryEditorDialog::OnOk()
 
 bool CategoryEditorDialog::Save()
 {
-    CategoryBlock block{};
-    block.blockSize = sizeof block;
-    for (CategoryEntry& entry : block.entries)
-        entry.tag = -1;
-    const int count = std::min(RowCount(window, kNameList), kShownCategories);
-    for (int i = 0; i < count; ++i)
-        StoreText(block.entries[i].name, RowText(window, kNameList, i));
-    block.categoryCount = static_cast<std::uint32_t>(count);
-    return file->WriteCategories(block) == 1 && file->Flush() == 1;
+    const Names rows = Rows();
+    const auto change = [&](CategoryBlock& block) {
+        const Names names = Merged(rows, namesRead, NamesOf(block));
+        block = {};
+        block.blockSize = sizeof block;
+        for (CategoryEntry& entry : block.entries)
+            entry.tag = -1;
+        const std::size_t count = std::min<std::size_t>(names.size(), kShownCategories);
+        for (std::size_t i = 0; i < count; ++i)
+            StoreText(block.entries[i].name, names[i]);
+        block.categoryCount = static_cast<std::uint32_t>(count);
+        return true;
+    };
+    return file->UpdateCategories(change) == 1 && file->Flush() == 1;
 }
 
 NewCategoryDialog::NewCategoryDialog(std::string& name) : name(name)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "toolkit/marlin_dialog.h"
 
@@ -23,9 +24,13 @@ private:
     void OnNew();
     void OnDelete();
     void OnOk();
+    std::vector<std::string> Rows() const;
+    // Asks when not all names fit.
+    bool MayLeaveOut();
     bool Save();
 
     TableFile* file;
+    std::vector<std::string> namesRead;  // as the file had them when the dialog opened
 };
 
 // Asks for one name, at most 29 bytes; in `name` when DoModal gave 1.

@@ -3,6 +3,8 @@
 #include "notes/alarm_fired_dialog.h"
 #include "notes/model/alarms.h"
 #include "notes/note_editor_dialog.h"
+#include "platform/base/file_error_text.h"
+#include "skin/window_helpers.h"
 #include "store/refresh_switch.h"
 
 namespace jotlet {
@@ -23,10 +25,11 @@ int CheckAlarms(TableFile& file, MarlinWnd& parent, const Clock& clock)
     AlarmFiredDialog dialog(check.due->note);
     dialog.DoModal(&parent, kAlarmFiredDialogId);
     alarmShowing = false;
-    if (dialog.Answered())
-        MarkAlarmFired(file, *check.due);
-    else
-        LeaveAlarm(file, *check.due);
+    if (!dialog.Answered())
+        return 1;
+    if (const SaveResult marked = MarkAlarmFired(*check.due); marked.state == SaveState::Failed)
+        ShowTextMessage(parent.window, "The alarm could not be marked as seen in\r\n\"" + file.Path() +
+                                           "\".\r\nIt will come again. " + FileErrorText(marked.error));
     return 1;
 }
 

@@ -2,20 +2,17 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 
-#include "net/core/outbox.h"
+#include "notes/edit_note.h"
 #include "notes/note_cell.h"
-#include "notes/note_command_ids.h"
-#include "notes/note_editor_dialog.h"
-#include "notes/record_hold.h"
+#include "notes/tell_outcome.h"
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/system_metrics.h"
 #include "skin/drawing.h"
 #include "skin/fonts.h"
-#include "skin/sound.h"
-#include "skin/window_helpers.h"
 #include "store/table_file.h"
 
 namespace jotlet {
@@ -78,6 +75,29 @@ std::string OccurrencesList::ItemName(int index)
     return DecodeForDisplay(FieldText(note.title));
 }
 
+std::string OccurrencesList::ItemDetail(int index)
+{
+    NoteRecord note;
+    if (!file || !query || index < 0 || index >= query->resultCount ||
+        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        return {};
+    return DescribeNote(note);
+}
+
+// A hit chosen by a key counts as one that was pressed.
+void OccurrencesList::OnKeySelected(int index)
+{
+    PostCommand(id, index, kListItemPressed);
+}
+
+void OccurrencesList::OnReturnKey(int selected)
+{
+    if (selected >= 0)
+        PostCommand(id, selected, kListItemDoubleClicked);
+    else
+        PostCommand(kIdOk, 0);
+}
+
 FindDialog::FindDialog(TableFile* file, std::string_view categoryFilter)
     : list(std::make_unique<OccurrencesList>()), file(file), categoryFilter(categoryFilter)
 {
@@ -88,6 +108,7 @@ FindDialog::~FindDialog() = default;
 MessageParam FindDialog::OnInitDialog(WndMessage&)
 {
     list->Create(this, kStyleDefault | kStyleTabStop);
+    TakeReturnKey(list->Grid().window);
     PlaceList();
     Enable(kIdOk, false);
     Enable(kGoToButton, false);
@@ -152,7 +173,8 @@ void FindDialog::Search()
     RestoreCursor();
 
     selected = -1;
-    SetWindowTitle(window, "Occurrences " + std::to_string(query->resultCount));
+    SetWindowTitle(window,
+                   "Occurrences " + std::to_string(query->resultCount) + (query->limitReached ? " of more" : ""));
     Enable(kGoToButton, false);
     FocusList();
 }
@@ -183,34 +205,16 @@ MessageParam FindDialog::OnListNotification(int code, int index, MessageParam lP
 
 void FindDialog::OpenHit()
 {
-    if (!MayChange(file->GetRole())) {
-        ShowMessage(window, kNoPermissionString);
-        return;
+    HeldNote held;
+    const NoteResult taken = TakeForEdit(held, file, list->GetChosen());
+    if (TellOutcome(window, file, taken)) {
+        EditHeldNote(*this, held, held.note.date);
+        list->RefreshAndSelect(BytesOf(held.note));
+    } else if (taken.outcome == Outcome::Withdrawn) {
+        Beep();
+    } else if (taken.outcome == Outcome::Hidden) {
+        list->RefreshNow();
     }
-    const int index = list->GetSelected();
-    if (!query || index < 0 || index >= query->resultCount) {
-        FocusList();
-        return;
-    }
-    RecordHold hold(*file, query->Results()[static_cast<std::size_t>(index)]);
-    if (!hold.Taken()) {
-        ShowMessage(window, kBeingEditedString);
-        return;
-    }
-    NoteRecord& note = hold.note;
-    if (!hold.Read() || note.eventState == kEventWithdrawn) {
-        const bool frozen = note.eventState == kEventWithdrawn;
-        hold.GiveBack();
-        FocusList();
-        if (frozen)
-            Beep();
-        else
-            list->RefreshNow();
-        return;
-    }
-    if (EditHeldNote(*this, hold, note.date))
-        file->Flush();
-    list->RefreshAndSelect(BytesOf(note));
     FocusList();
 }
 

@@ -23,7 +23,10 @@ public:
     void DrawRecordItem(TableFile& file, RecordQuery& query, DeviceContext& dc, Colour background, int index, int state,
                         const Rect& cell) override;
     std::string ItemName(int index) override;
+    std::string ItemDetail(int index) override;
     std::string ListName() override { return "Occurrences"; }
+    void OnKeySelected(int index) override;
+    void OnReturnKey(int selected) override;
 
     std::string term;
 };

@@ -185,6 +185,8 @@ void MarlinClassWndBin::Describe(AccessibleDescription& description)
 {
     description.role = AccessibleRole::Button;
     description.name = BinSlot().IsEmpty() ? "Recycle bin, empty" : "Recycle bin, undo delete";
+    description.hint = BinSlot().IsEmpty() ? "Drop a note here to delete it." : "Click to bring back the deleted note.";
+    description.press = HotArea();
 }
 
 }  // namespace jotlet

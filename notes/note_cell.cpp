@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "notes/model/palette.h"
 #include "platform/base/text.h"
 #include "skin/drawing.h"
 #include "skin/fonts.h"
@@ -98,6 +99,31 @@ void DrawGoneCell(DeviceContext& dc, const Rect& cell, const NoteCellLook& look)
 {
     dc.DrawText(NoteCellInside(cell), look.goneText, *look.font, kGoneColour,
                 kTextCentre | kTextWordBreak | kTextEndEllipsis | kTextNoPrefix);
+}
+
+std::string DescribeNote(const NoteRecord& note)
+{
+    std::string words = "other colour";
+    for (const PaletteColour& one : kPalette) {
+        if (one.colour == note.colour)
+            words = one.name;
+    }
+    if (note.alarmState != kAlarmNone) {
+        std::string day;
+        std::string time;
+        const DateValue date = note.alarmDate;
+        const TimeValue at = note.alarmTime;
+        FormatDateValue(day, date);
+        FormatTimeShort(time, at.hour, at.minute, at.halfDay);
+        words += (note.alarmState == kAlarmFired ? ", past alarm " : ", alarm ") + day + " " + time;
+    }
+    if (note.confidential != 0)
+        words += ", confidential";
+    if (HasAttachment(note))
+        words += ", attachment";
+    if (const std::string_view category = FieldText(note.category); !category.empty())
+        words += ", category " + DecodeForDisplay(category);
+    return words;
 }
 
 }  // namespace jotlet

@@ -1,6 +1,7 @@
 // How one note looks as a cell; the board and the hits of Find share it.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "notes/model/note_record.h"
@@ -22,6 +23,9 @@ struct NoteCellLook {
 void DrawNoteCell(DeviceContext& dc, const NoteRecord& note, Colour background, const Rect& cell,
                   const NoteCellLook& look);
 void DrawGoneCell(DeviceContext& dc, const Rect& cell, const NoteCellLook& look);
+
+// What a cell shows of a note besides its title and text, in words.
+std::string DescribeNote(const NoteRecord& note);
 
 // The cell less the frame and its margin.
 Rect NoteCellInside(const Rect& cell);

@@ -16,6 +16,7 @@ inline constexpr int kCommandOpenAttachment = 1033;
 // From the board's own keys alone: Ctrl+D and Ctrl+Shift+D.
 inline constexpr int kCommandMoveToDay = 1043;
 inline constexpr int kCommandCopyToDay = 1044;
+inline constexpr int kCommandTyped = 1045;  // a character, in lParam: on to the first title that begins with it
 
 // Texts of the string table that the commands say.
 inline constexpr int kNoPermissionString = 102;

@@ -1,97 +1,55 @@
-// What the user does to notes, step by step. The order of the steps is what keeps several copies on one file apart.
+// What the user asks to be done to notes: the questions, the sounds, and what the board shows afterwards. How it is
+// done stands in notes/commands/.
 
+#include "notes/commands/note_commands.h"
 #include "net/core/outbox.h"
 #include "notes/bin_slot.h"
+#include "notes/edit_note.h"
 #include "notes/find_dialog.h"
-#include "notes/model/note_record.h"
 #include "notes/note_command_ids.h"
 #include "notes/note_editor_dialog.h"
 #include "notes/notes_pane.h"
-#include "notes/record_hold.h"
+#include "notes/open_target.h"
+#include "notes/tell_outcome.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
-#include "store/refresh_switch.h"
 #include "toolkit/date_dialog.h"
 #include "toolkit/main_window.h"
 
 namespace jotlet {
-namespace {
-
-// A record that begins a life of its own: live, unlocked, no group event.
-void MakeOrdinary(NoteRecord& note)
-{
-    note.active = 1;
-    note.locked = 0;
-    note.eventState = kEventNone;
-    note.reserved547 = 0;
-    note.eventStatus = kStatusNotAnnounced;
-}
-
-bool IdIsLive(TableFile& file, std::uint64_t id)
-{
-    RecordQuery query;
-    query.PrepareResults();
-    query.AddInt64Term(kUniqueIdOffset, TermKind::Equal, id, Connective::And);
-    return file.RunQuery(query) == 1 && query.resultCount > 0;
-}
-
-}  // namespace
-
 bool NotesPane::RefuseReader()
 {
-    if (file && MayChange(file->GetRole()))
+    if (MayChangeNotes(file))
         return false;
     ShowMessage(MainWindow(), kNoPermissionString);
     return true;
 }
 
-std::optional<RecordAddress> NotesPane::SelectedAddress() const
+std::optional<ChosenRecord> NotesPane::Chosen() const
 {
-    const int selected = list->GetSelected();
-    if (!file || !query || selected < 0 || selected >= query->resultCount)
-        return std::nullopt;
-    return query->Results()[static_cast<std::size_t>(selected)];
+    return file ? list->GetChosen() : std::nullopt;
 }
 
-// Nothing when no note is selected or somebody else holds it.
-std::unique_ptr<RecordHold> NotesPane::LockSelected(WhenLocked whenLocked)
+// The chosen note as it is now, without its lock; false when it is gone.
+bool NotesPane::ReadChosen(NoteRecord& note) const
 {
-    const auto address = SelectedAddress();
-    if (!address)
-        return nullptr;
-    auto held = std::make_unique<RecordHold>(*file, *address);
-    if (held->Taken())
-        return held;
-    if (whenLocked == WhenLocked::Tell)
-        ShowMessage(MainWindow(), kBeingEditedString);
-    return nullptr;
+    const auto chosen = Chosen();
+    return chosen && file->ReadRecord(BytesOf(note), chosen->address) == 1 && note.uniqueId == chosen->id;
 }
 
-// False, and the note given back, when it is hidden from this user now.
-bool NotesPane::ReadHeld(RecordHold& held, WhenHidden whenHidden)
+// True for Done. What can't be shown any more leaves the board, what a failing disk made of it is seen, and the program
+// hears of a file that was replaced.
+bool NotesPane::Tell(const NoteResult& result)
 {
-    if (held.Read() || (whenHidden == WhenHidden::Take && held.note.active != 0))
-        return true;
-    held.GiveBack();
-    list->RefreshNow();
-    return false;
-}
-
-std::unique_ptr<RecordHold> NotesPane::HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden)
-{
-    auto held = LockSelected(whenLocked);
-    return held && ReadHeld(*held, whenHidden) ? std::move(held) : nullptr;
-}
-
-// True when it worked; says so when not.
-bool NotesPane::TellSaved(int result)
-{
-    if (result == 1)
-        return true;
-    ShowTextMessage(MainWindow(), SaveProblem(*file, result));
-    return false;
+    const bool done = TellOutcome(MainWindow(), file, result);
+    if (result.outcome == Outcome::Withdrawn || result.outcome == Outcome::GroupEvent)
+        Beep();
+    else if (!done && result.outcome != Outcome::NoPermission && result.outcome != Outcome::NothingChosen &&
+             result.outcome != Outcome::Locked)
+        list->RefreshNow();
+    return done;
 }
 
 DateValue NotesPane::DateForNewNote() const
@@ -109,13 +67,7 @@ void NotesPane::NewNote()
         return;
     NoteRecord note;
     NoteEditorDialog editor(file, note, DateForNewNote(), kEditNew);
-    editor.SetSave([&]() -> std::string {
-        const int added = file->AddRecord(BytesOf(note));
-        if (added != 1)
-            return SaveProblem(*file, added);
-        file->Flush();
-        return {};
-    });
+    editor.SetSave(EditorSave(*file, note, [&] { return AddNote(*file, note); }));
     if (editor.DoModal(this, kNoteEditorDialogId) == 1) {
         PlaySoundFile("add.wav");
         list->RefreshAndSelect(BytesOf(note));
@@ -125,129 +77,89 @@ void NotesPane::NewNote()
 
 void NotesPane::EditNote()
 {
-    if (RefuseReader())
-        return;
-    auto held = HoldSelected(WhenLocked::Tell);
-    if (!held) {
-        FocusList();
-        return;
+    HeldNote held;
+    if (Tell(TakeForEdit(held, file, Chosen()))) {
+        // The note moves to the day last chosen, whatever tab is showing.
+        EditHeldNote(*this, held, paneDate);
+        list->RefreshAndSelect(BytesOf(held.note));
     }
-    NoteRecord& note = held->note;
-    if (note.eventState == kEventWithdrawn) {
-        held->GiveBack();
-        Beep();
-        FocusList();
-        return;
-    }
-    // The note moves to the day last chosen, whatever tab is showing.
-    if (EditHeldNote(*this, *held, paneDate))
-        file->Flush();
-    list->RefreshAndSelect(BytesOf(note));
     FocusList();
 }
 
-// A group event whose participants are told stays in the file, frozen, unless nobody had heard of it.
-bool NotesPane::RemoveNote(RecordHold& held)
+// The last steps of every way to delete. True when the note is gone from the board's file.
+bool NotesPane::RemoveAndKeep(HeldNote& held)
 {
-    NoteRecord& note = held.note;
-    if (IsGroupEvent(note)) {
-        if (AskYesNo(MainWindow(), kAskNotifyString)) {
-            NotifyEvent(file->Path(), note, kNotifyWithdrawal);
-            if (note.active != 0)
-                return TellSaved(file->WriteRecord(BytesOf(note), held.address));
-        } else {
-            PurgeEvent(file->Path(), note.uniqueId);
-        }
-    }
-    return TellSaved(file->DeleteRecord(held.address));
+    const NoteRecord before = held.note;
+    const bool tell = IsGroupEvent(before) && AskYesNo(MainWindow(), kAskNotifyString);
+    const NoteResult removed = RemoveHeld(held, tell ? Participants::Tell : Participants::LeaveAlone);
+    if (!Tell(removed) && removed.outcome != Outcome::Unconfirmed)
+        return false;
+    bin->Remember(before);
+    return true;
 }
 
 void NotesPane::DeleteNote()
 {
-    if (RefuseReader())
-        return;
+    HeldNote held;
     // The question is asked with the lock held, so that nobody edits what is about to go.
-    if (auto held = LockSelected(WhenLocked::Tell);
-        held && AskYesNo(MainWindow(), kAskDeleteNoteString) && ReadHeld(*held, WhenHidden::GiveBack)) {
-        const NoteRecord before = held->note;
-        if (RemoveNote(*held)) {
-            held->GiveBack();
-            file->Flush();
-            bin->Remember(before);
-            PlaySoundFile("bindel.wav");
-            list->RefreshNow();
-        }
+    if (Tell(held.Lock(file, Chosen())) && AskYesNo(MainWindow(), kAskDeleteNoteString) && Tell(held.Read()) &&
+        RemoveAndKeep(held)) {
+        PlaySoundFile("bindel.wav");
+        list->RefreshNow();
     }
+    held.GiveBack();
     FocusList();
 }
 
 int NotesPane::DropOnBin()
 {
-    int removed = 0;
-    if (RefuseReader())
-        return removed;
-    if (!SelectedAddress())
+    HeldNote held;
+    const NoteResult taken = held.Take(file, Chosen());
+    if (taken.outcome == Outcome::NothingChosen)
         Beep();
-    else if (auto held = HoldSelected(WhenLocked::Tell)) {
-        const NoteRecord before = held->note;
-        if (RemoveNote(*held)) {
-            held->GiveBack();
-            file->Flush();
-            bin->Remember(before);
-            list->RefreshNow();
-            removed = 1;
-        }
-    }
+    const bool removed = Tell(taken) && RemoveAndKeep(held);
+    if (removed)
+        list->RefreshNow();
     FocusList();
-    return removed;
+    return removed ? 1 : 0;
 }
 
+// Cut and Copy pass over a note that somebody else holds without a word.
 void NotesPane::CutNote()
 {
-    if (RefuseReader())
-        return;
-    if (auto held = HoldSelected(WhenLocked::Stay)) {
-        if (IsGroupEvent(held->note)) {
-            held->GiveBack();
-            Beep();
-        } else if (TellSaved(file->DeleteRecord(held->address))) {
-            bin->Remember(held->note);
-            PlaySoundFile("delete.wav");
-            held->GiveBack();
-            file->Flush();
-            list->RefreshNow();
-            NoteClipboard().Store(BytesOf(held->note), kCommandCut);
-        }
+    NoteRecord note;
+    const NoteResult cut = jotlet::CutNote(file, Chosen(), note);
+    if (cut.outcome != Outcome::Locked && (Tell(cut) || cut.outcome == Outcome::Unconfirmed)) {
+        bin->Remember(note);
+        PlaySoundFile("delete.wav");
+        list->RefreshNow();
+        NoteClipboard().Store(BytesOf(note), kCommandCut);
     }
     FocusList();
 }
 
 void NotesPane::CopyNote()
 {
-    if (RefuseReader())
-        return;
-    if (auto held = HoldSelected(WhenLocked::Stay)) {
+    NoteRecord note;
+    const NoteResult copied = jotlet::CopyNote(file, Chosen(), note);
+    if (copied.outcome != Outcome::Locked && Tell(copied)) {
         PlaySoundFile("copy.wav");
-        held->GiveBack();
-        NoteClipboard().Store(BytesOf(held->note), kCommandCopy);
+        NoteClipboard().Store(BytesOf(note), kCommandCopy);
     }
     FocusList();
 }
 
+// Who may not add a note hears no refusal here and at undo: the sound and the reload follow all the same.
 void NotesPane::PasteNote()
 {
     NoteRecord note;
     if (!file || NoteClipboard().Fetch(BytesOf(note)) != 1)
         return;
-    note.date = DateForNewNote();
-    note.uniqueId = RandomId();
-    MakeOrdinary(note);
-    const int added = file->AddRecord(BytesOf(note));
-    if (added != 1 && added != kRefusedByRole)
-        TellSaved(added);
-    file->Flush();
-    PlaySoundFile("add.wav");
-    list->RefreshNow();
+    const NoteResult pasted = jotlet::PasteNote(*file, note, DateForNewNote());
+    if (pasted.outcome == Outcome::NoPermission || Tell(pasted)) {
+        PlaySoundFile("add.wav");
+        list->RefreshNow();
+    }
     FocusList();
 }
 
@@ -255,19 +167,12 @@ void NotesPane::UndoDelete()
 {
     NoteRecord note;
     if (file && bin->Restore(note) == 1) {
-        MakeOrdinary(note);
-        // The same note may have come back by another way meanwhile; two live notes never share an id.
-        if (IdIsLive(*file, note.uniqueId))
-            note.uniqueId = RandomId();
-        const int added = file->AddRecord(BytesOf(note));
+        const NoteResult restored = RestoreNote(*file, note);
         // A failed write keeps the note in the bin; only who may not write loses it.
-        if (added == 1 || added == kRefusedByRole) {
-            file->Flush();
+        if (restored.outcome == Outcome::NoPermission || Tell(restored)) {
             bin->Empty();
-        } else {
-            TellSaved(added);
+            list->RefreshNow();
         }
-        list->RefreshNow();
     }
     FocusList();
 }
@@ -277,55 +182,30 @@ void NotesPane::OpenAttachment()
     if (RefuseReader())
         return;
     NoteRecord note;
-    const auto address = SelectedAddress();
-    if (address && file->ReadRecord(BytesOf(note), *address) == 1 && HasAttachment(note))
-        OpenDocument(FieldText(note.attachmentPath));
-}
-
-// A drop shows nobody the note, so a hidden one may be moved too.
-std::unique_ptr<RecordHold> NotesPane::HoldForDrop()
-{
-    if (!SelectedAddress()) {
-        Beep();
-        return nullptr;
-    }
-    return RefuseReader() ? nullptr : HoldSelected(WhenLocked::Tell, WhenHidden::Take);
+    if (ReadChosen(note) && HasAttachment(note))
+        OpenTarget(window, FieldText(note.attachmentPath));
 }
 
 void NotesPane::DropOnDay(const DateValue& day)
 {
-    if (auto held = HoldForDrop()) {
-        held->note.date = day;
-        if (TellSaved(file->WriteRecord(BytesOf(held->note), held->address))) {
-            PlaySoundFile("move.wav");
-            held->GiveBack();
-            file->Flush();
-            ChooseDay(day);
-            list->SelectRecord(held->note.uniqueId);
-        }
-    }
-    FocusList();
+    FinishDrop(day, MoveNoteToDay, "move.wav");
 }
 
 void NotesPane::DropCopyOnDay(const DateValue& day)
 {
-    if (auto held = HoldForDrop()) {
-        NoteRecord copy = held->note;
-        copy.date = day;
-        copy.uniqueId = RandomId();
-        MakeOrdinary(copy);
-        bool stored = false;
-        {
-            const RefreshPause pause;
-            stored = TellSaved(file->AddRecord(BytesOf(copy)));
-        }
-        if (stored) {
-            PlaySoundFile("add.wav");
-            held->GiveBack();
-            file->Flush();
-            ChooseDay(day);
-            list->SelectRecord(copy.uniqueId);
-        }
+    FinishDrop(day, CopyNoteToDay, "add.wav");
+}
+
+void NotesPane::FinishDrop(const DateValue& day, DropCommand command, const char* sound)
+{
+    NoteRecord note;
+    const auto chosen = Chosen();
+    if (!chosen) {
+        Beep();
+    } else if (Tell(command(file, chosen, day, note))) {
+        PlaySoundFile(sound);
+        ChooseDay(day);
+        list->SelectRecord(note.uniqueId);
     }
     FocusList();
 }
@@ -335,12 +215,12 @@ void NotesPane::OnMoveToDay(bool copy)
 {
     if (RefuseReader())
         return;
-    const auto address = SelectedAddress();
-    DateValue day;
-    if (!address || file->ReadField(BytesOf(day), {kDateOffset, kDateSize}, *address) != 1) {
+    NoteRecord note;
+    if (!ReadChosen(note)) {
         Beep();
         return;
     }
+    DateValue day = note.date;
     DateDialog dialog(day.day, day.month, day.year, &day);
     if (dialog.DoModal(this, DateDialog::kTemplate) != 1)
         FocusList();

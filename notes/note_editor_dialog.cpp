@@ -109,6 +109,7 @@ void NoteEditorDialog::FillColours()
 {
     for (const auto& [colour, index, name] : kPalette) {
         const int row = AddRow(window, kColourBox, "", static_cast<std::intptr_t>(colour));
+        NameRow(window, kColourBox, row, name);
         if (colour == record.colour)
             SelectRow(window, kColourBox, row);
     }

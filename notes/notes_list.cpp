@@ -34,10 +34,24 @@ std::string NotesList::ItemName(int index)
     return DecodeForDisplay(FieldText(note.title)) + ": " + DecodeForDisplay(FieldText(note.text));
 }
 
+std::string NotesList::ItemDetail(int index)
+{
+    NoteRecord note;
+    if (!file || !query || index < 0 || index >= query->resultCount ||
+        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        return {};
+    return DescribeNote(note);
+}
+
 void NotesList::OnOtherKey(int virtualKey)
 {
     if (virtualKey == 'D' && IsKeyDown(kKeyControl))
-        PostCommand(IsKeyDown(kKeyShift) ? kCommandCopyToDay : kCommandMoveToDay, 0);
+        RequestCommand(IsKeyDown(kKeyShift) ? kCommandCopyToDay : kCommandMoveToDay, 0);
+}
+
+void NotesList::OnCharacter(char32_t character)
+{
+    PostCommand(kCommandTyped, static_cast<MessageParam>(character));
 }
 
 }  // namespace jotlet

@@ -12,9 +12,12 @@ public:
     void DrawRecordItem(TableFile& file, RecordQuery& query, DeviceContext& dc, Colour background, int index, int state,
                         const Rect& cell) override;
     std::string ItemName(int index) override;
+    std::string ItemDetail(int index) override;
     std::string ListName() override { return "Notes"; }
+    std::string EmptyHint() override { return "There is no note here. Press Insert to write one."; }
     // Ctrl+D moves the selected note to another day, Ctrl+Shift+D copies it there.
     void OnOtherKey(int virtualKey) override;
+    void OnCharacter(char32_t character) override;
 };
 
 }  // namespace jotlet

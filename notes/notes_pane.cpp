@@ -1,15 +1,19 @@
 #include "notes/notes_pane.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "notes/bin_slot.h"
 #include "notes/model/note_record.h"
 #include "notes/note_command_ids.h"
+#include "notes/title_jump.h"
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/menu.h"
 #include "resources/string_table.h"
+#include "skin/fonts.h"
+#include "store/refresh_switch.h"
 #include "toolkit/drag_commands.h"
 
 namespace jotlet {
@@ -19,6 +23,8 @@ constexpr Colour kBoardColour = 0xC0FFFF;
 constexpr Colour kScrollColour = 0xC3C3C3;
 constexpr int kCellHeight = 80;
 constexpr int kCellsPerRow = 3;
+constexpr int kNoticeHeight = 14;
+constexpr Colour kNoticeColour = 0x0000D4;
 
 constexpr Colour kWhite = 0xFFFFFF;
 constexpr Colour kStripColour = 0xC3C3C3;
@@ -32,67 +38,29 @@ constexpr Colour kBinMark = 0x00AFF0;
 constexpr int kTabWidth = 50;
 
 constexpr int kCategoryString = 30;
+constexpr Milliseconds kDayPeriod{10'000};
 
 // Where the children stand in a client area of this size.
 struct Layout {
     Rect list, categories, letters, calendar, tabs, bin;
 };
 
-Layout LayOut(Size client)
+Layout LayOut(Size client, int noticeHeight)
 {
     const int w = client.width;
     const int h = client.height;
-    return {Rect::At(5, 35, w - 114, h - 60), Rect::At(0, 0, w, 26),
-            Rect::At(w - 103, 35, 103, 185),  Rect::At(w - 108, 35, 106, 130),
-            Rect::At(10, h - 20, w - 10, 20), Rect::At(w - 103, h - 92, 100, 72)};
+    return {Rect::At(5, 35 + noticeHeight, w - 114, h - 60 - noticeHeight),
+            Rect::At(0, 0, w, 26),
+            Rect::At(w - 103, 35, 103, 185),
+            Rect::At(w - 108, 35, 106, 130),
+            Rect::At(10, h - 20, w - 10, 20),
+            Rect::At(w - 103, h - 92, 100, 72)};
 }
 
 void Place(MarlinWnd& child, const Rect& r)
 {
     child.Move(r.left, r.top, std::max(r.Width(), 0), std::max(r.Height(), 0), 1);
 }
-
-// The first characters of titles, as they are in the file now. Read note by note at first; a walk that goes on takes
-// those of all notes in one pass over the file, which is many times faster than as many single reads.
-class TitleStarts {
-public:
-    explicit TitleStarts(const TableFile& file) : file(file) {}
-
-    char At(RecordAddress address)
-    {
-        if (++asked == kSingleReads)
-            ReadAll();
-        const auto known = std::ranges::lower_bound(all, address, {}, &Start::address);
-        if (known != all.end() && known->address == address)
-            return known->first;
-        char first = 0;
-        file.ReadField(BytesOf(first), {kTitleOffset, 1}, address);
-        return first;
-    }
-
-private:
-    static constexpr int kSingleReads = 200;
-    struct Start {
-        RecordAddress address;
-        char first;
-    };
-
-    void ReadAll()
-    {
-        const FieldRange start{kTitleOffset, 1};
-        file.ForEachRecord(
-            std::span(&start, 1),
-            [this](RecordAddress address, std::span<const std::byte> bytes) {
-                all.push_back({address, static_cast<char>(bytes[0])});
-                return true;
-            },
-            ScanScope::All);
-    }
-
-    const TableFile& file;
-    int asked = 0;
-    std::vector<Start> all;  // in file order
-};
 
 std::string Text(int id)
 {
@@ -110,7 +78,8 @@ NotesPane::NotesPane(const PaneColours& paneColours, std::string paneName)
       tabs(std::make_unique<TTabsWnd>(kTabsId, kBoardColour, kTabWidth)),
       bin(std::make_unique<MarlinClassWndBin>(kBinId, kBoardColour, kBinFrame, kBinMark))
 {
-    Today(paneDate);
+    Today(today);
+    paneDate = today;
     calendar = std::make_unique<MarliMiniCalendar>(kCalendarId, paneDate.day, paneDate.month, paneDate.year,
                                                    kBoardColour, kDaySelected, kDayToday, kCalendarMenu, kWhite);
     tabs->AddTab(kTitleTab, "Title", kTitleTabColour, kWhite);
@@ -129,13 +98,14 @@ MessageParam NotesPane::OnCreate(WndMessage& record)
     calendar->Create(this, kStyleChild);
     tabs->Create(this);
     bin->Create(this);
+    StartTimer(window, kDayTimer, kDayPeriod);
     return MarlinPane::OnCreate(record);
 }
 
 MessageParam NotesPane::OnSize(WndMessage&)
 {
     const Rect client = GetClientArea();
-    const Layout layout = LayOut({client.Width(), client.Height()});
+    const Layout layout = LayOut({client.Width(), client.Height()}, noticeShown ? kNoticeHeight : 0);
     Place(*list, layout.list);
     Place(*categoryMenu, layout.categories);
     Place(*letterBar, layout.letters);
@@ -143,6 +113,26 @@ MessageParam NotesPane::OnSize(WndMessage&)
     Place(*tabs, layout.tabs);
     Place(*bin, layout.bin);
     return 0;
+}
+
+void NotesPane::OnPaint(DeviceContext& dc, const PaintInfo& paint)
+{
+    MarlinPane::OnPaint(dc, paint);
+    if (noticeShown)
+        dc.DrawText(Rect::At(5, 32, GetClientArea().Width() - 114, kNoticeHeight),
+                    "There are more notes than the " + std::to_string(kMaxResults) + " shown here.", SmallFont(400),
+                    kNoticeColour, kTextSingleLine | kTextNoPrefix | kTextEndEllipsis);
+}
+
+// The list makes room for a line that says that the query was cut, while it is.
+void NotesPane::FollowLimit()
+{
+    const bool cut = file && query && query->limitReached;
+    if (std::exchange(noticeShown, cut) == cut)
+        return;
+    const Rect client = GetClientArea();
+    Place(*list, LayOut({client.Width(), client.Height()}, cut ? kNoticeHeight : 0).list);
+    Invalidate(nullptr, 1);
 }
 
 int NotesPane::OnEntered()
@@ -182,7 +172,8 @@ void NotesPane::Refresh(TableFile* newFile)
 {
     file = newFile;
     if (!query) {
-        Today(paneDate);
+        Today(today);
+        paneDate = today;
         query = std::make_unique<RecordQuery>();
         categoryMenu->LoadCategories(file);
         categoryMenu->Invalidate(nullptr, 0);
@@ -192,6 +183,7 @@ void NotesPane::Refresh(TableFile* newFile)
     if (!file) {
         list->SetSource(nullptr, nullptr);
         list->SetCount(0);
+        FollowLimit();
         return;
     }
     ShowWaitCursor();
@@ -212,6 +204,7 @@ void NotesPane::Refresh(TableFile* newFile)
     list->SetSource(file, query.get());
     list->SetCount(query->resultCount);
     RestoreCursor();
+    FollowLimit();
 }
 
 MessageParam NotesPane::OnCommand(WndMessage& record)
@@ -250,7 +243,7 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
             FindNotes();
             return 0;
         case kCommandUndoDelete:
-            Post(kWmCommand, kBinId, kBinUndo);
+            PostRequest(window, kWmCommand, kBinId, kBinUndo);
             return 0;
         case kCommandCut:
             CutNote();
@@ -268,6 +261,9 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
         case kCommandOpenAttachment:
             OpenAttachment();
             return 0;
+        case kCommandTyped:
+            OnTyped(static_cast<char32_t>(record.lParam));
+            return 0;
         case kCommandMoveToDay:
         case kCommandCopyToDay:
             OnMoveToDay(id == kCommandCopyToDay);
@@ -280,9 +276,15 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
 MessageParam NotesPane::OnListNotification(int code, int item)
 {
     if (code == kListItemDoubleClicked)
-        Post(kWmCommand, item >= 0 ? kCommandEditNote : kCommandNewNote, 0);
+        PostRequest(window, kWmCommand, item >= 0 ? kCommandEditNote : kCommandNewNote, 0);
     else if (code == kListItemRightClicked)
         OpenPopup(item);
+    else if (code == kListReloaded)
+        FollowLimit();
+    else if (code == kListFileLost && fileLost)
+        fileLost();
+    else if (code == kListDriveAnswers && driveAnswers)
+        driveAnswers(item != 0);
     return 0;
 }
 
@@ -311,6 +313,32 @@ void NotesPane::ChooseDay(const DateValue& day)
     paneDate = day;
     calendar->SetDate(day.year, day.month, day.day);
     Refresh(file);
+    list->SetTopRow(0);
+}
+
+MessageParam NotesPane::OnTimer(WndMessage& record)
+{
+    if (record.wParam == kDayTimer)
+        FollowToday();
+    return 0;
+}
+
+// At midnight the day that was today until now gives way to the new one. Not under a note that is held or dragged: the
+// next tick comes.
+void NotesPane::FollowToday()
+{
+    DateValue now;
+    Today(now);
+    if (now == today || !IsRefreshEnabled() || list->Grid().dragging)
+        return;
+    const bool shown = paneDate == today;
+    today = now;
+    if (!shown)
+        return;
+    paneDate = now;
+    calendar->SetDate(now.year, now.month, now.day);
+    if (OnDateTab())
+        ChooseDay(now);
 }
 
 void NotesPane::OnTabChanged(int value)
@@ -323,6 +351,7 @@ void NotesPane::OnTabChanged(int value)
         calendar->Hide();
     }
     Refresh(file);
+    list->SetTopRow(0);
 }
 
 void NotesPane::OnCategory(const char* text)
@@ -333,44 +362,31 @@ void NotesPane::OnCategory(const char* text)
     if (categoryFilter == kAllCategories)
         categoryFilter.clear();
     Refresh(file);
+    list->SetTopRow(0);
 }
 
 void NotesPane::OnLetter(int letter)
 {
-    if (const int index = FindByLetter(letter); index >= 0)
-        list->SelectItem(index);
+    if (file && query)
+        list->SelectItem(FindTitleFrom(*file, *query, static_cast<char>(letter)));
 }
 
-int NotesPane::FindByLetter(int letter) const
+void NotesPane::OnTyped(char32_t character)
 {
-    if (!file || !query)
-        return -1;
-    const auto upper = [](char c) { return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c); };
-    const signed char wanted = upper(static_cast<char>(letter));
-    TitleStarts starts(*file);
-    int index = 0;
-    for (const RecordAddress address : query->Results()) {
-        if (upper(starts.At(address)) >= wanted)
-            return index;
-        ++index;
-    }
-    return index - 1;
+    if (file && query)
+        list->SelectItem(FindTitleWith(*file, *query, character));
 }
 
 std::uint64_t NotesPane::SelectedId() const
 {
-    std::uint64_t id = 0;
-    if (const auto address = SelectedAddress();
-        address && file->ReadField(BytesOf(id), {kUniqueIdOffset, sizeof id}, *address) == 1)
-        return id;
-    return 0;
+    NoteRecord note;
+    return ReadChosen(note) ? note.uniqueId.Get() : 0;
 }
 
 bool NotesPane::SelectedHasAttachment() const
 {
     NoteRecord note;
-    const auto address = SelectedAddress();
-    return address && file->ReadRecord(BytesOf(note), *address) == 1 && HasAttachment(note);
+    return ReadChosen(note) && HasAttachment(note);
 }
 
 void NotesPane::OpenPopup(int item)

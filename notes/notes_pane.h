@@ -1,8 +1,7 @@
 // The pane named "Work": the board of notes of one file, its filters, and every command on a note.
 //
-// Each command that changes a note is made for a file that other copies use at the same time: test the role, take the
-// record's lock, read the record anew, work, write, give the lock back, flush, refresh. What the screen shows follows
-// from the refresh alone; no note is kept in memory.
+// Each command that changes a note is made for a file that other copies use at the same time (notes/commands/). What
+// the screen shows follows from the refresh alone; no note is kept in memory.
 //
 // Owns: its children and the query. Not the file, which the program's module keeps open.
 #pragma once
@@ -25,7 +24,8 @@
 
 namespace jotlet {
 
-class RecordHold;
+class HeldNote;
+struct NoteResult;
 
 class NotesPane : public MarlinPane {
 public:
@@ -41,8 +41,8 @@ public:
     TableFile* GetFile() const { return file; }
     const DateValue& GetPaneDate() const { return paneDate; }
     const std::string& GetCategoryFilter() const { return categoryFilter; }
-    // The selected note's place in the file; nothing when none is selected.
-    std::optional<RecordAddress> SelectedAddress() const;
+    // The note that was selected; nothing when none is.
+    std::optional<ChosenRecord> Chosen() const;
     // The `uniqueId` of the selected note; 0 when none is selected or it can no longer be read.
     std::uint64_t SelectedId() const;
 
@@ -51,10 +51,16 @@ public:
 
     // Commands of later windows, hooked in by who knows them. Null: the command does nothing.
     std::function<void(NotesPane&)> internetEvents;
+    // Called from the message loop when the path of the file no longer leads to it.
+    std::function<void()> fileLost;
+    // Called from the message loop when the drive of the file no longer answers, and when it does again.
+    std::function<void(bool answers)> driveAnswers;
 
     MessageParam OnCreate(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
     MessageParam OnSize(WndMessage& record) override;
+    MessageParam OnTimer(WndMessage& record) override;
+    void OnPaint(DeviceContext& dc, const PaintInfo& paint) override;
     int OnEntered() override;
     int OnFileOpened(TableFile* newFile) override;
     void CollectTabStops(TabStops& stops) override;
@@ -67,6 +73,7 @@ public:
     static constexpr int kLetterBarId = 108;
     static constexpr int kFirstCategoryId = 500;
     static constexpr int kLastCategoryId = 530;
+    static constexpr int kDayTimer = 109;
     // Values of the tabs.
     static constexpr int kTitleTab = 0;
     static constexpr int kDateTab = 1;
@@ -87,18 +94,16 @@ private:
     void DropCopyOnDay(const DateValue& day);
 
     // Their steps.
-    enum class WhenLocked { Tell, Stay };
-    enum class WhenHidden { GiveBack, Take };  // a note that became confidential for this user
+    using DropCommand = NoteResult (*)(TableFile*, std::optional<ChosenRecord>, const DateValue&, NoteRecord&);
     bool RefuseReader();
-    std::unique_ptr<RecordHold> LockSelected(WhenLocked whenLocked);
-    bool ReadHeld(RecordHold& held, WhenHidden whenHidden);
-    std::unique_ptr<RecordHold> HoldSelected(WhenLocked whenLocked, WhenHidden whenHidden = WhenHidden::GiveBack);
-    std::unique_ptr<RecordHold> HoldForDrop();
-    bool RemoveNote(RecordHold& held);
-    bool TellSaved(int result);
+    bool Tell(const NoteResult& result);
+    bool RemoveAndKeep(HeldNote& held);
+    bool ReadChosen(NoteRecord& note) const;
+    void FinishDrop(const DateValue& day, DropCommand command, const char* sound);
     DateValue DateForNewNote() const;
     bool OnDateTab() const;
     void FocusList();
+    void FollowLimit();
 
     // Notifications of the children.
     MessageParam OnListNotification(int code, int item);
@@ -106,11 +111,12 @@ private:
     MessageParam OnBinCommand(MessageParam what);
     void OnTabChanged(int value);
     void OnLetter(int letter);
+    void OnTyped(char32_t character);
     void OnCategory(const char* text);
     void OnMoveToDay(bool copy);
     void ChooseDay(const DateValue& day);
+    void FollowToday();
     void OpenPopup(int item);
-    int FindByLetter(int letter) const;
     bool SelectedHasAttachment() const;
 
     std::unique_ptr<RecordQuery> query;
@@ -122,7 +128,9 @@ private:
     std::unique_ptr<TTabsWnd> tabs;
     std::unique_ptr<MarlinClassWndBin> bin;
     DateValue paneDate;
+    DateValue today;             // when it was last looked at
     std::string categoryFilter;  // empty: all
+    bool noticeShown = false;    // that there are more notes than a query holds
 };
 
 }  // namespace jotlet

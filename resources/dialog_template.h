@@ -51,6 +51,7 @@ struct ControlTemplate {
 
 enum DialogStyle : std::uint32_t {
     kDialogNoCaption = 1,
+    kDialogPicker = 2,  // opens at a control; as a popup of it where windows cannot choose their place
 };
 
 struct DialogTemplate {

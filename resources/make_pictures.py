@@ -17,6 +17,9 @@ INK = {
     "r": (255, 0, 0), "y": (255, 176, 0), "d": (74, 46, 62), "b": (48, 80, 160), "c": (212, 0, 0),
 }
 
+# A pattern, laid side by side; the others stand alone.
+TILED = {"2010"}
+
 # name, drawing, width, height; each is also made at twice the size, as name@2x.
 DRAWN = [
     ("tbar1", "tbar1", 556, 25), ("tbar1_corner", "tbar1_corner", 13, 25),
@@ -27,7 +30,7 @@ DRAWN = [
     ("2021", "picture_2021", 137, 11), ("2022", "picture_2022", 275, 13), ("4005", "picture_4005", 272, 18),
 ] + [(c, c, 32, 32) for c in ("cur_hand1", "cur_drag_true", "cur_drag_true_copy", "cur_drag_stop")]
 
-# Icons are asked for by their size in pixels, so the larger one serves a screen of scale 2.
+# Icons are asked for by their size in pixels, so the larger ones serve screens of scale 2 and 3.
 BAR_ICONS = {2000: 16, 2001: 16, 2002: 16, 2003: 16, 2004: 16, 2005: 16, 3000: 12}
 # Those of the program and of a note file; up to SMALL pixels they come from the drawing made for the 16 pixel grid.
 APP_ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
@@ -53,7 +56,7 @@ CAPTION_STATES = (
 
 
 def write_png(path, rows):
-    """An opaque 24 bit PNG from rows of (r, g, b). Stored without compression, so that a test can read the pixels."""
+    """An opaque 24 bit PNG from rows of (r, g, b)."""
     def chunk(kind, data):
         return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
     raw = b"".join(b"\0" + bytes(v for pixel in row for v in pixel) for row in rows)
@@ -61,14 +64,41 @@ def write_png(path, rows):
     path.write_bytes(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(raw, 0)) + chunk(b"IEND", b""))
 
 
+def doubled(lines, tiled):
+    """A pixel map at twice the size: a corner of a pixel that lies inside a slanted edge takes the colour behind it.
+    No colour is blended, as the program finds its key colours by exact comparison."""
+    height, width = len(lines), len(lines[0])
+
+    def pixel(x, y, own):
+        if tiled:
+            return lines[y % height][x % width]
+        return lines[y][x] if 0 <= x < width and 0 <= y < height else own
+
+    result = []
+    for y, line in enumerate(lines):
+        upper, lower = "", ""
+        for x, own in enumerate(line):
+            up, down = pixel(x, y - 1, own), pixel(x, y + 1, own)
+            left, right = pixel(x - 1, y, own), pixel(x + 1, y, own)
+            slanted = up != down and left != right
+            upper += (up if slanted and up == left else own) + (up if slanted and up == right else own)
+            lower += (down if slanted and down == left else own) + (down if slanted and down == right else own)
+        result += [upper, lower]
+    return result
+
+
 def make_glyphs():
-    """Writes the pixel maps of glyphs.txt; a map that is not of its stated size is an error."""
+    """Writes the pixel maps of glyphs.txt, each also at twice the size; one that is not of its stated size is an error."""
+    maps = {}
     for block in re.split(r"\n(?=\[)", (ART / "glyphs.txt").read_text())[1:]:
         title, *lines = block.rstrip("\n").split("\n")
-        name, width, height = re.match(r"\[(\w+) (\d+)x(\d+)\]", title).groups()
-        lines = [line for line in lines if line]
-        if len(lines) != int(height) or any(len(line) != int(width) for line in lines):
+        name, width, height = re.match(r"\[([\w@]+) (\d+)x(\d+)\]", title).groups()
+        maps[name] = [line for line in lines if line]
+        if len(maps[name]) != int(height) or any(len(line) != int(width) for line in maps[name]):
             raise SystemExit(f"glyphs.txt: {name} is not {width} by {height}")
+    for name in [name for name in maps if "@" not in name]:
+        maps.setdefault(f"{name}@2x", doubled(maps[name], name in TILED))
+    for name, lines in maps.items():
         write_png(OUT / f"{name}.png", [[INK[c] for c in line] for line in lines])
 
 
@@ -95,7 +125,7 @@ def make_caption_buttons(folder):
 
 def make_icons():
     for icon, side in BAR_ICONS.items():
-        for size in (side, 2 * side):
+        for size in (side, 2 * side, 3 * side):
             render(ART / f"icon_{icon}.svg", f"icon_{icon}_{size}", size, size)
     for icon in (1000, 1001):
         for size in APP_ICON_SIZES:

@@ -241,6 +241,25 @@ def grip(skin):
     return rows
 
 
+def contrast(a, b):
+    """1 for two equal colours, 21 for black on white."""
+    def light(colour):
+        parts = [v / 255 for v in colour]
+        linear = [v / 12.92 if v <= 0.03928 else ((v + 0.055) / 1.055) ** 2.4 for v in parts]
+        return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2]
+    darker, lighter = sorted((light(a), light(b)))
+    return (lighter + 0.05) / (darker + 0.05)
+
+
+def check_title(skin, rows):
+    """A title that cannot be read on its fill, or on the part of the picture behind it, makes no skin."""
+    text = rgb(skin["text"])
+    behind = [pixel for row in rows[7:19] for pixel in row[WIDTH // 4:WIDTH * 3 // 4]]
+    poor = sum(contrast(text, pixel) < 4.5 for pixel in behind)
+    if contrast(text, rgb(skin["titleFill"])) < 4.5 or poor * 100 > len(behind):
+        raise SystemExit(f"{skin['name']}: the title cannot be read")
+
+
 def triple(colour):
     return ",".join(str(v) for v in rgb(colour))
 
@@ -259,6 +278,7 @@ def make(skin):
     for kind in ("Close", "Restore", "Minimize"):
         for state in range(3):
             files[f"bmpButton{kind}_{state + 1}"] = (f"{kind.lower()}{state + 1}.bmp", button(skin, kind, state))
+    check_title(skin, files["bmpTitle"][1])
     lines = ["[Preference]", f"name={skin['name']}", f"folder={skin['folder']}"]
     for key, (file, rows) in files.items():
         write_bmp(folder / file, rows)

@@ -22,15 +22,17 @@ void Unset(SkinTable& table)
     table.colorTextTitle = titleText;
 }
 
-Bitmap Load(const std::string& path)
-{
-    return path.empty() ? Bitmap{} : Bitmap::FromFile(path);
-}
+// All pictures of one skin together: 16 MB once they are loaded. A title as wide as any screen needs a tenth of it.
+constexpr int kMostPixels = 4 << 20;
 
-ButtonBitmaps Load(const ButtonPaths& paths)
-{
-    return {Load(paths[0]), Load(paths[1]), Load(paths[2])};
-}
+class PictureLoader {
+public:
+    Bitmap Load(const std::string& path) { return path.empty() ? Bitmap{} : Bitmap::FromFile(path, pixelsLeft); }
+    ButtonBitmaps Load(const ButtonPaths& paths) { return {Load(paths[0]), Load(paths[1]), Load(paths[2])}; }
+
+private:
+    int pixelsLeft = kMostPixels;
+};
 
 void Take(Colour& colour, const SkinColour& value)
 {
@@ -47,14 +49,15 @@ const SkinTable& LoadSkin()
         return table;
     Unset(table);
     const SkinFile file = ReadSkinFile(GetCurrentSkinFile());
-    table.bmpTitle = Load(file.bmpTitle);
-    table.bmpTitleLeft = Load(file.bmpTitleLeft);
-    table.bmpTitleRight = Load(file.bmpTitleRight);
-    table.bmpSubTitle = Load(file.bmpSubTitle);
-    table.bmpClose = Load(file.bmpClose);
-    table.bmpRestore = Load(file.bmpRestore);
-    table.bmpMinimize = Load(file.bmpMinimize);
-    table.bmpResize = Load(file.bmpResize);
+    PictureLoader pictures;
+    table.bmpTitle = pictures.Load(file.bmpTitle);
+    table.bmpTitleLeft = pictures.Load(file.bmpTitleLeft);
+    table.bmpTitleRight = pictures.Load(file.bmpTitleRight);
+    table.bmpSubTitle = pictures.Load(file.bmpSubTitle);
+    table.bmpClose = pictures.Load(file.bmpClose);
+    table.bmpRestore = pictures.Load(file.bmpRestore);
+    table.bmpMinimize = pictures.Load(file.bmpMinimize);
+    table.bmpResize = pictures.Load(file.bmpResize);
     Take(table.colorBack, file.colorBack);
     Take(table.colorBackUp, file.colorBackUp);
     Take(table.colorBackDown, file.colorBackDown);

@@ -3,7 +3,7 @@
 // Owns:    the process's one SkinTable. A reference from LoadSkin stays valid; its values change with ReloadSkin.
 // Threads: one, the user interface's.
 // Errors:  none are told. What a skin lacks stays unset: a bitmap is none, a colour is kUnsetColour. A picture that is
-//          no image, or too large to be one of a frame, counts as missing.
+//          no image, or too large to be one of a frame with those read before it, counts as missing.
 #pragma once
 
 #include <array>

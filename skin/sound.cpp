@@ -1,5 +1,6 @@
 #include "skin/sound.h"
 
+#include "platform/base/files.h"
 #include "platform/base/paths.h"
 #include "platform/desktop/shell.h"
 
@@ -35,6 +36,13 @@ int IsAnimationEnabled()
 int IsSplashEnabled()
 {
     return splashEnabled;
+}
+
+std::string TonePath(std::string_view toneFile)
+{
+    std::string shipped = GetProgramFilePath(toneFile);
+    const bool isBare = !toneFile.empty() && toneFile.find('/') == std::string_view::npos;
+    return isBare && FileExists(shipped) == 1 ? shipped : std::string(toneFile);
 }
 
 void PlaySoundFile(std::string_view fileName)

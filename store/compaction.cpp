@@ -1,13 +1,9 @@
 #include "store/compaction.h"
 
-#include <limits.h>
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -15,6 +11,9 @@
 #include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
 #include "platform/base/paths.h"
+#include "platform/base/replace_file.h"
+#include "platform/base/shared_file.h"
+#include "store/copies.h"
 #include "store/table_schema.h"
 
 namespace jotlet {
@@ -26,13 +25,6 @@ constexpr std::int64_t kCloseAside = 4 << 20;
 constexpr std::size_t kActiveAt = offsetof(RecordPrefix, active);
 constexpr std::size_t kLockedAt = offsetof(RecordPrefix, locked);
 
-// The file that a path leads to: a link must stay a link when its file is replaced.
-std::string RealPathOf(const std::string& path)
-{
-    const std::unique_ptr<char, decltype(&free)> resolved(realpath(path.c_str(), nullptr), &free);
-    return resolved ? resolved.get() : path;
-}
-
 bool Report(FileError* error, const char* operation, const std::string& path)
 {
     if (error)
@@ -43,8 +35,8 @@ bool Report(FileError* error, const char* operation, const std::string& path)
 // Sizes of a table file, and a front part that is there. Never true for anything that isn't ours.
 bool IsTableFile(FileHandle handle, SizeBlock& sizes, std::int64_t& fileSize)
 {
-    fileSize = FileSize(handle);
-    return fileSize >= kFirstRecordOffset && FileReadWhole(handle, BytesOf(sizes), 0) &&
+    fileSize = SharedFile::SizeOf(handle);
+    return fileSize >= kFirstRecordOffset && SharedFile::ReadFrom(handle, BytesOf(sizes), 0) &&
            sizes.headerSize == kHeaderBlockSize && sizes.categorySize == kCategoryBlockSize &&
            (sizes.recordSize == kNoteRecordSize || sizes.recordSize == kContactRecordSize ||
             sizes.recordSize == kSendRecordSize);
@@ -78,7 +70,7 @@ private:
 bool CopyFront(FileHandle from, FileHandle to)
 {
     std::vector<std::byte> front(kFirstRecordOffset);
-    if (!FileReadWhole(from, front, 0))
+    if (!SharedFile::ReadFrom(from, front, 0))
         return false;
     TableHeader header;
     std::memcpy(&header, front.data() + sizeof(SizeBlock), sizeof header);
@@ -98,7 +90,7 @@ bool CopyRecords(FileHandle from, FileHandle to, std::uint32_t recordSize, std::
     for (std::int64_t slot = 0; slot < slotCount; slot += kSlotsPerRead) {
         const std::int64_t count = std::min(kSlotsPerRead, slotCount - slot);
         const auto bytes = std::span(chunk).first(static_cast<std::size_t>(count * recordSize));
-        if (!FileReadWhole(from, bytes, kFirstRecordOffset + slot * recordSize))
+        if (!SharedFile::ReadFrom(from, bytes, kFirstRecordOffset + slot * recordSize))
             return false;
         std::byte* kept = chunk.data();
         for (std::int64_t i = 0; i < count; ++i) {
@@ -124,19 +116,55 @@ bool CopyRecords(FileHandle from, FileHandle to, std::uint32_t recordSize, std::
     return true;
 }
 
-bool Rewrite(FileHandle from, FileHandle to, const std::string& path, ProgressDisplay* display)
-{
-    SizeBlock sizes{};
-    std::int64_t fileSize = 0;
-    if (!IsTableFile(from, sizes, fileSize) || !CopyFront(from, to))
-        return false;
-    const std::int64_t slotCount = (fileSize - kFirstRecordOffset) / sizes.recordSize;
-    Progress progress(display, path, slotCount);
-    if (!CopyRecords(from, to, sizes.recordSize, slotCount, progress))
-        return false;
-    Files().CopyOwnership(from, to);
-    return FileFlush(to) == 1;
-}
+// The right to be alone with a file whose locks stay on each machine: its turn, for as long as this lives, and nobody
+// in the list of copies.
+class AloneOnDrive {
+public:
+    ~AloneOnDrive()
+    {
+        entry.reset();
+        table.Release();
+    }
+    // False, with EAGAIN when somebody has the file open.
+    bool Take(FileHandle handle, const std::string& path)
+    {
+        if (!turn.Take(TurnFilePath(path), 0))
+            return false;
+        table.Reset(handle);
+        table.LocksStayHere();
+        entry = std::make_unique<CopyEntry>(table, path, turn);
+        if (!entry->IsEntered())
+            return false;
+        errno = EAGAIN;
+        return !entry->AreOthersThere();
+    }
+
+private:
+    TurnFile turn;
+    SharedFile table;
+    std::unique_ptr<CopyEntry> entry;
+};
+
+// A drive may lead others to the old file for some seconds more. Its first bytes tell them that it is no table any
+// more, wherever they still find it. Not where it has another name that somebody may rely on.
+class MarkWhenReplaced {
+public:
+    explicit MarkWhenReplaced(FileHandle old) : old(old)
+    {
+        FileIdentity identity;
+        marks = !Files().IsLocal(old) && Files().IdentifyAtServer(old, identity) == 0 && identity.links == 1;
+    }
+    void Mark() const
+    {
+        const SizeBlock none{};
+        if (marks && FileWriteWhole(old, BytesOf(none), 0))
+            FileFlush(old);
+    }
+
+private:
+    FileHandle old;
+    bool marks = false;
+};
 
 // The old file goes with its last handle, and a large one takes the system a while. Nobody has to wait for that.
 void CloseReplaced(FileHandle handle)
@@ -153,45 +181,95 @@ void CloseReplaced(FileHandle handle)
     }
 }
 
+// What a killed compaction or copy left behind holds notes and passwords for nobody.
+void RemoveLeftover(const std::string& path)
+{
+    const std::string left = RealPathOf(path) + std::string(kTableBesideSuffix);
+    if (Files().Remove(left) == 0)
+        FlushFolderOf(left);
+}
+
+// Where a file that is open can't be replaced: counters and locks are put right in the file itself, and its slots stay.
+// A kill on the way leaves openCount above 0, and so the next repair.
+bool RepairInPlace(FileHandle handle, std::uint32_t recordSize, std::int64_t fileSize, TableHeader header)
+{
+    SharedFile file(handle);
+    std::vector<std::byte> chunk(static_cast<std::size_t>(kSlotsPerRead * recordSize));
+    const std::int64_t slotCount = (fileSize - kFirstRecordOffset) / recordSize;
+    const std::byte unlocked{0};
+    bool isDone = true;
+    header.freeSlots = 0;
+    for (std::int64_t slot = 0; isDone && slot < slotCount; slot += kSlotsPerRead) {
+        const std::int64_t count = std::min(kSlotsPerRead, slotCount - slot);
+        const std::int64_t offset = kFirstRecordOffset + slot * recordSize;
+        isDone = file.Read(std::span(chunk).first(static_cast<std::size_t>(count * recordSize)), offset);
+        for (std::int64_t i = 0; isDone && i < count; ++i) {
+            const std::byte* record = chunk.data() + i * recordSize;
+            header.freeSlots -= record[kActiveAt] == std::byte{0};
+            if (record[kLockedAt] != unlocked)
+                isDone = file.Write({&unlocked, 1}, offset + i * recordSize + static_cast<std::int64_t>(kLockedAt));
+        }
+    }
+    header.openCount = 0;
+    isDone = isDone && file.Settle() && FileFlush(handle) == 1 && file.Write(BytesOf(header), sizeof(SizeBlock)) &&
+             file.Settle() && FileFlush(handle) == 1;
+    file.Release();
+    return isDone;
+}
+
+RepairOutcome OutcomeOf(FileErrorKind kind)
+{
+    switch (kind) {
+        case FileErrorKind::Missing:
+            return RepairOutcome::Missing;
+        case FileErrorKind::Busy:
+            return RepairOutcome::Busy;
+        case FileErrorKind::NotRegularFile:
+            return RepairOutcome::NotTableFile;
+        default:
+            return RepairOutcome::Failed;
+    }
+}
+
 }  // namespace
 
-FileHandle CreateTempFile(std::string& tempPath, const std::string& path, FileError* error)
+bool WriteCompacted(FileHandle from, FileHandle to, const std::string& path, ProgressDisplay* display)
 {
-    tempPath = RealPathOf(path) + ".temp";
-    // Removed and not emptied: the leftover may be a link to something that isn't ours.
-    if (Files().Remove(tempPath) != 0 && errno != ENOENT) {
-        Report(error, "remove", tempPath);
-        return kNoFile;
-    }
-    const FileHandle made = FileCreate(tempPath, error);
-    if (made == kNoFile)
-        Files().Remove(tempPath);  // it may have got as far as an empty file
-    return made;
+    SizeBlock sizes{};
+    std::int64_t fileSize = 0;
+    if (!IsTableFile(from, sizes, fileSize) || !CopyFront(from, to))
+        return false;
+    const std::int64_t slotCount = (fileSize - kFirstRecordOffset) / sizes.recordSize;
+    Progress progress(display, path, slotCount);
+    return CopyRecords(from, to, sizes.recordSize, slotCount, progress);
 }
 
 int CompactFile(FileHandle handle, const std::string& path, ProgressDisplay* progress, FileError* error)
 {
-    std::string tempPath;
-    FileHandleOwner temp(CreateTempFile(tempPath, path, error));
-    if (!temp) {
-        if (progress)
-            progress->ShowText("Program can't create \"" + tempPath + "\".");
+    FileReplacement fresh;
+    const auto fail = [&](const std::string& text) {
+        if (error)
+            *error = fresh.Error();
+        if (progress && !text.empty())
+            progress->ShowText(text);
+        return 0;
+    };
+    if (!fresh.Start(path, kTableBesideSuffix))
+        return fail("Program can't create \"" + fresh.BesidePath() + "\".");
+    if (!fresh.KeepAccessOf(handle))
+        return fail({});
+    if (!WriteCompacted(handle, fresh.Handle(), path, progress)) {
+        Report(error, "write", fresh.BesidePath());
         return 0;
     }
-    if (!Rewrite(handle, temp.Get(), path, progress)) {
-        Report(error, "write", tempPath);
-        Files().Remove(tempPath);
-        return 0;
+    const MarkWhenReplaced mark(handle);
+    if (!fresh.Finish()) {
+        const bool renaming = fresh.Error().operation == "rename";
+        return fail(renaming
+                        ? "Compact: MoveFile: error.\r\n\"" + fresh.BesidePath() + "\"\r\nto\r\n\"" + path + "\"\r\n"
+                        : std::string());
     }
-    const std::string realPath = RealPathOf(path);
-    if (Files().Rename(tempPath, realPath) != 0) {
-        Report(error, "rename", tempPath);
-        Files().Remove(tempPath);
-        if (progress)
-            progress->ShowText("Compact: MoveFile: error.\r\n\"" + tempPath + "\"\r\nto\r\n\"" + path + "\"\r\n");
-        return 0;
-    }
-    FlushFolderOf(realPath);
+    mark.Mark();
     // Only now may openers that waited go on; they find the new file under the path.
     CloseReplaced(handle);
     return 1;
@@ -205,26 +283,32 @@ RepairOutcome RepairTable(const std::string& path, bool force, ProgressDisplay* 
     if (!handle) {
         if (error)
             *error = opening;
-        switch (opening.kind) {
-            case FileErrorKind::Missing:
-                return RepairOutcome::Missing;
-            case FileErrorKind::Busy:
-                return RepairOutcome::Busy;
-            case FileErrorKind::NotRegularFile:
-                return RepairOutcome::NotTableFile;
-            default:
-                return RepairOutcome::Failed;
-        }
+        return OutcomeOf(opening.kind);
     }
     if (!proven && !force)
         return RepairOutcome::Busy;
+    AloneOnDrive alone;
+    if (!proven && !alone.Take(handle.Get(), path)) {
+        const RepairOutcome outcome = errno == EAGAIN ? RepairOutcome::Busy : RepairOutcome::Failed;
+        if (outcome == RepairOutcome::Failed)
+            Report(error, "lock", path);
+        return outcome;
+    }
     SizeBlock sizes{};
     std::int64_t fileSize = 0;
     TableHeader header;
-    if (!IsTableFile(handle.Get(), sizes, fileSize) || !FileReadWhole(handle.Get(), BytesOf(header), sizeof sizes))
+    if (!IsTableFile(handle.Get(), sizes, fileSize) ||
+        !SharedFile::ReadFrom(handle.Get(), BytesOf(header), sizeof sizes))
         return RepairOutcome::NotTableFile;
+    RemoveLeftover(path);
     if (!force && header.openCount == 0)
         return RepairOutcome::Clean;
+    if (!Files().IsLocal(handle.Get()) && !Files().DriveUnder(handle.Get()).replacesOpen) {
+        if (RepairInPlace(handle.Get(), sizes.recordSize, fileSize, header))
+            return RepairOutcome::Compacted;
+        Report(error, "write", path);
+        return RepairOutcome::Failed;
+    }
     if (CompactFile(handle.Get(), path, progress, error) != 1)
         return RepairOutcome::Failed;
     handle.Release();  // CompactFile has closed it

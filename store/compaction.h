@@ -6,6 +6,15 @@
 // It runs only for who holds the file alone, from the test to the end, so no copy can open it meanwhile: openers wait,
 // and then find the new file.
 //
+// The new file is for the same people as the old one: owner, group, mode, access list and attributes are kept. Where a
+// user can't give it to its owner, and its owner would lose by that, nothing is compacted (FileErrorKind::NotOurs).
+//
+// The temporary file is the path (of what it leads to when it is a link) and ".temp". What a killed process left there
+// goes at the next RepairTable that has the file alone.
+//
+// On SMB, where replacing a file that is open may lose it, RepairTable puts counters and locks right in the file
+// itself.
+//
 // Errors: nothing throws. The old file is untouched on every failure, and no temporary file stays.
 #pragma once
 
@@ -41,8 +50,8 @@ RepairOutcome RepairTable(const std::string& path, bool force, ProgressDisplay* 
 int CompactFile(FileHandle handle, const std::string& path, ProgressDisplay* progress = nullptr,
                 FileError* error = nullptr);
 
-// The temporary file: "%s.temp" of the file's path (of what it leads to when it is a link). A leftover is removed
-// first. The handle, opened without sharing, or -1.
-FileHandle CreateTempFile(std::string& tempPath, const std::string& path, FileError* error = nullptr);
+// The rewritten table alone, into the empty file `to`; neither synced nor renamed. `path` is for the progress display.
+// False, with errno, when the table can't be read or written whole.
+bool WriteCompacted(FileHandle from, FileHandle to, const std::string& path, ProgressDisplay* progress = nullptr);
 
 }  // namespace jotlet

@@ -12,12 +12,16 @@ OpenedTable OpenTable(const std::string& path, std::string_view password, std::u
     opened.failure = ProbeTable(path, recordSize, opened.error);
     if (opened.failure != OpenFailure::None)
         return opened;
-    opened.repaired = RepairTable(path, false, progress) == RepairOutcome::Compacted;
+    const RepairOutcome repair = RepairTable(path, false, progress, &opened.repairError);
+    opened.repaired = repair == RepairOutcome::Compacted;
+    if (repair != RepairOutcome::Failed)
+        opened.repairError = {};
     auto table = std::make_unique<TableFile>(path, password);
     opened.failure = table->GetOpenFailure();
     opened.error = table->GetOpenError();
     if (!table->IsOpen())
         return opened;
+    opened.readOnly = table->GetReadOnlyReason();
     opened.cutTailBytes = table->CutTailBytes();
     opened.table = std::move(table);
     return opened;

@@ -14,9 +14,14 @@ namespace jotlet {
 struct OpenedTable {
     std::unique_ptr<TableFile> table;  // open; none on a failure
     OpenFailure failure = OpenFailure::None;
-    FileError error;                // where the system refused: operation, path, errno
-    bool repaired = false;          // the file was compacted, because its last user went away uncleanly
+    FileError error;        // where the system refused: operation, path, errno
+    bool repaired = false;  // the file was compacted, because its last user went away uncleanly
+    // The last user went away uncleanly, but the file could not be repaired, so it is open as he left it; tell the
+    // user.
+    FileError repairError;
     std::int64_t cutTailBytes = 0;  // above 0: the file ends inside a record, which isn't shown; tell the user
+
+    FileError readOnly;  // set when the file may only be read, whatever the password says; tell the user why
 
     explicit operator bool() const { return table != nullptr; }
 };

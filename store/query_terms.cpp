@@ -52,7 +52,7 @@ bool ReadyTerm::EqualsText(const ReadyTerm& term, const std::byte* record)
 {
     const std::byte* field = record + term.offset;
     const std::size_t length = term.needle.length;
-    return BeginsWithFolded(field, term.size, term.needle) && (length == term.size || field[length] == std::byte{0});
+    return BeginsWithAscii(field, term.size, term.needle) && (length == term.size || field[length] == std::byte{0});
 }
 
 bool ReadyTerm::AsksPredicate(const ReadyTerm& term, const std::byte* record)
@@ -70,9 +70,10 @@ ReadyTerm::ReadyTerm(const FilterTerm& term, std::uint32_t recordSize)
       value(term.value)
 {
     value.bytes.back() = std::byte{0};
-    needle = Needle::Of(value.bytes);
+    const bool searches = term.kind > TermKind::Below;
+    needle = searches ? Needle::Of(value.bytes) : Needle::OfAscii(value.bytes);
     // A comparison sees no more of the value than the field could hold; a search needs all of it.
-    if (term.kind <= TermKind::Below)
+    if (!searches)
         needle.length = std::min<std::size_t>(needle.length, size);
     const std::uint64_t reads = std::max<std::uint64_t>(size, FixedSizeOf(term.valueType));
     const bool inside = offset + reads <= recordSize;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "platform/base/text.h"
 #include "store/query_terms.h"
 #include "store/table_file.h"
 #include "store/table_scan.h"
@@ -24,7 +25,8 @@ int RecordQuery::Reset()
     terms = {};
     termCount = 0;
     results.reset();
-    resultCount = 0;
+    resultCount = room = 0;
+    limitReached = reachesAll = false;
     sortFile = nullptr;
     sortComparator = nullptr;
     sortKeyOffset = kNoField;
@@ -37,9 +39,25 @@ int RecordQuery::PrepareResults()
 {
     terms = {};
     termCount = 0;
-    resultCount = 0;
-    results.reset(new (std::nothrow) RecordAddress[kMaxResults]);
-    return results ? 1 : 0;
+    resultCount = room = 0;
+    limitReached = reachesAll = false;
+    return MakeRoom(kMaxResults) ? 1 : 0;
+}
+
+int RecordQuery::PrepareAllResults()
+{
+    const int prepared = PrepareResults();
+    reachesAll = true;
+    return prepared;
+}
+
+bool RecordQuery::MakeRoom(std::int64_t slots)
+{
+    if (slots <= room)
+        return true;
+    results.reset(new (std::nothrow) RecordAddress[static_cast<std::size_t>(slots)]);
+    room = results ? static_cast<std::int32_t>(slots) : 0;
+    return results != nullptr;
 }
 
 FilterTerm* RecordQuery::NextTerm(TermKind kind, Connective connective)
@@ -110,7 +128,8 @@ int RecordQuery::AddTextTerm(std::uint32_t fieldOffset, std::uint32_t fieldSize,
     term->valueType = ValueType::Text;
     term->fieldOffset = fieldOffset;
     term->fieldSize = fieldSize;
-    std::memcpy(term->value.bytes.data(), text.data(), std::min(text.size(), term->value.bytes.size() - 1));
+    text = CutText(text, term->value.bytes.size() - 1);
+    std::memcpy(term->value.bytes.data(), text.data(), text.size());
     return 1;
 }
 
@@ -126,11 +145,14 @@ int RecordQuery::AddTerm(const FilterTerm& given)
 int TableFile::RunQuery(RecordQuery& query) const
 {
     query.resultCount = 0;
+    query.limitReached = false;
     if (!IsOpen() || !query.results)
         return 0;
     ReadyTerms terms(query, recordSize);
     const bool showConfidential = SeesConfidential(GetRole());
     TableScan scan(*this);
+    if (query.reachesAll && !query.MakeRoom(scan.SlotCount()))
+        return 0;
     if (terms.HasPredicate())
         scan.StopMapping();
     constexpr std::size_t kActiveAt = offsetof(RecordPrefix, active);
@@ -144,13 +166,22 @@ int TableFile::RunQuery(RecordQuery& query) const
             const std::byte* slot = run.Slot(i);
             if (slot[kActiveAt] != std::byte{1} || (slot[kConfidentialAt] != std::byte{0} && !showConfidential))
                 continue;
-            if (terms.Match(slot) && query.resultCount < kMaxResults)
+            if (!terms.Match(slot))
+                continue;
+            if (query.resultCount < query.room)
                 query.results[static_cast<std::size_t>(query.resultCount++)] = run.Address(i);
+            else
+                query.limitReached = true;
         }
         return true;
     };
     const bool allRead = scan.Run(
-        0, scan.SlotCount(), [&] { query.resultCount = 0; }, look);
+        0, scan.SlotCount(),
+        [&] {
+            query.resultCount = 0;
+            query.limitReached = false;
+        },
+        look);
     terms.TellResults(query);
     return allRead ? 1 : 0;
 }

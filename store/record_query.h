@@ -28,7 +28,7 @@ namespace jotlet {
 class TableFile;
 
 inline constexpr int kMaxTerms = 50;
-inline constexpr int kMaxResults = 10'000;  // the first in file order; further matches are dropped without a report
+inline constexpr int kMaxResults = 10'000;  // the first in file order; see RecordQuery::limitReached
 inline constexpr std::uint64_t kNoStamp = ~std::uint64_t{0};
 inline constexpr std::uint32_t kNoField = ~std::uint32_t{0};
 
@@ -73,8 +73,10 @@ class RecordQuery {
 public:
     std::array<FilterTerm, kMaxTerms> terms;
     std::int32_t termCount = 0;
-    std::unique_ptr<RecordAddress[]> results;  // kMaxResults entries; none before PrepareResults
+    std::unique_ptr<RecordAddress[]> results;  // `room` entries; none before PrepareResults
     std::int32_t resultCount = 0;
+    std::int32_t room = 0;
+    bool limitReached = false;  // the last run found more than there was room for, and dropped them
     TableFile* sortFile = nullptr;
     FieldComparator sortComparator = nullptr;
     std::uint32_t sortKeyOffset = kNoField;
@@ -85,6 +87,8 @@ public:
     int Reset();
     // Terms and results dropped, room for results made. 1, or 0 without memory.
     int PrepareResults();
+    // The same for work that must reach every match: each run makes as much room as the file has slots.
+    int PrepareAllResults();
 
     // Each gives 0 and adds nothing when there are kMaxTerms terms already, else 1.
     int AddAllTerm();
@@ -93,7 +97,7 @@ public:
                      Connective connective);
     int AddInt64Term(std::uint32_t fieldOffset, TermKind kind, std::uint64_t value, Connective connective);
     int AddDateTerm(std::uint32_t fieldOffset, TermKind kind, int day, int month, int year, Connective connective);
-    // `text` is cut at 499 bytes.
+    // `text` is cut at the last whole character within 499 bytes.
     int AddTextTerm(std::uint32_t fieldOffset, std::uint32_t fieldSize, TermKind kind, std::string_view text,
                     Connective connective);
     // Any other term, as it stands.
@@ -112,8 +116,13 @@ public:
     }
 
 private:
+    friend class TableFile;
     FilterTerm* NextTerm(TermKind kind, Connective connective);
+    // False without memory.
+    bool MakeRoom(std::int64_t slots);
     int SortResults(TableFile& file);
+
+    bool reachesAll = false;
 };
 
 }  // namespace jotlet

@@ -99,8 +99,8 @@ int RecordQuery::SortResults(TableFile& file)
         allRead = ScanKeys(scan, ordered, field, keys.data());
     } else {
         for (std::size_t i = 0; i < count; ++i)
-            allRead = FileReadWhole(file.handle.Get(), std::span(keys).subspan(i * field.size, field.size),
-                                    std::int64_t{ordered[i]} + field.offset) &&
+            allRead = file.Load(std::span(keys).subspan(i * field.size, field.size),
+                                std::int64_t{ordered[i]} + field.offset) &&
                       allRead;
     }
     SortByKeys(ordered, keys, field.size, sortComparator);

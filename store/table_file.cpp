@@ -1,24 +1,28 @@
 #include "store/table_file.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <limits>
+#include <thread>
 #include <utility>
 
-#include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
+#include "platform/base/replace_file.h"
 #include "store/passwords.h"
+#include "store/table_turn.h"
 
 namespace jotlet {
 namespace {
 
 constexpr std::int64_t kHeaderAt = sizeof(SizeBlock);
 constexpr std::int64_t kCategoriesAt = kHeaderAt + kHeaderBlockSize;
-constexpr std::int64_t kStampAt = kHeaderAt + offsetof(TableHeader, changeStamp);
 // Addresses are signed 32-bit numbers, and a slot must end before they do.
+// Openings of a file that a drive calls stale, before it is told.
+constexpr int kMaxOpenings = 60;
+constexpr auto kStaleNap = std::chrono::milliseconds(100);
 constexpr std::int64_t kLargestPartialFlush = 64 << 10;
 constexpr std::int64_t kLargestFile = std::numeric_limits<RecordAddress>::max();
 
@@ -42,20 +46,29 @@ OpenFailure FailureOf(FileErrorKind kind)
             return OpenFailure::Permission;
         case FileErrorKind::NotRegularFile:
             return OpenFailure::NotTableFile;
+        case FileErrorKind::NoAnswer:
+            return OpenFailure::NoAnswer;
         default:
             return OpenFailure::Io;
     }
 }
 
-OpenFailure LookAtSizes(FileHandle handle, SizeBlock& sizes)
+OpenFailure LookAtSizes(const SharedFile& file, SizeBlock& sizes)
 {
-    const std::int64_t size = FileSize(handle);
-    if (size < 0)
-        return OpenFailure::Io;
-    if (size < static_cast<std::int64_t>(sizeof sizes))
+    errno = 0;
+    const std::int64_t size = file.Size();
+    if (size >= 0 && size < static_cast<std::int64_t>(sizeof sizes))
         return OpenFailure::NotTableFile;
-    if (!FileReadWhole(handle, BytesOf(sizes), 0))
-        return OpenFailure::Io;
+    if (size < 0 || !file.Read(BytesOf(sizes), 0)) {
+        const OpenFailure failure = FailureOf(FileErrorKindOf(errno));
+        return failure == OpenFailure::None ? OpenFailure::Io : failure;
+    }
+    const bool isMarked = sizes.headerSize == 0 && sizes.categorySize == 0 && sizes.recordSize == 0;
+    if (isMarked && !file.GetDrive().isCoherent) {
+        // A compaction has put a new file in its place, and the drive has not heard of it yet.
+        errno = ESTALE;
+        return OpenFailure::NoAnswer;
+    }
     if (!IsKnown(sizes))
         return OpenFailure::NotTableFile;
     if (size < kFirstRecordOffset)
@@ -63,22 +76,35 @@ OpenFailure LookAtSizes(FileHandle handle, SizeBlock& sizes)
     return size > kLargestFile ? OpenFailure::TooLarge : OpenFailure::None;
 }
 
-}  // namespace
-
-OpenFailure ProbeTable(const std::string& path, std::uint32_t recordSize, FileError& error)
+OpenFailure ProbeOnce(const std::string& path, std::uint32_t recordSize, FileError& error, TableHeader* header)
 {
     // Without the lock of FileOpen: an instant is enough, and it must not make others find the file busy.
-    const FileHandleOwner handle(Files().Open(path, O_RDWR, 0));
+    const SharedFile file(Files().Open(path, O_RDWR, 0));
     FileIdentity identity;
-    if (!handle || Files().Identify(handle.Get(), identity) != 0) {
+    if (!file || Files().Identify(file.Get(), identity) != 0) {
         error = {FileErrorKindOf(errno), "open", path, errno};
         return FailureOf(error.kind);
     }
     if (!identity.isRegular)
         return OpenFailure::NotTableFile;
     SizeBlock sizes{};
-    const OpenFailure failure = LookAtSizes(handle.Get(), sizes);
-    return failure == OpenFailure::None && sizes.recordSize != recordSize ? OpenFailure::NotTableFile : failure;
+    const OpenFailure failure = LookAtSizes(file, sizes);
+    if (failure == OpenFailure::None && sizes.recordSize != recordSize)
+        return OpenFailure::NotTableFile;
+    const bool wanted = header != nullptr && failure == OpenFailure::None;
+    return wanted && !file.Read(BytesOf(*header), kHeaderAt) ? OpenFailure::Io : failure;
+}
+
+}  // namespace
+
+OpenFailure ProbeTable(const std::string& path, std::uint32_t recordSize, FileError& error, TableHeader* header)
+{
+    for (int attempt = 0;; ++attempt) {
+        const OpenFailure failure = ProbeOnce(path, recordSize, error, header);
+        if (failure != OpenFailure::NoAnswer || errno != ESTALE || attempt == kMaxOpenings)
+            return failure;
+        std::this_thread::sleep_for(kStaleNap);
+    }
 }
 
 TableFile::TableFile(std::string path, std::string_view password) : path(std::move(path)), password(password)
@@ -103,25 +129,19 @@ int TableFile::Create(const TableHeader& header, std::uint32_t newHeaderSize, co
     if (IsOpen() || !IsKnown(sizes))
         return 0;
     // Written beside and renamed, so that a kill never leaves half a front part under the real name.
-    const std::string beside = path + "." + std::to_string(getpid()) + ".new";
-    FileHandleOwner file(FileCreate(beside, &openError));
-    if (!file) {
-        openFailure = FailureOf(openError.kind);
-        return 0;
+    {
+        FileReplacement fresh;
+        const bool made = fresh.Start(path, kTableBesideSuffix, kUsualMode) &&
+                          FileWriteWhole(fresh.Handle(), BytesOf(sizes), 0) &&
+                          FileWriteWhole(fresh.Handle(), BytesOf(header), kHeaderAt) &&
+                          FileWriteWhole(fresh.Handle(), BytesOf(categories), kCategoriesAt) && fresh.FinishNew();
+        if (!made) {
+            const int reason = fresh.Error() ? fresh.Error().systemError : errno;
+            openError = {FileErrorKindOf(reason), "create", path, reason};
+            openFailure = FailureOf(openError.kind);
+            return 0;
+        }
     }
-    const bool made = FileWriteWhole(file.Get(), BytesOf(sizes), 0) &&
-                      FileWriteWhole(file.Get(), BytesOf(header), kHeaderAt) &&
-                      FileWriteWhole(file.Get(), BytesOf(categories), kCategoriesAt) && FileFlush(file.Get()) == 1 &&
-                      Files().RenameNew(beside, path) == 0;
-    if (!made) {
-        const int reason = errno;
-        openError = {FileErrorKindOf(reason), "create", path, reason};
-        openFailure = FailureOf(openError.kind);
-        Files().Remove(beside);
-        return 0;
-    }
-    FlushFolderOf(path);
-    file.Reset();
     return Open();
 }
 
@@ -129,33 +149,67 @@ int TableFile::Open()
 {
     if (IsOpen())
         return 1;
-    openError = {};
-    handle.Reset(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, &openError));
-    openFailure = FailureOf(openError.kind);
-    if (openFailure == OpenFailure::None)
-        openFailure = CheckSizes();
-    if (openFailure == OpenFailure::None) {
-        FileLock turn;
-        TableHeader header;
-        bool counted = TakeTurn(turn) && LoadHeader(header);
-        if (counted) {
-            header.openCount += header.openCount < std::numeric_limits<std::uint32_t>::max() ? 1 : 0;
-            counted = StoreHeader(header);
-        }
-        if (!counted) {
-            openFailure = OpenFailure::Io;
-            openError = {FileErrorKindOf(errno), "write", path, errno};
-        }
+    for (int attempt = 0; attempt < kMaxOpenings; ++attempt) {
+        openFailure = OpenOnce();
+        if (openFailure == OpenFailure::None)
+            return 1;
+        copies.reset();
+        file.Reset();
+        // The drive went on naming a file that was replaced.
+        if (openError.systemError != ESTALE)
+            break;
+        std::this_thread::sleep_for(kStaleNap);
     }
-    if (openFailure != OpenFailure::None)
-        handle.Reset();
-    return IsOpen() ? 1 : 0;
+    return 0;
+}
+
+OpenFailure TableFile::OpenOnce()
+{
+    openError = {};
+    readOnlyReason = {};
+    replaced = false;
+    file.Reset(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, &openError));
+    if (openError)
+        return FailureOf(openError.kind);
+    const OpenFailure failure = Files().Identify(file.Get(), identity) == 0 ? CheckSizes() : OpenFailure::Io;
+    if (failure == OpenFailure::None && CountIn())
+        return OpenFailure::None;
+    if (failure != OpenFailure::None) {
+        if (failure == OpenFailure::Io || failure == OpenFailure::NoAnswer)
+            openError = {FileErrorKindOf(errno), "read", path, errno};
+        return failure;
+    }
+    openError = lastError;
+    return openError ? FailureOf(openError.kind) : OpenFailure::Io;
+}
+
+bool TableFile::CountIn()
+{
+    TableTurn turn;
+    TableHeader header;
+    const bool ours = TakeTurn(turn);
+    const bool staysHere = !file.GetDrive().locksTravel;
+    if (ours && staysHere)
+        copies = std::make_unique<CopyEntry>(file, path, turnFile);
+    if (staysHere && (!ours || !copies->IsEntered())) {
+        if (ours)
+            NoteFailure("create");
+        copies.reset();
+        if (lastError.kind != FileErrorKind::Permission)
+            return false;
+        readOnlyReason = lastError;
+        return true;
+    }
+    if (!ours || !LoadHeader(header))
+        return ours ? NoteFailure("read") : false;
+    header.openCount += header.openCount < std::numeric_limits<std::uint32_t>::max() ? 1 : 0;
+    return StoreHeader(header) || NoteFailure("write");
 }
 
 OpenFailure TableFile::CheckSizes()
 {
     SizeBlock sizes{};
-    const OpenFailure failure = LookAtSizes(handle.Get(), sizes);
+    const OpenFailure failure = LookAtSizes(file, sizes);
     if (failure == OpenFailure::None) {
         headerSize = sizes.headerSize;
         categorySize = sizes.categorySize;
@@ -169,16 +223,21 @@ void TableFile::Close()
     if (!IsOpen())
         return;
     {
-        FileLock turn;
+        TableTurn turn;
         TableHeader header;
-        if (TakeTurn(turn) && LoadHeader(header) && header.openCount > 0) {
+        const bool ours = TakeTurn(turn);
+        if (ours && !leftLocked && LoadHeader(header) && header.openCount > 0) {
             --header.openCount;
             StoreHeader(header);
         }
+        copies.reset();
     }
-    FileFlush(handle.Get());
+    FileFlush(file.Get());
     mapping.Drop();
-    handle.Reset();
+    file.Reset();
+    held.clear();
+    lost.clear();
+    leftLocked = wantsEntry = false;
     deletedUnderLock.clear();
     freeSlotHint = 0;
     unsynced = {};
@@ -186,30 +245,32 @@ void TableFile::Close()
     flushesEachAdd = false;
 }
 
-bool TableFile::TakeTurn(FileLock& lock) const
+bool TableFile::PathStillNamesThisFile() const
 {
-    const LockOutcome outcome = lock.TakeExclusive(handle.Get(), kMutationByte, kMutationPatienceMs);
-    return outcome == LockOutcome::Taken || outcome == LockOutcome::Unsupported;
+    FileIdentity named;
+    // Another failure than a missing file tells nothing of who has the name.
+    replaced = Files().IdentifyPath(path, named) == 0 ? !named.SameFile(identity) : errno == ENOENT || errno == ENOTDIR;
+    return IsOpen() && !replaced;
 }
 
 bool TableFile::LoadHeader(TableHeader& header) const
 {
-    return FileReadWhole(handle.Get(), BytesOf(header), kHeaderAt);
+    return Load(BytesOf(header), kHeaderAt);
 }
 
 bool TableFile::StoreHeader(const TableHeader& header)
 {
-    return FileWriteWhole(handle.Get(), BytesOf(header), kHeaderAt);
+    return Store(BytesOf(header), kHeaderAt) && Settle();
 }
 
 int TableFile::ReadSizes(SizeBlock& out) const
 {
-    return IsOpen() && FileReadWhole(handle.Get(), BytesOf(out), 0) ? 1 : 0;
+    return IsOpen() && Load(BytesOf(out), 0) ? 1 : 0;
 }
 
 int TableFile::WriteSizes(const SizeBlock& sizes)
 {
-    return IsOpen() && IsKnown(sizes) && FileWriteWhole(handle.Get(), BytesOf(sizes), 0) ? 1 : 0;
+    return IsOpen() && IsKnown(sizes) && Store(BytesOf(sizes), 0) && Settle() ? 1 : 0;
 }
 
 int TableFile::ReadHeader(TableHeader& out) const
@@ -220,25 +281,25 @@ int TableFile::ReadHeader(TableHeader& out) const
 int TableFile::WriteHeader(const TableHeader& header)
 {
     unsynced.everything = true;
-    FileLock turn;
+    TableTurn turn;
     return IsOpen() && TakeTurn(turn) && StoreHeader(header) ? 1 : 0;
 }
 
 int TableFile::ReadCategories(CategoryBlock& out) const
 {
-    return IsOpen() && FileReadWhole(handle.Get(), BytesOf(out), kCategoriesAt) ? 1 : 0;
+    return IsOpen() && Load(BytesOf(out), kCategoriesAt) ? 1 : 0;
 }
 
 int TableFile::WriteCategories(const CategoryBlock& categories)
 {
     unsynced.everything = true;
-    FileLock turn;
-    return IsOpen() && TakeTurn(turn) && FileWriteWhole(handle.Get(), BytesOf(categories), kCategoriesAt) ? 1 : 0;
+    TableTurn turn;
+    return IsOpen() && TakeTurn(turn) && Store(BytesOf(categories), kCategoriesAt) && Settle() ? 1 : 0;
 }
 
 int TableFile::UpdateHeader(const std::function<bool(TableHeader&)>& change)
 {
-    FileLock turn;
+    TableTurn turn;
     TableHeader header;
     if (!IsOpen() || !TakeTurn(turn) || !LoadHeader(header))
         return 0;
@@ -257,46 +318,51 @@ int TableFile::UpdateHeader(const std::function<bool(TableHeader&)>& change)
 
 int TableFile::UpdateCategories(const std::function<bool(CategoryBlock&)>& change)
 {
-    FileLock turn;
+    TableTurn turn;
     CategoryBlock categories;
-    if (!IsOpen() || !TakeTurn(turn) || !FileReadWhole(handle.Get(), BytesOf(categories), kCategoriesAt))
+    if (!IsOpen() || !TakeTurn(turn) || !Load(BytesOf(categories), kCategoriesAt))
         return 0;
     CategoryBlock changed = categories;
     if (!change(changed))
         return 0;
     unsynced.everything = true;
-    if (FileWriteWhole(handle.Get(), BytesOf(changed), kCategoriesAt))
+    if (Store(BytesOf(changed), kCategoriesAt) && Settle())
         return 1;
-    FileWriteWhole(handle.Get(), BytesOf(categories), kCategoriesAt);
+    Store(BytesOf(categories), kCategoriesAt);
     return 0;
 }
 
 std::uint64_t TableFile::GetChangeStamp() const
 {
     std::uint64_t stamp = 0;
-    return IsOpen() && FileReadWhole(handle.Get(), BytesOf(stamp), kStampAt) ? stamp : 0;
+    return IsOpen() && Load(BytesOf(stamp), kStampAt) ? stamp : 0;
 }
 
 Role TableFile::GetRole() const
 {
     TableHeader header;
-    return IsOpen() && LoadHeader(header) ? RoleOfPassword(header, password) : Role::None;
+    const Role role = IsOpen() && LoadHeader(header) ? RoleOfPassword(header, password) : Role::None;
+    return readOnlyReason && MayChange(role) ? Role::Reader : role;
 }
 
 int TableFile::Flush()
 {
-    if (!IsOpen())
+    // On a drive the question costs a call to the server, and the change that is flushed has just asked it.
+    if (!IsOpen() || replaced || (IsOnThisMachine() && !PathStillNamesThisFile()))
         return 0;
     flushesEachAdd = addsSinceFlush == 1 || (flushesEachAdd && addsSinceFlush == 0);
     addsSinceFlush = 0;
+    // Where a turn doesn't end before all is synced, there is nothing left to do.
+    if (!IsOnThisMachine() && !file.GetDrive().writesDirect)
+        return Settle() ? 1 : 0;
     // A failure leaves everything to be done: what the system has reported once it may not report again.
     const Unsynced work = std::exchange(unsynced, {});
     const bool partly = !work.everything && work.begin < work.end && IsMapped(work.end);
     const bool flushed = partly ? mapping.FlushPart(static_cast<std::size_t>(work.begin),
                                                     static_cast<std::size_t>(work.end - work.begin))
-                                : FileFlush(handle.Get()) == 1;
+                                : FileFlush(file.Get()) == 1;
     unsynced.everything = !flushed;
-    return flushed ? 1 : 0;
+    return flushed || NoteFailure("sync") ? 1 : 0;
 }
 
 bool TableFile::IsMapped(std::int64_t end)
@@ -304,7 +370,7 @@ bool TableFile::IsMapped(std::int64_t end)
     if (mapping.Bytes().empty())
         return false;
     if (mapping.Bytes().size() < static_cast<std::size_t>(end))
-        mapping.Cover(handle.Get(), static_cast<std::size_t>(std::max(FileSize(handle.Get()), std::int64_t{0})));
+        mapping.Cover(file.Get(), static_cast<std::size_t>(std::max(FileSize(file.Get()), std::int64_t{0})));
     return mapping.Bytes().size() >= static_cast<std::size_t>(end);
 }
 
@@ -320,7 +386,7 @@ void TableFile::NoteWritten(RecordAddress address)
 
 std::int64_t TableFile::CutTailBytes() const
 {
-    const std::int64_t behindFront = IsOpen() ? FileSize(handle.Get()) - FirstRecordOffset() : 0;
+    const std::int64_t behindFront = IsOpen() ? file.Size() - FirstRecordOffset() : 0;
     return behindFront > 0 ? behindFront % recordSize : 0;
 }
 

@@ -3,12 +3,16 @@
 //
 // Several copies may have the same file open, on several computers. Their changes are kept apart by byte-range locks:
 // each read-change-write of a counter or a lock byte runs under the file's mutation lock, so no count is lost, no slot
-// is given twice and no record is locked twice. An edit lock is the `locked` byte of the record; it stays when its copy
-// is killed, until the repair at the next opening that finds nobody else (compaction.h). The header is not cached: each
-// operation that needs a header value reads it from the file.
+// is given twice and no record is locked twice. An edit lock is the `locked` byte of the record and a lock that ends
+// with its copy: a byte that nobody's lock backs up was left by a crash, and is taken over by the next who wants the
+// record. The header is not cached: each operation that needs a header value reads it from the file. On a drive that
+// keeps caches reads go round them (shared_file.h); where locks stay on each machine turns are taken by a file beside
+// the table (turn_file.h), and held records are named in the list of copies (copies.h).
 //
-// To change a record: test GetRole, LockRecord, ReadRecord, edit, WriteRecord or DeleteRecord, UnlockRecord, Flush.
-// What Flush has confirmed survives a kill and a power failure. Changes of the header go through UpdateHeader.
+// To change a record, hold it (record_hold.h). What Flush has confirmed survives a kill and a power failure. Changes of the header go through UpdateHeader.
+//
+// A file that another program replaces or removes under an open table gets nothing more written to it: every change
+// first makes sure that the path still names it (PathStillNamesThisFile).
 //
 // Units:   a record's address is the byte offset of its slot (record_address.h).
 // Owns:    the file handle. Close(), or the destructor, gives back this opening's share of openCount.
@@ -27,15 +31,18 @@
 #include <vector>
 
 #include "platform/base/file_mapping.h"
-#include "platform/base/files.h"
+#include "platform/base/file_system.h"
+#include "platform/base/shared_file.h"
+#include "platform/base/turn_file.h"
+#include "store/copies.h"
 #include "store/record_address.h"
 #include "store/role.h"
 #include "store/table_schema.h"
 
 namespace jotlet {
 
-class FileLock;
 class RecordQuery;
+class TableTurn;
 
 // Why a table file could not be opened or made.
 enum class OpenFailure {
@@ -46,6 +53,7 @@ enum class OpenFailure {
     Truncated,     // sizes of a table file, but cut before its first record
     TooLarge,      // records beyond the 2 GiB that addresses reach
     Permission,    // may not be read and written
+    NoAnswer,      // the drive doesn't answer
     Io,
 };
 
@@ -59,6 +67,13 @@ struct FieldRange {
 enum class ScanScope {
     Visible,  // as in a query: confidential records for the Owner alone
     All,      // every live record, for upkeep that shows nobody anything
+};
+
+// What reading a slot came to.
+enum class RecordState {
+    Live,
+    Free,        // also a slot that another copy freed meanwhile
+    Unreadable,  // no whole slot there, or the drive refuses it
 };
 
 // What DescribeSlots counts.
@@ -88,9 +103,26 @@ public:
     // 1 when the file exists, else 0.
     static int Exists(const std::string& path);
 
-    bool IsOpen() const { return handle.Get() != kNoFile; }
+    // Whether the path still leads to the file that this object has open: another program may have put a new one there,
+    // or taken it away. Every change, and on this machine every Flush, asks this itself, and then writes nothing and
+    // gives 0.
+    bool PathStillNamesThisFile() const;
+    // What the last such question found. The way on is Close, which leaves the lost file as it is, and Open; addresses
+    // of before then mean nothing.
+    bool WasReplaced() const { return replaced; }
+
+    bool IsOpen() const { return static_cast<bool>(file); }
+    // False on a drive, where any call may take long.
+    bool IsOnThisMachine() const { return file.GetDrive().isCoherent; }
     OpenFailure GetOpenFailure() const { return openFailure; }
     const FileError& GetOpenError() const { return openError; }  // more about it, where the system refused
+    // Why the last operation that gave 0 could not be done; None when the system had no part in that.
+    const FileError& GetLastError() const { return lastError; }
+    // Set when the open file may only be read, whatever the password says: turns can't be taken because nothing may be
+    // made in its folder, on a drive where that is needed. GetRole gives at most Reader then.
+    const FileError& GetReadOnlyReason() const { return readOnlyReason; }
+    // Enters this copy in the list of copies (copies.h), for others to see. False when that can't be done.
+    bool EnterListOfCopies();
     const std::string& Path() const { return path; }
     const std::string& Password() const { return password; }
     void SetPassword(std::string_view text) { password = text; }
@@ -133,11 +165,13 @@ public:
     // Copies the slot into `record` (at least RecordSize() bytes). 1: a live record. 0: the slot is free (its bytes are
     // delivered all the same), cut short, no slot, or unreadable.
     int ReadRecord(std::span<std::byte> record, RecordAddress address) const;
+    // The same, telling a free slot from one whose bytes can't be had.
+    RecordState ReadState(std::span<std::byte> record, RecordAddress address) const;
     // Only those bytes of the record that lie in `field`. Result as ReadRecord.
     int ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const;
 
-    // 1 if this call took the lock, and then the refresh switch is off. 0 if the record is locked (by whomever, this
-    // object included) or free, or on a failure.
+    // 1 if this call took the lock, and then the refresh switch is off. 0 if the record is held (by whomever, this
+    // object included) or free, or on a failure. A `locked` byte whose copy is gone doesn't count.
     int LockRecord(RecordAddress address);
     // Turns the refresh switch on in every case. 1 if this call cleared the lock, else 0.
     int UnlockRecord(RecordAddress address);
@@ -173,11 +207,34 @@ public:
 
 private:
     friend class RecordQuery;
+    friend class StampWatch;
     friend class TableScan;
+    friend class TableTurn;
 
     OpenFailure CheckSizes();
-    // Waits for this file's turn to read, change and write.
-    bool TakeTurn(FileLock& lock) const;
+    OpenFailure OpenOnce();
+    // Raises openCount, and enters the list of copies where that is needed.
+    bool CountIn();
+    // Waits for this file's turn to read, change and write. False also when the path names another file by now.
+    bool TakeTurn(TableTurn& turn);
+    bool TakeFileTurn();
+    void EndTurn();
+    // Opens the file anew after the drive has forgotten this opening. False when the path leads to another file by now.
+    bool Revive() const;
+    // Remembers why the system refused; gives false.
+    bool NoteFailure(const char* operation) const;
+
+    // The lock behind a `locked` byte.
+    bool TakeHold(RecordAddress address, bool isMarked);
+    void DropHold(RecordAddress address);
+    // False when the record was held and, for a silence of this copy or of the drive, no longer is.
+    bool MayStillWrite(RecordAddress address);
+    void LoseHold(RecordAddress address) const;
+
+    bool Load(std::span<std::byte> bytes, std::int64_t offset) const;
+    // Only in a turn. What was stored is at the server after Settle.
+    bool Store(std::span<const std::byte> bytes, std::int64_t offset);
+    bool Settle();
     bool LoadHeader(TableHeader& header) const;
     bool StoreHeader(const TableHeader& header);
     // False when no whole slot lies at the address.
@@ -189,6 +246,7 @@ private:
     RecordAddress FindFreeSlot(const TableHeader& header) const;
     // All of them or none, behind the last slot.
     int AppendRecords(std::span<const std::byte> records, TableHeader& header, RecordAddress& first);
+    int ClearLock(RecordAddress address);
     int ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
     bool SetByte(RecordAddress address, std::size_t offset, std::uint8_t value);
     bool AppendWithReserve(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
@@ -199,9 +257,22 @@ private:
     std::uint32_t headerSize = ~std::uint32_t{0};
     std::uint32_t categorySize = ~std::uint32_t{0};
     std::uint32_t recordSize = ~std::uint32_t{0};
-    FileHandleOwner handle;
+    mutable SharedFile file;
+    mutable FileIdentity identity;  // of the open file
+    mutable bool replaced = false;
+    TurnFile turnFile;
+    mutable std::unique_ptr<CopyEntry> copies;
+    bool wantsEntry = false;
+    bool isInTurn = false;
     OpenFailure openFailure = OpenFailure::None;
     FileError openError;
+    mutable FileError lastError;
+    FileError readOnlyReason;
+    // Records whose lock this object has, and those whose lock it had until others took it for gone.
+    mutable std::vector<RecordAddress> held;
+    mutable std::vector<RecordAddress> lost;
+    // A `locked` byte could not be cleared: the next opening that is alone repairs.
+    bool leftLocked = false;
     mutable FileMapping mapping;
     // All slots before `freeSlotHint` are live as long as the stamp in the file is `freeSlotStamp`.
     std::uint64_t freeSlotStamp = 0;
@@ -224,7 +295,8 @@ private:
 };
 
 // What TableFile would say to opening the file, without writing anything. NotTableFile also when its records aren't of
-// `recordSize` bytes. Waits for nobody; Busy is no obstacle to asking and isn't told.
-OpenFailure ProbeTable(const std::string& path, std::uint32_t recordSize, FileError& error);
+// `recordSize` bytes. Waits for nobody; Busy is no obstacle to asking and isn't told. `header` gets the file's header.
+OpenFailure ProbeTable(const std::string& path, std::uint32_t recordSize, FileError& error,
+                       TableHeader* header = nullptr);
 
 }  // namespace jotlet

@@ -10,12 +10,12 @@
 #include <cstring>
 #include <limits>
 
-#include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
 #include "store/passwords.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
 #include "store/table_scan.h"
+#include "store/table_turn.h"
 
 namespace jotlet {
 namespace {
@@ -25,6 +25,7 @@ constexpr std::size_t kLockedAt = offsetof(RecordPrefix, locked);
 // A table of this many slots grows by kReserveSlots at once when each added record is flushed.
 constexpr std::int64_t kReserveFrom = 1000;
 constexpr std::int64_t kReserveSlots = 64;
+constexpr int kUnlockAttempts = 3;
 constexpr std::int64_t kLastAddress = std::numeric_limits<RecordAddress>::max();
 
 RecordPrefix PrefixOf(std::span<const std::byte> record)
@@ -39,7 +40,7 @@ RecordPrefix PrefixOf(std::span<const std::byte> record)
 bool TableFile::LoadSlot(RecordAddress address, std::span<std::byte> slot) const
 {
     const std::int64_t inside = std::int64_t{address} - FirstRecordOffset();
-    return inside >= 0 && inside % recordSize == 0 && FileReadWhole(handle.Get(), slot.first(recordSize), address);
+    return inside >= 0 && inside % recordSize == 0 && Load(slot.first(recordSize), address);
 }
 
 bool TableFile::LoadPrefix(RecordAddress address, RecordPrefix& prefix) const
@@ -55,14 +56,14 @@ bool TableFile::LoadPrefix(RecordAddress address, RecordPrefix& prefix) const
 
 bool TableFile::SetByte(RecordAddress address, std::size_t offset, std::uint8_t value)
 {
-    return FileWriteWhole(handle.Get(), BytesOf(value), address + static_cast<std::int64_t>(offset));
+    return Store(BytesOf(value), address + static_cast<std::int64_t>(offset));
 }
 
 // --- adding
 
 RecordAddress TableFile::EndSlot() const
 {
-    const std::int64_t size = FileSize(handle.Get());
+    const std::int64_t size = file.Size(SizeAsked::AfterRead);
     if (size < FirstRecordOffset())
         return 0;
     // A slot that a killed copy left half-written at the end is written over.
@@ -74,6 +75,9 @@ RecordAddress TableFile::FindFreeSlot(const TableHeader& header) const
 {
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
     RecordAddress found = 0;
+    // On a drive one slot costs less to look at than a hundred.
+    if (RecordPrefix prefix; hinted && !IsOnThisMachine() && LoadPrefix(freeSlotHint, prefix) && prefix.active == 0)
+        return freeSlotHint;
     TableScan scan(*this);
     const auto look = [&](const SlotRun& run) {
         for (std::int64_t i = 0; i < run.count; ++i) {
@@ -103,11 +107,11 @@ int TableFile::AppendRecords(std::span<const std::byte> records, TableHeader& he
         return 0;
     const std::uint64_t stampBefore = header.changeStamp;
     header.changeStamp += records.size() / recordSize;
-    if (FileWriteWhole(handle.Get(), records, first) && StoreHeader(header))
+    if (Store(records, first) && StoreHeader(header))
         return 1;
     header.changeStamp = stampBefore;
     StoreHeader(header);
-    Files().Truncate(handle.Get(), first);
+    Files().Truncate(file.Get(), first);
     return 0;
 }
 
@@ -116,9 +120,10 @@ int TableFile::AppendRecords(std::span<const std::byte> records, TableHeader& he
 bool TableFile::AppendWithReserve(std::span<const std::byte> record, TableHeader& header, RecordAddress& address)
 {
     const std::int64_t size = kReserveSlots * recordSize;
+    if (!IsOnThisMachine() || !flushesEachAdd || addsSinceFlush > 0)
+        return false;
     address = EndSlot();
-    if (!flushesEachAdd || addsSinceFlush > 0 || address < FirstRecordOffset() + kReserveFrom * recordSize ||
-        kLastAddress - address < size)
+    if (address < FirstRecordOffset() + kReserveFrom * recordSize || kLastAddress - address < size)
         return false;
     std::vector<std::byte> slots(static_cast<std::size_t>(size));
     std::copy(record.begin(), record.end(), slots.begin());
@@ -126,14 +131,14 @@ bool TableFile::AppendWithReserve(std::span<const std::byte> record, TableHeader
     ++header.changeStamp;
     header.freeSlots = static_cast<std::int32_t>(1 - kReserveSlots);
     // Slots first: one that nobody counts harms less than a count without a slot.
-    if (FileWriteWhole(handle.Get(), slots, address) && StoreHeader(header)) {
+    if (Store(slots, address) && StoreHeader(header)) {
         NoteFreeSlots(header, static_cast<RecordAddress>(address + recordSize));
         unsynced.everything = true;
         return true;
     }
     header = before;
     StoreHeader(header);
-    Files().Truncate(handle.Get(), address);
+    Files().Truncate(file.Get(), address);
     return false;
 }
 
@@ -146,7 +151,7 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
     std::vector<std::byte> inactive(record.begin(), record.end());
     inactive[kActiveAt] = std::byte{0};
     ++header.freeSlots;
-    if (StoreHeader(header) && FileWriteWhole(handle.Get(), inactive, address) &&
+    if (Store(BytesOf(header), sizeof(SizeBlock)) && Store(inactive, address) &&
         SetByte(address, kActiveAt, static_cast<std::uint8_t>(record[kActiveAt]))) {
         ++header.changeStamp;
         if (StoreHeader(header)) {
@@ -163,7 +168,7 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
 
 int TableFile::AddRecord(std::span<const std::byte> record, RecordAddress* address)
 {
-    FileLock turn;
+    TableTurn turn;
     TableHeader header;
     if (!IsOpen() || record.size() < recordSize || !TakeTurn(turn) || !LoadHeader(header))
         return 0;
@@ -187,7 +192,7 @@ int TableFile::AddRecords(std::span<const std::byte> records, std::vector<Record
 {
     addresses.clear();
     unsynced.everything = true;
-    FileLock turn;
+    TableTurn turn;
     TableHeader header;
     if (!IsOpen() || records.size() % recordSize != 0 || !TakeTurn(turn) || !LoadHeader(header))
         return 0;
@@ -213,14 +218,14 @@ int TableFile::AddRecords(std::span<const std::byte> records, std::vector<Record
 
 int TableFile::DeleteRecord(RecordAddress address)
 {
-    FileLock turn;
+    TableTurn turn;
     TableHeader header;
     if (!IsOpen() || !TakeTurn(turn) || !LoadHeader(header))
         return 0;
     if (!MayChange(RoleOfPassword(header, password)))
         return kRefusedByRole;
     RecordPrefix prefix;
-    if (!LoadPrefix(address, prefix) || prefix.active == 0)
+    if (!MayStillWrite(address) || !LoadPrefix(address, prefix) || prefix.active == 0)
         return 0;
     const TableHeader before = header;
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
@@ -237,25 +242,26 @@ int TableFile::DeleteRecord(RecordAddress address)
     NoteWritten(address);
     if (prefix.locked != 0)
         deletedUnderLock.push_back(address);
+    DropHold(address);  // the next record in this slot is somebody else's to hold
     return 1;
 }
 
 int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress address)
 {
-    FileLock turn;
+    TableTurn turn;
     TableHeader header;
     if (!IsOpen() || record.size() < recordSize || !TakeTurn(turn) || !LoadHeader(header))
         return 0;
     if (!MayChange(RoleOfPassword(header, password)))
         return kRefusedByRole;
     std::vector<std::byte> before(recordSize);
-    if (!LoadSlot(address, before))
+    if (!MayStillWrite(address) || !LoadSlot(address, before))
         return 0;
     const TableHeader headerBefore = header;
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp && record[kActiveAt] != std::byte{0};
     ++header.changeStamp;
-    if (!FileWriteWhole(handle.Get(), record.first(recordSize), address) || !StoreHeader(header)) {
-        FileWriteWhole(handle.Get(), before, address);
+    if (!Store(record.first(recordSize), address) || !StoreHeader(header)) {
+        Store(before, address);
         StoreHeader(headerBefore);
         return 0;
     }
@@ -267,9 +273,16 @@ int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress addr
 
 // --- reading
 
+RecordState TableFile::ReadState(std::span<std::byte> record, RecordAddress address) const
+{
+    if (!IsOpen() || record.size() < recordSize || !LoadSlot(address, record))
+        return RecordState::Unreadable;
+    return PrefixOf(record).active != 0 ? RecordState::Live : RecordState::Free;
+}
+
 int TableFile::ReadRecord(std::span<std::byte> record, RecordAddress address) const
 {
-    return IsOpen() && record.size() >= recordSize && LoadSlot(address, record) && PrefixOf(record).active != 0 ? 1 : 0;
+    return ReadState(record, address) == RecordState::Live ? 1 : 0;
 }
 
 int TableFile::ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const
@@ -286,12 +299,17 @@ int TableFile::ReadField(std::span<std::byte> bytes, FieldRange field, RecordAdd
 
 int TableFile::LockRecord(RecordAddress address)
 {
-    FileLock turn;
+    TableTurn turn;
     RecordPrefix prefix;
-    if (!IsOpen() || !TakeTurn(turn) || !LoadPrefix(address, prefix))
+    if (!IsOpen() || !TakeTurn(turn) || !LoadPrefix(address, prefix) || prefix.active == 0)
         return 0;
-    if (prefix.locked == 1 || prefix.active == 0 || !SetByte(address, kLockedAt, 1))
+    const bool isMarked = prefix.locked == 1;
+    if (!TakeHold(address, isMarked))
         return 0;
+    if (!isMarked && !(SetByte(address, kLockedAt, 1) && Settle())) {
+        DropHold(address);
+        return 0;
+    }
     std::erase(deletedUnderLock, address);
     SuspendRefresh();
     return 1;
@@ -300,14 +318,32 @@ int TableFile::LockRecord(RecordAddress address)
 int TableFile::UnlockRecord(RecordAddress address)
 {
     ResumeRefresh();
-    FileLock turn;
+    TableTurn turn;
+    if (!IsOpen())
+        return 0;
+    const bool wasHeld = std::find(held.begin(), held.end(), address) != held.end();
+    const int cleared = TakeTurn(turn) ? ClearLock(address) : -1;
+    // Not cleared, it is backed by nobody from here on.
+    DropHold(address);
+    leftLocked = leftLocked || (wasHeld && cleared < 0);
+    return cleared > 0 ? 1 : 0;
+}
+
+// 1: cleared. 0: there was nothing to clear. -1: it could not be cleared.
+int TableFile::ClearLock(RecordAddress address)
+{
+    if (std::erase(lost, address) > 0)
+        return 0;
     RecordPrefix prefix;
-    if (!IsOpen() || !TakeTurn(turn) || !LoadPrefix(address, prefix))
-        return 0;
+    if (!LoadPrefix(address, prefix))
+        return -1;
     // The record that was locked is gone. Another copy may have put a new one into its slot and hold that one's lock.
-    if (std::erase(deletedUnderLock, address) > 0 && prefix.active != 0)
+    if ((std::erase(deletedUnderLock, address) > 0 && prefix.active != 0) || prefix.locked == 0)
         return 0;
-    return prefix.locked != 0 && SetByte(address, kLockedAt, 0) ? 1 : 0;
+    for (int attempt = 0; attempt < kUnlockAttempts; ++attempt)
+        if (SetByte(address, kLockedAt, 0) && Settle())
+            return 1;
+    return -1;
 }
 
 }  // namespace jotlet

@@ -19,7 +19,7 @@ TableScan::TableScan(const TableFile& file) : file(file)
 {
     if (!file.IsOpen())
         return;
-    const std::int64_t size = FileSize(file.handle.Get());
+    const std::int64_t size = file.file.Size();
     if (size < file.FirstRecordOffset())
         return;
     // What lies beyond the reach of addresses can't be asked for and isn't looked at.
@@ -27,7 +27,7 @@ TableScan::TableScan(const TableFile& file) : file(file)
     slotCount = (reach - file.FirstRecordOffset()) / file.recordSize;
     cutTailBytes = (size - file.FirstRecordOffset()) % file.recordSize;
     mapped = slotCount > 0 &&
-             file.mapping.Cover(file.handle.Get(),
+             file.mapping.Cover(file.file.Get(),
                                 static_cast<std::size_t>(file.FirstRecordOffset() + slotCount * file.recordSize));
     ready = true;
 }
@@ -56,8 +56,7 @@ bool TableScan::ReadRun(std::int64_t from, std::int64_t to, SlotRun& run)
         chunk.resize(static_cast<std::size_t>(kSlotsPerRead * file.recordSize));
     const std::int64_t offset = file.FirstRecordOffset() + from * file.recordSize;
     run = {chunk.data(), std::min(kSlotsPerRead, to - from), static_cast<RecordAddress>(offset), file.recordSize};
-    return FileReadWhole(file.handle.Get(),
-                         std::span(chunk).first(static_cast<std::size_t>(run.count * file.recordSize)), offset);
+    return file.Load(std::span(chunk).first(static_cast<std::size_t>(run.count * file.recordSize)), offset);
 }
 
 int TableFile::ForEachRecord(std::span<const FieldRange> fields,

@@ -125,6 +125,8 @@ static_assert(offsetof(RecordPrefix, uniqueId) == 6 && offsetof(RecordPrefix, co
 // Offset of the first record in all three kinds of file.
 inline constexpr std::uint32_t kFirstRecordOffset = sizeof(SizeBlock) + kHeaderBlockSize + kCategoryBlockSize;
 static_assert(kFirstRecordOffset == 2625);
+// Offset of the change stamp in the file.
+inline constexpr std::int64_t kStampAt = sizeof(SizeBlock) + offsetof(TableHeader, changeStamp);
 
 // Fills the header of a new file. `fileType` and `family` are cut at 30 bytes, and then have no terminator. Server and
 // port come from `suiteSettings`. Always 0.

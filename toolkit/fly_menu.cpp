@@ -188,6 +188,7 @@ void TFlyMenu::Describe(AccessibleDescription& description)
 {
     description.role = AccessibleRole::Button;
     description.name = shownText;
+    description.press = GetHotArea();
 }
 
 }  // namespace jotlet

@@ -137,13 +137,17 @@ void MarliMiniCalendar::SetDate(int newYear, int newMonth, int newDay, int /*fla
 
 void MarliMiniCalendar::OnGridDate(int code, const DateValue& date)
 {
+    if (code != 0) {  // a drop chooses no day
+        Tell(code, date);
+        return;
+    }
     const bool otherMonth = date.year != year || date.month != month;
     day = date.day;
     month = date.month;
     year = date.year;
     if (otherMonth)
         ShowMenus();
-    Tell(code);
+    Tell(0, date);
 }
 
 void MarliMiniCalendar::StepMonth(bool (*step)(int& year, int& month, int& day))
@@ -152,7 +156,7 @@ void MarliMiniCalendar::StepMonth(bool (*step)(int& year, int& month, int& day))
     if (!step(date.year, date.month, date.day))
         return;
     SetDate(date.year, date.month, date.day);
-    Tell(0);
+    Tell(0, GetDate());
 }
 
 void MarliMiniCalendar::GoToToday()
@@ -164,7 +168,7 @@ void MarliMiniCalendar::GoToToday()
     if (number == -1 || number == DayNumberOf(GetDate()))
         return;
     SetDate(today.year, today.month, today.day);
-    Tell(0);
+    Tell(0, GetDate());
 }
 
 void MarliMiniCalendar::ChooseYear(int newYear)
@@ -172,7 +176,7 @@ void MarliMiniCalendar::ChooseYear(int newYear)
     year = newYear;
     KeepDayInMonth();
     grid->SetDate(year, month, day);
-    Tell(0);
+    Tell(0, GetDate());
 }
 
 void MarliMiniCalendar::ChooseMonth(int newMonth)
@@ -180,7 +184,7 @@ void MarliMiniCalendar::ChooseMonth(int newMonth)
     month = newMonth;
     KeepDayInMonth();
     grid->SetDate(year, month, day);
-    Tell(0);
+    Tell(0, GetDate());
 }
 
 void MarliMiniCalendar::KeepDayInMonth()
@@ -203,9 +207,9 @@ void MarliMiniCalendar::ShowMenus()
     yearMenu->Invalidate(nullptr, 0);
 }
 
-void MarliMiniCalendar::Tell(int code)
+void MarliMiniCalendar::Tell(int code, const DateValue& date)
 {
-    lastPickedDate = GetDate();
+    lastPickedDate = date;
     PostCommand(id, reinterpret_cast<MessageParam>(&lastPickedDate), code);
 }
 

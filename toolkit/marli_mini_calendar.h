@@ -44,7 +44,7 @@ private:
     void KeepDayInMonth();
     void ShowDate();
     void ShowMenus();
-    void Tell(int code);
+    void Tell(int code, const DateValue& date);
 
     int id;
     int year;

@@ -12,6 +12,8 @@ namespace {
 
 constexpr int kColumns = 7;
 constexpr int kRows = 6;
+constexpr int kDayTimerId = 160;
+constexpr Milliseconds kDayPeriod{10'000};
 
 bool PreviousDay(DateValue& date)
 {
@@ -71,6 +73,22 @@ void MarlinCalMonth::PrepareClass(WindowClass& windowClass)
     windowClass.cursor = CursorId::None;
 }
 
+MessageParam MarlinCalMonth::OnCreate(WndMessage&)
+{
+    StartTimer(window, kDayTimerId, kDayPeriod);
+    return 0;
+}
+
+// Midnight comes without a click.
+MessageParam MarlinCalMonth::OnTimer(WndMessage&)
+{
+    DateValue today;
+    Today(today);
+    if (today != shownToday)
+        Invalidate(nullptr, 0);
+    return 0;
+}
+
 void MarlinCalMonth::SetDate(int newYear, int newMonth, int newDay)
 {
     if (newYear < kCalendarFirstYear || newYear > CalendarLastYear() || !IsValidMonth(newMonth))
@@ -105,8 +123,7 @@ int MarlinCalMonth::DayAt(Point p) const
 void MarlinCalMonth::OnPaint(DeviceContext& dc, const PaintInfo&)
 {
     dc.FillRect(GetClientArea(), backColour);
-    DateValue today;
-    Today(today);
+    Today(shownToday);
     Rect cell;
     for (int d = 1; GetDayRect(year, month, d, cell); ++d) {
         if (d == day) {
@@ -115,7 +132,7 @@ void MarlinCalMonth::OnPaint(DeviceContext& dc, const PaintInfo&)
             if (FocusedWindow() == window)
                 dc.DrawFocusRect(cell.Inset(1, 1), 0);
         }
-        dc.DrawText(cell, std::to_string(d), SmallFont(400), today == DateValue{d, month, year} ? todayColour : 0,
+        dc.DrawText(cell, std::to_string(d), SmallFont(400), shownToday == DateValue{d, month, year} ? todayColour : 0,
                     kTextCentre | kTextVCentre | kTextSingleLine);
     }
 }

@@ -29,6 +29,8 @@ public:
     DateValue GetDate() const { return {day, month, year}; }
 
     void PrepareClass(WindowClass& windowClass) override;
+    MessageParam OnCreate(WndMessage& record) override;
+    MessageParam OnTimer(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
     void OnPaint(DeviceContext& dc, const PaintInfo& paint) override;
     MessageParam OnSetCursor(WndMessage& record) override;
@@ -52,6 +54,7 @@ private:
     Colour backColour;
     Colour selectColour;
     Colour todayColour;
+    DateValue shownToday;
     CursorId cursor = CursorId::Arrow;
 };
 

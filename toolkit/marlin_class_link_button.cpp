@@ -74,15 +74,22 @@ MessageParam MarlinClassLinkButton::OnLButtonUp(WndMessage& record)
     active = false;
     Invalidate(nullptr, 0);
     if (GetClientArea().Contains(MousePoint(record)))
-        PostCommand(id, 0);
+        RequestCommand(id, 0);
     return 0;
+}
+
+void MarlinClassLinkButton::OnCaptureLost()
+{
+    pressed = false;
+    active = false;
+    Invalidate(nullptr, 0);
 }
 
 MessageParam MarlinClassLinkButton::OnKeyDown(WndMessage& record)
 {
     if (record.wParam != kKeySpace && record.wParam != kKeyReturn)
         return DefaultHandler(record);
-    PostCommand(id, 0);
+    RequestCommand(id, 0);
     return 0;
 }
 

@@ -18,6 +18,7 @@ public:
     MessageParam OnSetCursor(WndMessage& record) override;
     MessageParam OnMouseMove(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void OnCaptureLost() override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;

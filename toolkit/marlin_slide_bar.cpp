@@ -33,6 +33,7 @@ int MarlinSlideBar::SetPosition(int newPosition)
         return 0;
     position = newPosition;
     Invalidate(nullptr, 0);
+    AccessibleChanged(window);
     return 1;
 }
 
@@ -111,16 +112,35 @@ MessageParam MarlinSlideBar::OnLButtonUp(WndMessage& record)
     if (!dragging)
         return 0;
     Follow(MousePoint(record).y);
-    dragY = -1;
-    dragging = false;
+    OnCaptureLost();
     ReleaseMouse();
     return 0;
+}
+
+void MarlinSlideBar::OnCaptureLost()
+{
+    dragY = -1;
+    dragging = false;
+    Invalidate(nullptr, 0);
 }
 
 void MarlinSlideBar::Describe(AccessibleDescription& description)
 {
     description.role = AccessibleRole::Slider;
-    description.name = "Row " + std::to_string(position + 1) + " of " + std::to_string(std::lround(std::ceil(range)));
+    const double rows = std::ceil(range);
+    description.name = "Row " + std::to_string(position + 1) + " of " + std::to_string(std::lround(rows));
+    description.value = {position + 1.0, 1, std::max(rows, 1.0)};
+}
+
+void MarlinSlideBar::OnSetValue(double value)
+{
+    const auto wanted = static_cast<int>(std::clamp(value, 1.0, std::max(std::ceil(range), 1.0))) - 1;
+    if (wanted == position)
+        return;
+    position = wanted;
+    PostCommand(id, position);
+    Invalidate(nullptr, 0);
+    AccessibleChanged(window);
 }
 
 void MarlinSlideBar::Follow(int y)

@@ -25,7 +25,9 @@ public:
     MessageParam OnMouseMove(WndMessage& record) override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void OnCaptureLost() override;
     void Describe(AccessibleDescription& description) override;
+    void OnSetValue(double value) override;
 
     static constexpr int kThumbHeight = 20;
 

@@ -70,12 +70,17 @@ MessageParam MarlinSpinButton::OnTimer(WndMessage& record)
 
 MessageParam MarlinSpinButton::OnLButtonUp(WndMessage&)
 {
+    OnCaptureLost();
+    ReleaseMouse();
+    return 0;
+}
+
+void MarlinSpinButton::OnCaptureLost()
+{
     StopTimer(window, kRepeatTimerId);
     pressed = false;
     firstRepeat = false;
     Invalidate(nullptr, 0);
-    ReleaseMouse();
-    return 0;
 }
 
 MessageParam MarlinSpinButton::OnKeyDown(WndMessage& record)

@@ -32,6 +32,7 @@ public:
     MessageParam OnTimer(WndMessage& record) override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void OnCaptureLost() override;
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void CollectTabStops(TabStops& stops) override;

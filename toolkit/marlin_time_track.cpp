@@ -156,7 +156,7 @@ void MarlinTimeTrack::PaintHead(DeviceContext& dc, const Rect& client)
     DrawTrackPicture(dc, client, kHeadPicture, kHeadTop, backColour, accentColour);
     // The band starts behind the list button where there is one.
     const Rect band{singleTime ? 0 : 7, 6, client.right, 20};
-    dc.DrawText(band, TimeText(fromTime), SmallFont(400), 0, kCentredLine);
+    dc.DrawText(band, TimeText(singleTime ? toTime : fromTime), SmallFont(400), 0, kCentredLine);
 }
 
 void MarlinTimeTrack::PaintThumb(DeviceContext& dc, const Rect& client)
@@ -262,11 +262,23 @@ MessageParam MarlinTimeTrack::OnLButtonUp(WndMessage&)
         return 0;
     mode = Mode::Idle;  // before the cursor moves, which comes back as a mouse move
     PutCursorOnThumb();
+    EndDrag();
+    ReleaseMouse();
+    return 0;
+}
+
+void MarlinTimeTrack::EndDrag()
+{
+    mode = Mode::Idle;
     ShowCursorNow(true);
     SetCursorNow(CursorId::Arrow);
     ClipCursorTo(nullptr);
-    ReleaseMouse();
-    return 0;
+}
+
+void MarlinTimeTrack::OnCaptureLost()
+{
+    if (mode == Mode::Dragging)
+        EndDrag();
 }
 
 void MarlinTimeTrack::FoldOut()
@@ -376,6 +388,18 @@ void MarlinTimeTrack::Describe(AccessibleDescription& description)
 {
     description.role = AccessibleRole::Slider;
     description.name = singleTime ? TimeText(toTime) : TimeText(fromTime) + " - " + TimeText(toTime);
+    const auto minutes = [](const TimeValue& time) { return 5.0 * TimeSlot(time); };
+    description.value = {minutes(toTime), minutes(fromTime), minutes(latest)};
+}
+
+void MarlinTimeTrack::OnSetValue(double value)
+{
+    const int first = TimeSlot(fromTime);
+    const int last = TimeSlot(latest);
+    TimeValue time = toTime;
+    if (!singleTime && first <= last &&
+        TimeFromSlot(static_cast<int>(std::clamp(value / 5, double(first), double(last))), time))
+        ChooseTime(time);
 }
 
 }  // namespace jotlet

@@ -38,11 +38,13 @@ public:
     MessageParam OnSize(WndMessage& record) override;
     MessageParam OnMouseMove(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void OnCaptureLost() override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void CollectTabStops(TabStops& stops) override;
     void Describe(AccessibleDescription& description) override;
+    void OnSetValue(double value) override;
 
 private:
     enum class Mode { Idle = 0, Dragging = 1, ListOut = 10 };
@@ -53,6 +55,7 @@ private:
     void ChooseTime(const TimeValue& time);
     void ShowChoiceInList();
     void PutCursorOnThumb();
+    void EndDrag();
     void FoldIn();
     void FoldOut();
     void ChooseFromList(int item, int code);

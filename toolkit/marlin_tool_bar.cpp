@@ -183,12 +183,18 @@ MessageParam MarlinToolBar::OnLButtonUp(WndMessage& record)
     return 0;
 }
 
+void MarlinToolBar::OnCaptureLost()
+{
+    pressed = false;
+    SetHot(kNoItem, HotState::Plain);
+}
+
 void MarlinToolBar::Deliver(const Item& item)
 {
     if (item.sendIt)
         SendCommand(item.command, 0);
     else
-        PostCommand(item.command, 0);
+        RequestCommand(item.command, 0);
 }
 
 // A window hears no move after the mouse has left it; this is what ends the hot look.

@@ -37,6 +37,7 @@ public:
     MessageParam OnTimer(WndMessage& record) override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void OnCaptureLost() override;
     MessageParam OnMouseMove(WndMessage& record) override;
     MessageParam OnKeyDown(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;

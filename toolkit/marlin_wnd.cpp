@@ -148,9 +148,15 @@ MessageParam MarlinWnd::Dispatch(WndMessage& record)
             if (record.wParam == kKeyTab && !IsKeyDown(kKeyControl) && MoveFocusByTab(*this, IsKeyDown(kKeyShift)))
                 return 0;
             break;
+        case kWmSetValue:
+            OnSetValue(*reinterpret_cast<const double*>(record.lParam));
+            return 1;
         case kWmDescribe:
             Describe(*reinterpret_cast<AccessibleDescription*>(record.lParam));
             return 1;
+        case kWmCaptureLost:
+            OnCaptureLost();
+            return 0;
         default:
             break;
     }
@@ -356,6 +362,11 @@ MessageParam MarlinWnd::SendCommand(int id, MessageParam lParam, int notificatio
 void MarlinWnd::PostCommand(int id, MessageParam lParam, int notification)
 {
     PostTo(GetParentHandle(), kWmCommand, MakeParam(id, notification), lParam);
+}
+
+void MarlinWnd::RequestCommand(int id, MessageParam lParam, int notification)
+{
+    PostRequest(GetParentHandle(), kWmCommand, MakeParam(id, notification), lParam);
 }
 
 }  // namespace jotlet

@@ -121,17 +121,24 @@ public:
 
     // Focus came or went, for windows that show it.
     virtual void OnFocusChanged(bool /*focused*/) {}
+    // The mouse that was captured or pressed here is a modal window's now; no release follows. What was held is over,
+    // without effect.
+    virtual void OnCaptureLost() {}
     // What a screen reader finds here; leave it empty for windows that say nothing.
     virtual void Describe(AccessibleDescription&) {}
+    // A screen reader sets the value that Describe told.
+    virtual void OnSetValue(double) {}
     // Adds the windows that Tab reaches here, in reading order: itself when it takes the keyboard, or those it holds.
     virtual void CollectTabStops(TabStops&) {}
     // Whether Return is this window's own key while it has the focus, and not the frame's command.
     virtual bool UsesReturnKey() const { return false; }
 
 protected:
-    // Sends or posts kWmCommand to the parent; `notification` goes to the high half of wParam.
+    // Sends or posts kWmCommand to the parent; `notification` goes to the high half of wParam. Notifications are
+    // posted; a command that opens something is a request (platform/desktop/native_window.h).
     MessageParam SendCommand(int id, MessageParam lParam, int notification = 0);
     void PostCommand(int id, MessageParam lParam, int notification = 0);
+    void RequestCommand(int id, MessageParam lParam, int notification = 0);
 
 private:
     friend MessageParam ToolkitProcedure(WindowHandle, std::uint32_t, MessageParam, MessageParam);

@@ -124,12 +124,16 @@ MessageParam MarlinWndList::OnSetCursor(WndMessage&)
 
 void MarlinWndList::PostToOwner(int code, int value)
 {
-    PostCommand(code, value);
+    // These two open something.
+    if (code == kListItemDoubleClicked || code == kListItemRightClicked)
+        RequestCommand(code, value);
+    else
+        PostCommand(code, value);
 }
 
 void MarlinWndList::SelectByPointer(int index, int code)
 {
-    selected = index;
+    Choose(index);
     if (code != kListItemDoubleClicked)
         PostToOwner(kListScrolled, topRow);
     PostToOwner(code, index);
@@ -215,7 +219,7 @@ MessageParam MarlinWndList::OnLButtonUp(WndMessage& record)
     const Point p = MousePoint(record);
     const int index = ItemAt(p);
     if (index >= 0) {
-        selected = index;
+        Choose(index);
         owner.Released(p, index, Geometry().CellRect(index));
     }
     return 0;
@@ -238,6 +242,13 @@ void MarlinWndList::EndDrag()
     dragging = false;
     SetCursorTo(CursorId::Arrow);
     ReleaseMouse();
+}
+
+void MarlinWndList::OnCaptureLost()
+{
+    if (dragging)
+        EndDrag();
+    dragArmed = false;
 }
 
 void MarlinWndList::Drop(Point screen, bool copy)
@@ -306,8 +317,10 @@ MessageParam MarlinWndList::OnKeyDown(WndMessage& record)
         case kKeyMenu:
             OpenMenuByKey();
             return 0;
-        case kKeyTab:
         case kKeyReturn:
+            owner.OnReturnKey(selected);
+            [[fallthrough]];
+        case kKeyTab:
             return DefaultHandler(record);  // a dialog's
         default:
             if (const auto item = ItemForKey(key))
@@ -316,6 +329,15 @@ MessageParam MarlinWndList::OnKeyDown(WndMessage& record)
                 owner.OnOtherKey(key);
             return 0;
     }
+}
+
+MessageParam MarlinWndList::OnChar(WndMessage& record)
+{
+    constexpr MessageParam kDelete = 127;
+    if (FocusedWindow() != window || record.wParam <= kKeySpace || record.wParam == kDelete)
+        return DefaultHandler(record);
+    owner.OnCharacter(static_cast<char32_t>(record.wParam));
+    return 0;
 }
 
 void MarlinWndList::SelectByKey(int index)
@@ -330,6 +352,12 @@ void MarlinWndList::OpenMenuByKey()
 {
     owner.menuByKey = true;
     PostToOwner(kListItemRightClicked, IsItem(selected) ? selected : -1);
+}
+
+void MarlinWndList::Choose(int index)
+{
+    selected = index;
+    owner.RememberChosen();
 }
 
 void MarlinWndList::ClearSelection()
@@ -348,12 +376,14 @@ void MarlinWndList::Describe(AccessibleDescription& description)
 {
     description.role = AccessibleRole::List;
     description.name = owner.ListName();
+    if (ItemCount() == 0)
+        description.hint = owner.EmptyHint();
     const ListGeometry geometry = Geometry();
     const int end = std::min((topRow + geometry.VisibleRows()) * columns, ItemCount());
     for (int index = topRow * columns; index < end; ++index) {
         const bool isSelected = index == selected;
         description.parts.push_back({AccessibleRole::ListItem, owner.ItemName(index), geometry.CellRect(index),
-                                     isSelected, isSelected && hasFocus, true});
+                                     isSelected, isSelected && hasFocus, true, owner.ItemDetail(index)});
     }
 }
 

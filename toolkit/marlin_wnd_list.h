@@ -53,16 +53,20 @@ public:
     MessageParam OnSetCursor(WndMessage& record) override;
     MessageParam OnMouseMove(WndMessage& record) override;
     MessageParam OnLButtonUp(WndMessage& record) override;
+    void OnCaptureLost() override;
     MessageParam OnLButtonDblClk(WndMessage& record) override;
     MessageParam OnLButtonDown(WndMessage& record) override;
     MessageParam OnRButtonUp(WndMessage& record) override;
     MessageParam OnMouseWheel(WndMessage& record) override;
     MessageParam OnKeyDown(WndMessage& record) override;
+    MessageParam OnChar(WndMessage& record) override;
     void OnFocusChanged(bool focused) override;
     void CollectTabStops(TabStops& stops) override;
     void Describe(AccessibleDescription& description) override;
 
 private:
+    friend class MarlinWndListView;
+    void Choose(int index);
     void PaintCell(DeviceContext& dc, int index, const Rect& cell);
     void SelectByPointer(int index, int code);
     void SelectByKey(int index);

@@ -19,6 +19,7 @@ constexpr int kSelectionPatternId = 2010;
 constexpr int kSelectionSoftness = 40;
 constexpr int kDefaultRefreshSeconds = 2;
 constexpr int kMaxRefreshSeconds = 60;
+constexpr Milliseconds kLookPatience{4000};
 
 std::vector<MarlinWndListView*>& Registry()
 {
@@ -81,6 +82,7 @@ MessageParam MarlinWndListView::OnCreate(WndMessage&)
 MessageParam MarlinWndListView::OnClose(WndMessage&)
 {
     StopTimer(window, kRefreshTimerId);
+    StopTimer(window, kPatienceTimerId);
     return 0;
 }
 
@@ -105,9 +107,11 @@ MessageParam MarlinWndListView::OnCommand(WndMessage& record)
             scrollBar->SetPosition(static_cast<int>(record.lParam));
             break;
         case kListItemPressed:
+            PostCommand(id, record.lParam, command);
+            break;
         case kListItemDoubleClicked:
         case kListItemRightClicked:
-            PostCommand(id, record.lParam, command);
+            RequestCommand(id, record.lParam, command);
             break;
         default:
             break;
@@ -126,6 +130,11 @@ void MarlinWndListView::OnBarMoved(int row)
 
 void MarlinWndListView::SetSource(TableFile* tableFile, RecordQuery* recordQuery)
 {
+    if (tableFile != file) {
+        look.reset();
+        StopTimer(window, kPatienceTimerId);
+        driveAnswers = true;
+    }
     file = tableFile;
     query = recordQuery;
 }
@@ -159,7 +168,7 @@ int MarlinWndListView::SelectItem(int index)
         return 0;
     const int visible = list->GetClientArea().Height() / list->ItemHeight();
     const int row = index / list->Columns();
-    list->selected = index;
+    list->Choose(index);
     ScrollTo(row < visible ? 0 : std::max(row - visible / 2, 0));
     return 1;
 }
@@ -177,6 +186,26 @@ void MarlinWndListView::ScrollTo(int row)
     scrollBar->SetPosition(row);
     scrollBar->Invalidate(nullptr, 0);
     AccessibleChanged(list->window);
+}
+
+void MarlinWndListView::RememberChosen()
+{
+    chosenId.reset();
+    const int index = list->selected;
+    if (!Bound() || index < 0 || index >= query->resultCount)
+        return;
+    std::uint64_t id = 0;
+    if (file->ReadField(std::as_writable_bytes(std::span(&id, 1)), {kUniqueIdOffset, sizeof id},
+                        query->Results()[static_cast<std::size_t>(index)]) == 1)
+        chosenId = id;
+}
+
+std::optional<ChosenRecord> MarlinWndListView::GetChosen() const
+{
+    const int index = list->selected;
+    if (!Bound() || index < 0 || index >= query->resultCount)
+        return std::nullopt;
+    return ChosenRecord{query->Results()[static_cast<std::size_t>(index)], chosenId.value_or(0)};
 }
 
 int MarlinWndListView::FindRecord(std::uint64_t uniqueId) const
@@ -220,9 +249,14 @@ void MarlinWndListView::RestartAllRefreshTimers()
         view->RestartRefreshTimer();
 }
 
-MessageParam MarlinWndListView::OnTimer(WndMessage&)
+MessageParam MarlinWndListView::OnTimer(WndMessage& record)
 {
-    RefreshAll(RefreshCause::Timer);
+    if (record.wParam == kPatienceTimerId) {
+        StopTimer(window, kPatienceTimerId);
+        TellDrive(false);
+    } else {
+        RefreshAll(RefreshCause::Timer);
+    }
     return 0;
 }
 
@@ -244,14 +278,58 @@ void MarlinWndListView::RefreshAll(RefreshCause cause)
     // A parent may destroy list views when it is told of a reload.
     const std::vector<MarlinWndListView*> views = Registry();
     for (MarlinWndListView* view : views) {
-        // A list that an item is being dragged from keeps it selected until it is dropped.
-        if (IsRegistered(view) && view->Bound() && !view->refreshing && !view->list->dragging)
+        if (!IsRegistered(view) || !view->MayRefresh())
+            continue;
+        if (cause == RefreshCause::Timer && !view->file->IsOnThisMachine())
+            view->LookAtDrive();
+        else
             view->Refresh(cause);
     }
 }
 
+bool MarlinWndListView::MayRefresh() const
+{
+    // A list that an item is being dragged from keeps it selected until it is dropped.
+    return Bound() && !refreshing && !list->dragging;
+}
+
+void MarlinWndListView::LookAtDrive()
+{
+    if (!look)
+        look = std::make_unique<StampLook>(*file, [this](const StampLook::Answer& answer) { OnLooked(answer); });
+    if (look->IsUnderWay())
+        return;
+    if (look->Start())
+        StartTimer(window, kPatienceTimerId, kLookPatience);
+    else
+        Refresh(RefreshCause::Timer);
+}
+
+void MarlinWndListView::OnLooked(const StampLook::Answer& answer)
+{
+    StopTimer(window, kPatienceTimerId);
+    TellDrive(answer.driveAnswers);
+    if (answer.asksTable)
+        look.reset();  // the table may open its file anew
+    const bool isNews = answer.asksTable || (Bound() && answer.stamp != query->seenStamp);
+    if (answer.driveAnswers && isNews && IsRefreshEnabled() && MayRefresh())
+        Refresh(RefreshCause::Timer);
+}
+
+void MarlinWndListView::TellDrive(bool answers)
+{
+    if (answers == driveAnswers)
+        return;
+    driveAnswers = answers;
+    PostCommand(id, answers ? 1 : 0, kListDriveAnswers);
+}
+
 void MarlinWndListView::Refresh(RefreshCause cause)
 {
+    if (!file->PathStillNamesThisFile()) {
+        PostCommand(id, 0, kListFileLost);
+        return;
+    }
     const std::uint64_t stamp = file->GetChangeStamp();
     if (stamp == query->seenStamp)
         return;

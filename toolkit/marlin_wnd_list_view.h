@@ -2,7 +2,8 @@
 //
 // It holds no item data: a subclass draws each cell. Bound to a file and a query, a cell's index is an index into the
 // query's result, every cell reads its record when it is painted, and the list follows the changes that other copies
-// make: each tick of any list view's timer looks at all of them (RestartRefreshTimer tells how often).
+// make: each tick of any list view's timer looks at all of them (RestartRefreshTimer tells how often). A file on a
+// drive is looked at beside the window's thread, and read only when it has changed.
 //
 // Owns:    grid and bar. Not the file and the query, which the binder keeps alive, or unbinds with nulls.
 // Tells:   the parent, posted: codes 21, 22, 23 of marlin_wnd_list.h with the item; code 24 (kListReloaded) sent before
@@ -17,8 +18,10 @@
 #include <span>
 #include <string>
 
+#include "store/record_address.h"
 #include "toolkit/marlin_class_wnd_scroll_bar.h"
 #include "toolkit/marlin_wnd_list.h"
+#include "toolkit/stamp_look.h"
 
 namespace jotlet {
 
@@ -27,10 +30,12 @@ class TableFile;
 
 // Code 24, and its lParam.
 inline constexpr int kListReloaded = 24;
-inline constexpr int kReloadedAsked = 0;   // after; the parent itself asked by RefreshNow
-inline constexpr int kReloadingAsked = 1;  // before
-inline constexpr int kReloaded = 2;        // after; another copy changed the file
-inline constexpr int kReloading = 3;       // before
+inline constexpr int kListFileLost = 25;      // posted at each refresh while the path of the table leads elsewhere
+inline constexpr int kListDriveAnswers = 26;  // posted when that changes: 0 in lParam when the drive no longer answers
+inline constexpr int kReloadedAsked = 0;      // after; the parent itself asked by RefreshNow
+inline constexpr int kReloadingAsked = 1;     // before
+inline constexpr int kReloaded = 2;           // after; another copy changed the file
+inline constexpr int kReloading = 3;          // before
 
 inline constexpr int kScrollBarLeft = 1;  // any other side: right
 // `state` of the drawing hooks.
@@ -53,6 +58,9 @@ public:
     void EnableDrag();
 
     int GetSelected() const { return list->selected; }
+    // The record that was chosen, and not what another copy may have put into its place since. Nothing when no record
+    // is selected; id 0 when it was gone already.
+    std::optional<ChosenRecord> GetChosen() const;
     int GetCount() const { return list->ItemCount(); }
     // Selects and brings into view: an item of the first page always scrolls to the top, any other comes to the middle.
     // 1, or 0 when there is no such item. Tells nobody.
@@ -106,15 +114,24 @@ public:
     virtual void OnRecordItemRelease(int, int, TableFile&, RecordQuery&, int, const Rect&) {}
     // A key moved the selection; the parent is not told of that.
     virtual void OnKeySelected(int /*index*/) {}
+    // Enter, where TakeReturnKey gives it to the grid; -1: nothing is selected.
+    virtual void OnReturnKey(int /*selected*/) {}
     // A key that the grid has no use for.
     virtual void OnOtherKey(int /*virtualKey*/) {}
+    // A character was typed; no control character and no blank.
+    virtual void OnCharacter(char32_t /*character*/) {}
     // What a screen reader says for an item; and for the list itself.
     virtual std::string ItemName(int index);
+    // What else its cell shows: colours, marks.
+    virtual std::string ItemDetail(int /*index*/) { return {}; }
     virtual std::string ListName() { return {}; }
+    // What to do while the list has no items.
+    virtual std::string EmptyHint() { return {}; }
 
     static constexpr int kBarWidth = 20;
     static constexpr int kBarId = 10;
     static constexpr int kRefreshTimerId = 100;
+    static constexpr int kPatienceTimerId = 101;       // runs out when a look at the drive takes long
     static constexpr std::size_t kMaxListViews = 100;  // further ones live without refresh
 
 protected:
@@ -133,7 +150,14 @@ private:
     bool Bound() const { return file && query; }
     // One list view's turn in a refresh.
     void Refresh(RefreshCause cause);
+    bool MayRefresh() const;
+    // The timer's part where the file lies on a drive.
+    void LookAtDrive();
+    void OnLooked(const StampLook::Answer& answer);
+    void TellDrive(bool answers);
     static void RefreshAll(RefreshCause cause);
+    // Called where an item becomes the selected one.
+    void RememberChosen();
     // The result's index of the record with this identity, -1 when it is not there.
     int FindRecord(std::uint64_t uniqueId) const;
 
@@ -144,8 +168,11 @@ private:
     void Released(Point p, int index, const Rect& rect);
 
     int scrollSide;
+    std::optional<std::uint64_t> chosenId;
     bool menuByKey = false;
     bool refreshing = false;
+    std::unique_ptr<StampLook> look;  // at `file`, once it was needed
+    bool driveAnswers = true;         // as last told
 };
 
 }  // namespace jotlet

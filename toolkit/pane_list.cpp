@@ -62,7 +62,7 @@ int PostToPane(std::string_view name, const WndMessage& record)
     MarlinPane* pane = FindPane(name);
     if (!pane)
         return 0;
-    pane->Post(record.message, record.wParam, record.lParam);
+    PostRequest(pane->window, record.message, record.wParam, record.lParam);
     return 1;
 }
 

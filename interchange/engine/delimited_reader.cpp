@@ -67,6 +67,11 @@ std::size_t DelimitedReader::CountRecords()
     return count;
 }
 
+std::size_t DelimitedReader::LastWholeLine() const
+{
+    return static_cast<std::size_t>(std::ranges::count(Text().substr(0, recordStart), '\n'));
+}
+
 char DelimitedReader::DetectSeparator(std::string_view text)
 {
     const std::size_t at = text.find_first_of(",\t");

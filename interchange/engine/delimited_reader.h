@@ -45,10 +45,10 @@ public:
 
     // The text up to its first zero byte, the added line end included.
     std::string_view Text() const { return std::string_view(text).substr(0, length); }
-    // True when a zero byte cut off text, which no record will show.
-    bool HasTextBehindZero() const { return length < text.size(); }
     // After CountRecords, or NextRecord with 0: true when text stands behind the last whole record.
     bool HasIncompleteEnd() const { return recordStart < length; }
+    // At the same moment: the line of the text on which the last whole record ended, from 1; 0 when there was none.
+    std::size_t LastWholeLine() const;
     // Where the next field starts; a measure of progress through Text().
     std::size_t Position() const { return pos; }
 

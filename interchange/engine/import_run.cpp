@@ -144,7 +144,8 @@ ImportCounts RunImportRows(const ImportRequest& request, const Clock& clock)
     ImportCounts counts;
     const std::size_t records = request.reader->CountRecords();
     counts.incompleteEnd = request.reader->HasIncompleteEnd();
-    counts.textBehindZero = request.reader->HasTextBehindZero();
+    if (counts.incompleteEnd)
+        counts.lastLine = request.reader->LastWholeLine();
 
     Progress progress(request.progress, records);
     const RefreshPause pause;

@@ -33,13 +33,13 @@ struct ImportRequest {
 };
 
 struct ImportCounts {
-    std::size_t rows = 0;         // whole rows worked through, the header row not counted
-    std::size_t added = 0;        // stored
-    std::size_t dropped = 0;      // duplicates, and rows with a value that could not be read
-    bool writeFailed = false;     // records could not be stored or brought to the disk; the run ended there
-    bool refused = false;         // the role may not add; the run ended there
-    bool incompleteEnd = false;   // text stands behind the last whole row and was left out
-    bool textBehindZero = false;  // text stands behind a zero byte and was left out
+    std::size_t rows = 0;        // whole rows worked through, the header row not counted
+    std::size_t added = 0;       // stored
+    std::size_t dropped = 0;     // duplicates, and rows with a value that could not be read
+    bool writeFailed = false;    // records could not be stored or brought to the disk; the run ended there
+    bool refused = false;        // the role may not add; the run ended there
+    bool incompleteEnd = false;  // text stands behind the last whole row and was left out
+    std::size_t lastLine = 0;    // then: the line of the text on which that row ended; 0 when there is none
 };
 
 // Runs to the end of the data, then brings what was added to the disk. Added records stay, whatever comes later. The

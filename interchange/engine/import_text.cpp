@@ -129,18 +129,51 @@ void Utf16ToUtf8(std::string& text, std::size_t high)
     text.resize(end);
 }
 
+// Whether the first line that ends outside quotes ends in LF alone. Quoted is what the reader takes as such.
+bool EndsFirstLineWithLf(std::string_view text)
+{
+    const char separator = DelimitedReader::DetectSeparator(text);
+    bool atFieldStart = true;
+    bool isQuoted = false;
+    bool isEven = false;  // the quotes of the field so far
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char c = text[at];
+        const bool endsLine = c == '\n' || (c == '\r' && at + 1 < text.size() && text[at + 1] == '\n');
+        if (atFieldStart) {
+            isQuoted = c == '"';
+            isEven = true;
+        }
+        if (isQuoted && isEven && !atFieldStart && text[at - 1] == '"' && (endsLine || c == separator))
+            isQuoted = false;
+        if (endsLine && !isQuoted)
+            return c == '\n';
+        if (c == '"')
+            isEven = !isEven;
+        atFieldStart = c == separator && !isQuoted;
+    }
+    return text.find("\r\n") == std::string_view::npos;
+}
+
+bool IsLoneLf(std::string_view text, std::size_t at)
+{
+    return text[at] == '\n' && (at == 0 || text[at - 1] != '\r');
+}
+
 // Grows in the same bytes, from the back.
 void EndLinesWithCrLf(std::string& text)
 {
-    const auto count = static_cast<std::size_t>(std::ranges::count(text, '\n'));
-    if (count == 0 || text.find("\r\n") != std::string::npos)
+    if (!EndsFirstLineWithLf(text))
         return;
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < text.size(); ++at)
+        count += IsLoneLf(text, at) ? 1 : 0;
     std::size_t from = text.size();
     text.resize(from + count);
     for (std::size_t to = text.size(); to > from;) {
-        const char byte = text[--from];
-        text[--to] = byte;
-        if (byte == '\n')
+        --from;
+        const bool isLone = IsLoneLf(text, from);
+        text[--to] = text[from];
+        if (isLone)
             text[--to] = '\r';
     }
 }
@@ -166,6 +199,7 @@ std::string PrepareImportText(std::string bytes, LineEnds lineEnds)
         Utf16ToUtf8(bytes, 1);
     else if (view.starts_with("\xFE\xFF"))
         Utf16ToUtf8(bytes, 0);
+    std::erase(bytes, '\0');
     if (lineEnds == LineEnds::Auto)
         EndLinesWithCrLf(bytes);
     return bytes;

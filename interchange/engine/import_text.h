@@ -32,12 +32,13 @@ ImportFileResult ReadImportFile(const std::string& path, std::string& bytes);
 ImportFileResult ReadImportHead(const std::string& path, std::size_t limit, std::string& bytes);
 
 enum class LineEnds {
-    Auto,  // a text in which no CR LF stands has each LF turned into CR LF
+    Auto,  // where the first line ends in LF alone, each lone LF is turned into CR LF
     CrLf,  // line ends stay as they are
 };
 
-// Drops a UTF-8 byte order mark, turns UTF-16 with one (either byte order) into UTF-8, and sees to the line ends. All
-// other bytes stay: those that are no UTF-8 are text of Windows-1252.
+// Drops a UTF-8 byte order mark, turns UTF-16 with one (either byte order) into UTF-8, takes out zero bytes, behind
+// which no text would be seen, and sees to the line ends. The first line is the one that ends outside quotes. All other
+// bytes stay: those that are no UTF-8 are text of Windows-1252.
 std::string PrepareImportText(std::string bytes, LineEnds lineEnds = LineEnds::Auto);
 
 class DelimitedReader;

@@ -1,7 +1,9 @@
 #include "interchange/engine/report.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
+#include <limits>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -17,7 +19,9 @@ namespace jotlet {
 
 namespace {
 
-constexpr int kManyNotes = 100;            // from here on one scan of the file is cheaper than a read for each
+// From here on one scan of the file is cheaper than a read for each; up to kMaxResults, as it holds their texts at
+// once.
+constexpr int kManyNotes = 100;
 constexpr std::size_t kUsualBlock = 1024;  // bytes of text to expect of a note
 
 struct DateRange {
@@ -112,59 +116,107 @@ NoteView ViewOf(std::span<const std::byte> fields)
     return view;
 }
 
-bool WriteFew(const ReportRequest& request, RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+bool HoldsQuote(const NoteView& note)
 {
-    query.Sort(*request.table, kDateOffset, kDateSize, CompareDates);
-    NoteRecord note;
-    std::string block;
-    for (const RecordAddress address : query.Results()) {
-        if (request.table->ReadRecord(BytesOf(note), address) != 1) {
-            ++outcome.skipped;
-            continue;
-        }
-        block.clear();
-        AppendNote(block, request.kind, ViewOf(note));
+    return (note.title.find('"') & note.text.find('"') & note.category.find('"')) != std::string_view::npos;
+}
+
+// What the writing needs at hand.
+struct Writing {
+    const ReportRequest& request;
+    RecordQuery& query;
+    ReportTarget& target;
+    ReportOutcome& outcome;
+    bool showConfidential;
+
+    void Append(std::string& out, const NoteView& note) const
+    {
+        AppendNote(out, request.kind, note);
+        outcome.withQuotes += HoldsQuote(note) ? 1 : 0;
+    }
+    bool FailRead() const
+    {
+        outcome.error = {FileErrorKind::Io, "read", request.table->Path(), EIO};
+        return false;
+    }
+    // Nothing is appended for a note that is gone or hidden by now. False when the drive refuses it.
+    bool AppendRead(std::string& out, RecordAddress address, NoteRecord& note) const
+    {
+        const RecordState state = request.table->ReadState(BytesOf(note), address);
+        if (state == RecordState::Unreadable)
+            return FailRead();
+        if (state == RecordState::Live && (note.confidential == 0 || showConfidential))
+            Append(out, ViewOf(note));
+        return true;
+    }
+    bool Put(std::string_view block) const
+    {
         if (!target.Append(block))
             return false;
-        ++outcome.notes;
+        outcome.notes += block.empty() ? 0 : 1;
+        return true;
+    }
+};
+
+bool WriteOneByOne(const Writing& writing)
+{
+    if (writing.query.Sort(*writing.request.table, kDateOffset, kDateSize, CompareDates) != 1)
+        return writing.FailRead();
+    NoteRecord note;
+    std::string block;
+    for (const RecordAddress address : writing.query.Results()) {
+        block.clear();
+        if (!writing.AppendRead(block, address, note) || !writing.Put(block))
+            return false;
     }
     return true;
 }
 
 // Reads the file once from front to end, which is far cheaper than thousands of reads here and there. Takes the results
 // as the query left them, in file order, and sorts the blocks of text.
-bool WriteMany(const ReportRequest& request, RecordQuery& query, ReportTarget& target, ReportOutcome& outcome)
+bool WriteFromScan(const Writing& writing)
 {
     struct Block {
         int day;
         std::size_t start;
         std::size_t length;
     };
-    const std::span<const RecordAddress> results = query.Results();
+    const std::span<const RecordAddress> results = writing.query.Results();
     std::vector<Block> blocks;
     blocks.reserve(results.size());
     std::string text;
     text.reserve(results.size() * kUsualBlock);
+    const auto endBlock = [&](const DateValue& date, std::size_t start) {
+        blocks.push_back({DayNumberOf(date), start, text.size() - start});
+    };
+    bool allRead = true;
     auto next = results.begin();
-    request.table->ForEachRecord(kWrittenFields, [&](RecordAddress address, std::span<const std::byte> fields) {
-        while (next != results.end() && *next < address)
-            ++next;
+    // What the scan passes over is gone by now, or could not be read: that is asked one by one.
+    const auto readUpTo = [&](RecordAddress address) {
+        NoteRecord note;
+        for (; allRead && next != results.end() && *next < address; ++next) {
+            const std::size_t start = text.size();
+            allRead = writing.AppendRead(text, *next, note);
+            if (text.size() > start)
+                endBlock(note.date, start);
+        }
+    };
+    writing.request.table->ForEachRecord(kWrittenFields, [&](RecordAddress address, std::span<const std::byte> fields) {
+        readUpTo(address);
         if (next != results.end() && *next == address) {
             const NoteView note = ViewOf(fields);
             const std::size_t start = text.size();
-            AppendNote(text, request.kind, note);
-            blocks.push_back({DayNumberOf(note.date), start, text.size() - start});
+            writing.Append(text, note);
+            endBlock(note.date, start);
+            ++next;
         }
-        return next != results.end();
+        return allRead && next != results.end();
     });
-    outcome.skipped = results.size() - blocks.size();
+    readUpTo(std::numeric_limits<RecordAddress>::max());
     std::ranges::stable_sort(blocks, {}, &Block::day);
-    for (const Block& block : blocks) {
-        if (!target.Append(std::string_view(text).substr(block.start, block.length)))
-            return false;
-        ++outcome.notes;
-    }
-    return true;
+    return allRead && std::ranges::all_of(blocks, [&](const Block& block) {
+               return writing.Put(std::string_view(text).substr(block.start, block.length));
+           });
 }
 
 }  // namespace
@@ -182,22 +234,24 @@ int GenerateReportFile(const ReportRequest& request, const std::string& path, Re
         return 0;
     }
     RecordQuery query;
-    query.PrepareResults();
+    request.everyNote ? query.PrepareAllResults() : query.PrepareResults();
     AddTerms(query, request, range);
     if (request.table->RecordSize() != kNoteRecordSize || request.table->RunQuery(query) != 1) {
         outcome.error = {FileErrorKind::Io, "read", request.table->Path(), 0};
         return 0;
     }
-    outcome.limitReached = query.resultCount == kMaxResults;
+    outcome.limitReached = query.limitReached;
 
     std::string head;
     if (request.kind == ReportKind::Report)
         WriteReportHeading(head, range.from, range.to);
     else
         WriteCsvHeader(head);
-    const auto writeNotes = query.resultCount < kManyNotes ? WriteFew : WriteMany;
-    if (!target.Append(head) || !writeNotes(request, query, target, outcome) || !target.Finish()) {
-        outcome.error = target.Error();
+    const bool isMany = query.resultCount >= kManyNotes && query.resultCount <= kMaxResults;
+    const Writing writing{request, query, target, outcome, SeesConfidential(request.table->GetRole())};
+    if (!target.Append(head) || !(isMany ? WriteFromScan(writing) : WriteOneByOne(writing)) || !target.Finish()) {
+        if (!outcome.error)
+            outcome.error = target.Error();
         return 0;
     }
     return 1;

@@ -27,13 +27,14 @@ struct ReportRequest {
     bool findEnabled = false;
     std::string findText;    // up to 1023 bytes; of these 499 are searched for
     std::string exportPath;  // up to 259 bytes
+    bool everyNote = false;  // also past the kMaxResults at which a query of the windows stops
 };
 
 struct ReportOutcome {
-    FileError error;            // why there is no whole target
-    std::size_t notes = 0;      // written
-    std::size_t skipped = 0;    // could not be read
-    bool limitReached = false;  // a query stops at kMaxResults notes; there may be more
+    FileError error;             // why there is no whole target
+    std::size_t notes = 0;       // written
+    std::size_t withQuotes = 0;  // of these; a quotation mark is not doubled, so such a row may not come back
+    bool limitReached = false;   // there are more than kMaxResults notes, and not all were asked for
 };
 
 // Writes the selected notes to `path`, by date. 1, or 0 when the target could not be made whole; `outcome` then tells
@@ -44,7 +45,8 @@ struct ReportOutcome {
 // device) is written to directly.
 //
 // All means from 1 January 2000 to 31 January of the calendar's last year. Confidential notes appear for the Owner
-// alone. No record is locked; what cannot be read is skipped.
+// alone. No record is locked. A note that another copy deletes meanwhile is left out; one that the drive refuses fails
+// the whole, since nobody would miss it in the new file until the old one is gone.
 int GenerateReportFile(const ReportRequest& request, const std::string& path, ReportOutcome* outcome = nullptr);
 
 // `report.txt` in the folder where the program writes. Returns 1.

@@ -1,13 +1,8 @@
 #include "interchange/engine/report_target.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <memory>
-#include <random>
 #include <span>
 
 #include "platform/base/file_system.h"
@@ -17,26 +12,10 @@ namespace jotlet {
 namespace {
 
 constexpr std::size_t kWriteChunk = std::size_t{1} << 18;
-constexpr int kNameAttempts = 16;
-
-// The file that a link leads to; the path itself when there is nothing to follow.
-std::string Resolve(const std::string& path)
-{
-    const std::unique_ptr<char, decltype(&free)> real(realpath(path.c_str(), nullptr), &free);
-    return real ? real.get() : path;
-}
-
-std::string NameBeside(const std::string& path)
-{
-    std::random_device device;
-    char suffix[16];
-    std::snprintf(suffix, sizeof suffix, ".%08x", static_cast<unsigned>(device()));
-    return path + suffix;
-}
 
 }  // namespace
 
-ReportTarget::ReportTarget(const std::string& givenPath) : path(Resolve(givenPath))
+ReportTarget::ReportTarget(const std::string& givenPath) : path(RealPathOf(givenPath))
 {
     if (path.empty()) {
         Fail("create", ENOENT);
@@ -44,46 +23,22 @@ ReportTarget::ReportTarget(const std::string& givenPath) : path(Resolve(givenPat
     }
     FileIdentity there;
     if (Files().IdentifyPath(path, there) != 0) {
-        OpenBeside(0666);
-        return;
-    }
-    if (S_ISDIR(there.mode)) {
-        error = {FileErrorKind::NotRegularFile, "create", path, EISDIR};
-        return;
-    }
-    if (!there.isRegular) {
+        StartFresh(kUsualMode);
+    } else if (there.isRegular) {
+        old.Reset(FileOpen(path, FileAccess::ReadWrite, FileSharing::None, &error, 0));
+        if (old && StartFresh(kPrivateMode) && !fresh.KeepAccessOf(old.Get()))
+            error = fresh.Error();
+    } else {
         // The opening does not wait for a reader, but the writes do.
-        handle = Files().Open(path, O_WRONLY, 0);
-        if (handle < 0 || fcntl(handle, F_SETFL, O_WRONLY) != 0)
+        straight.Reset(Files().Open(path, O_WRONLY, 0));
+        if (!straight || fcntl(straight.Get(), F_SETFL, O_WRONLY) != 0)
             Fail("open", errno);
-        return;
     }
-    old.Reset(FileOpen(path, FileAccess::ReadWrite, FileSharing::None, &error, 0));
-    if (old)
-        OpenBeside(there.mode & 0777);
 }
 
-ReportTarget::~ReportTarget()
+bool ReportTarget::StartFresh(unsigned mode)
 {
-    if (handle >= 0)
-        Files().Close(handle);
-    if (!writtenPath.empty())
-        Files().Remove(writtenPath);
-}
-
-bool ReportTarget::OpenBeside(unsigned mode)
-{
-    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
-        const std::string name = NameBeside(path);
-        handle = Files().Open(name, O_WRONLY | O_CREAT | O_EXCL, mode);
-        if (handle >= 0) {
-            writtenPath = name;
-            return true;
-        }
-        if (errno != EEXIST)
-            break;
-    }
-    return Fail("create", errno);
+    return fresh.Start(path, kBesideSuffix, mode) || Fail("create", fresh.Error().systemError);
 }
 
 bool ReportTarget::Fail(const char* operation, int systemError)
@@ -105,7 +60,7 @@ bool ReportTarget::WriteOut()
 {
     std::span<const std::byte> rest = std::as_bytes(std::span(pending));
     while (!rest.empty()) {
-        const std::int64_t written = Files().Write(handle, rest);
+        const std::int64_t written = Files().Write(straight ? straight.Get() : fresh.Handle(), rest);
         if (written <= 0)
             return Fail("write", written < 0 ? errno : ENOSPC);
         rest = rest.subspan(static_cast<std::size_t>(written));
@@ -118,16 +73,9 @@ bool ReportTarget::Finish()
 {
     if (error || !WriteOut())
         return false;
-    if (writtenPath.empty())
+    if (straight || fresh.Finish())
         return true;
-    if (Files().Sync(handle) != 0)
-        return Fail("sync", errno);
-    Files().Close(handle);
-    handle = kNoFile;
-    if (Files().Rename(writtenPath, path) != 0)
-        return Fail("rename", errno);
-    writtenPath.clear();
-    return true;
+    return Fail(fresh.Error().operation.c_str(), fresh.Error().systemError);
 }
 
 }  // namespace jotlet

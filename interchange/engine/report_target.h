@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "platform/base/file_error.h"
-#include "platform/base/files.h"
+#include "platform/base/replace_file.h"
 
 namespace jotlet {
 
@@ -16,27 +16,23 @@ class ReportTarget {
 public:
     // See Error for the outcome.
     explicit ReportTarget(const std::string& path);
-    ~ReportTarget();
-    ReportTarget(const ReportTarget&) = delete;
-    ReportTarget& operator=(const ReportTarget&) = delete;
 
     // False once anything has failed; later calls then do nothing.
     bool Append(std::string_view text);
-    // The new text is on the disk, and then takes the old one's name. (After a power failure the name may be the old
-    // text's again, never that of a part.)
+    // The new text is on the disk, and then takes the old one's name.
     bool Finish();
 
     const FileError& Error() const { return error; }
 
 private:
-    bool OpenBeside(unsigned mode);
+    bool StartFresh(unsigned mode);
     bool WriteOut();
     bool Fail(const char* operation, int systemError);
 
-    std::string path;         // what the given path leads to
-    std::string writtenPath;  // where the text goes; empty when written straight to `path`
-    FileHandleOwner old;      // keeps others away from the old file
-    FileHandle handle = kNoFile;
+    std::string path;          // what the given path leads to
+    FileHandleOwner old;       // keeps others away from the old file
+    FileReplacement fresh;     // where the text goes, or
+    FileHandleOwner straight;  // what is no regular file
     std::string pending;
     FileError error;
 };

@@ -6,6 +6,7 @@
 #include "platform/base/text.h"
 #include "store/create_table.h"
 #include "store/open_table.h"
+#include "store/record_hold.h"
 #include "store/record_query.h"
 #include "store/table_file.h"
 
@@ -85,10 +86,7 @@ int AddContact(EBookRecord& contact)
     if (!bookTable)
         return 0;
     InitRecordHeader(*bookTable, contact, kContactRecordSize);
-    const int result = bookTable->AddRecord(BytesOf(contact));
-    if (result == 1)
-        bookTable->Flush();
-    return result;
+    return AddSaved(*bookTable, BytesOf(contact)) ? 1 : 0;
 }
 
 }  // namespace jotlet

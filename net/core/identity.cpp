@@ -5,8 +5,7 @@
 #include <vector>
 
 #include "platform/base/text.h"
-#include "store/refresh_switch.h"
-#include "store/table_file.h"
+#include "store/record_hold.h"
 
 namespace jotlet {
 
@@ -48,19 +47,17 @@ std::vector<RecordAddress> RecordsOwnedBy(const TableFile& file, const IdentityB
 // Read anew under the lock, so that no change of another copy is lost.
 void ChangeOwner(TableFile& file, RecordAddress address, const IdentityBlock& from, const IdentityBlock& to)
 {
-    if (file.LockRecord(address) != 1)
-        return;
+    RecordHold hold(file, address);
     std::vector<std::byte> record = file.AllocRecordBuffer();
-    if (record.size() >= sizeof(RecordHeader) && file.ReadRecord(record, address) == 1) {
-        RecordHeader header;
-        std::memcpy(&header, record.data(), sizeof header);
-        if (IsSameIdentity(header.owner, from)) {
-            PutNameAndEmail(header.owner, to);
-            std::memcpy(record.data(), &header, sizeof header);
-            file.WriteRecord(record, address);
-        }
-    }
-    file.UnlockRecord(address);
+    if (!hold || record.size() < sizeof(RecordHeader) || !hold.Read(record))
+        return;
+    RecordHeader header;
+    std::memcpy(&header, record.data(), sizeof header);
+    if (!IsSameIdentity(header.owner, from))
+        return;
+    PutNameAndEmail(header.owner, to);
+    std::memcpy(record.data(), &header, sizeof header);
+    hold.Write(record);
 }
 
 }  // namespace

@@ -4,9 +4,8 @@
 
 #include "net/core/outbox_file.h"
 #include "platform/base/text.h"
+#include "store/record_hold.h"
 #include "store/record_query.h"
-#include "store/refresh_switch.h"
-#include "store/table_file.h"
 
 namespace jotlet {
 
@@ -59,12 +58,9 @@ SendRecord Renewed(const TableFile& table, const SendRecord& slot, std::uint64_t
 // Puts `record` in the place of the one at `address`. False when somebody else holds that one or the write failed.
 bool Rewrite(TableFile& table, RecordAddress address, SendRecord record)
 {
-    if (table.LockRecord(address) != 1)
-        return false;
+    RecordHold hold(table, address);
     record.locked = 1;  // the lock is ours until it is given back
-    const bool written = table.WriteRecord(BytesOf(record), address) == 1;
-    table.UnlockRecord(address);
-    return written;
+    return hold && hold.Write(BytesOf(record));
 }
 
 }  // namespace
@@ -119,13 +115,10 @@ int Outbox::Load()
     loadedIds.clear();
     Open();
     for (const RecordAddress address : EventAddresses()) {
-        if (table->LockRecord(address) != 1)
-            continue;
+        const RecordHold hold(*table, address);
         SendRecord record{};
-        const bool live = table->ReadRecord(BytesOf(record), address) == 1;
-        table->UnlockRecord(address);
         // The slot may have gone to another event's record since the query.
-        if (!live || record.eventId != eventId)
+        if (!hold || !hold.Read(BytesOf(record)) || record.eventId != eventId)
             continue;
         slots.push_back(record);
         loadedIds.push_back(record.uniqueId);
@@ -180,10 +173,10 @@ int Outbox::Save()
         table->Flush();
     for (const SavedRecord& old : present) {
         const bool loaded = std::find(loadedIds.begin(), loadedIds.end(), old.record.uniqueId) != loadedIds.end();
-        if (old.kept || !loaded || table->LockRecord(old.address) != 1)
+        if (old.kept || !loaded)
             continue;
-        table->DeleteRecord(old.address);
-        table->UnlockRecord(old.address);
+        if (RecordHold hold(*table, old.address); hold)
+            hold.Delete();
     }
     if (table)
         table->Flush();

@@ -99,8 +99,9 @@ private:
 // 1 when the note is a group event, withdrawn ones included, else 0.
 int IsGroupEvent(const RecordHeader& note);
 
-// Deletes all records of the event, also past 30. Always 1.
-int PurgeEvent(std::string_view noteFilePath, std::uint64_t eventId);
+// Deletes all records of the event, also past 30. Always 1. Here and in NotifyEvent `reached` becomes false when the
+// outbox file is there and cannot be opened, or a record could not be written: tell the user.
+int PurgeEvent(std::string_view noteFilePath, std::uint64_t eventId, bool* reached = nullptr);
 
 // Modes of NotifyEvent; others change nothing.
 inline constexpr int kNotifyWithdrawal = 1;
@@ -111,6 +112,6 @@ inline constexpr int kNotifyChange = 3;
 // `active`: then there was nobody to tell. That is never so while a record could not be reached (locked by somebody, or
 // an outbox file that is there and cannot be opened). A withdrawn event stays withdrawn. 0 when the note is no group
 // event, else 1.
-int NotifyEvent(std::string_view noteFilePath, NoteRecord& note, int mode);
+int NotifyEvent(std::string_view noteFilePath, NoteRecord& note, int mode, bool* reached = nullptr);
 
 }  // namespace jotlet

@@ -3,45 +3,34 @@
 
 #include "net/core/outbox.h"
 #include "net/core/outbox_file.h"
-#include "store/refresh_switch.h"
-#include "store/table_file.h"
+#include "store/record_hold.h"
 
 namespace jotlet {
 
 namespace {
 
-// The record at `address`, locked for this object's lifetime and read under that lock.
+// A record of the event, locked for this object's lifetime and read under that lock.
 class HeldRecord {
 public:
-    HeldRecord(TableFile& table, RecordAddress address, std::uint64_t eventId) : table(table), address(address)
+    HeldRecord(TableFile& table, RecordAddress address, std::uint64_t eventId) : hold(table, address)
     {
-        locked = table.LockRecord(address) == 1;
         // The slot may have gone to another event's record since it was found.
-        ours = locked && table.ReadRecord(BytesOf(record), address) == 1 && record.eventId == eventId;
+        ours = hold && hold.Read(BytesOf(record)) && record.eventId == eventId;
     }
-    ~HeldRecord()
-    {
-        if (locked)
-            table.UnlockRecord(address);
-    }
-    HeldRecord(const HeldRecord&) = delete;
-    HeldRecord& operator=(const HeldRecord&) = delete;
 
     // Locked by this copy, live and of the event.
     bool IsOurs() const { return ours; }
     bool SetStatus(std::uint8_t status)
     {
         record.sendStatus = status;
-        return table.WriteRecord(BytesOf(record), address) == 1;
+        return hold.Write(BytesOf(record));
     }
-    bool Delete() { return table.DeleteRecord(address) == 1; }
+    bool Delete() { return hold.Delete(); }
     std::uint8_t Status() const { return record.sendStatus; }
 
 private:
-    TableFile& table;
-    RecordAddress address;
+    RecordHold hold;
     SendRecord record{};
-    bool locked = false;
     bool ours = false;
 };
 
@@ -52,31 +41,41 @@ bool IsGone(const TableFile& table, RecordAddress address, std::uint64_t eventId
     return table.ReadRecord(BytesOf(record), address) != 1 || record.eventId != eventId;
 }
 
-void AnnounceChange(TableFile& table, std::uint64_t eventId)
+// These three are false when a record could not be written. What somebody else holds is passed over.
+bool AnnounceChange(TableFile& table, std::uint64_t eventId)
 {
+    bool written = true;
     for (const RecordAddress address : RecordsOfEvent(table, eventId))
         if (HeldRecord held(table, address, eventId); held.IsOurs())
-            held.SetStatus(kSendWaiting);
-    table.Flush();
+            written = held.SetStatus(kSendWaiting) && written;
+    return table.Flush() == 1 && written;
 }
 
-// True when nobody is left who has to be told.
-bool AnnounceWithdrawal(TableFile& table, std::uint64_t eventId, bool announced)
+// `nobodyLeft`: nobody is left who has to be told.
+bool AnnounceWithdrawal(TableFile& table, std::uint64_t eventId, bool announced, bool& nobodyLeft)
 {
-    bool nobodyLeft = true;
+    bool written = true;
     for (const RecordAddress address : RecordsOfEvent(table, eventId)) {
         HeldRecord held(table, address, eventId);
         if (!held.IsOurs()) {
             nobodyLeft = nobodyLeft && IsGone(table, address, eventId);
-        } else if (held.Status() == kSendWaiting && !announced) {
-            nobodyLeft = held.Delete() && nobodyLeft;
-        } else {
-            held.SetStatus(kSendCancelled);
-            nobodyLeft = false;
+            continue;
         }
+        const bool drop = held.Status() == kSendWaiting && !announced;
+        const bool done = drop ? held.Delete() : held.SetStatus(kSendCancelled);
+        nobodyLeft = nobodyLeft && drop && done;
+        written = written && done;
     }
-    table.Flush();
-    return nobodyLeft;
+    return table.Flush() == 1 && written;
+}
+
+bool Purge(TableFile& table, std::uint64_t eventId)
+{
+    bool written = true;
+    for (const RecordAddress address : RecordsOfEvent(table, eventId))
+        if (HeldRecord held(table, address, eventId); held.IsOurs())
+            written = held.Delete() && written;
+    return table.Flush() == 1 && written;
 }
 
 }  // namespace
@@ -86,19 +85,18 @@ int IsGroupEvent(const RecordHeader& note)
     return note.eventState != kEventNone ? 1 : 0;
 }
 
-int PurgeEvent(std::string_view noteFilePath, std::uint64_t eventId)
+int PurgeEvent(std::string_view noteFilePath, std::uint64_t eventId, bool* reached)
 {
     const RefreshPause pause;
-    if (const auto table = OpenOutboxFile(OutboxPath(noteFilePath))) {
-        for (const RecordAddress address : RecordsOfEvent(*table, eventId))
-            if (HeldRecord held(*table, address, eventId); held.IsOurs())
-                held.Delete();
-        table->Flush();
-    }
+    const std::string path = OutboxPath(noteFilePath);
+    const auto table = OpenOutboxFile(path);
+    const bool purged = table ? Purge(*table, eventId) : !TableFile::Exists(path);
+    if (reached)
+        *reached = purged;
     return 1;
 }
 
-int NotifyEvent(std::string_view noteFilePath, NoteRecord& note, int mode)
+int NotifyEvent(std::string_view noteFilePath, NoteRecord& note, int mode, bool* reached)
 {
     if (!IsGroupEvent(note))
         return 0;
@@ -110,19 +108,17 @@ int NotifyEvent(std::string_view noteFilePath, NoteRecord& note, int mode)
     const RefreshPause pause;
     const std::string path = OutboxPath(noteFilePath);
     const auto table = OpenOutboxFile(path);
-    if (change) {
-        if (table)
-            AnnounceChange(*table, note.uniqueId);
-        note.eventState = kEventHasRecipients;
-        note.eventStatus = kStatusChange;
-        return 1;
-    }
     // Of a file that is there and cannot be opened nobody knows whom it holds.
-    const bool nobodyLeft = table ? AnnounceWithdrawal(*table, note.uniqueId, note.eventStatus != kStatusNotAnnounced)
-                                  : !TableFile::Exists(path);
-    note.eventState = kEventWithdrawn;
-    note.eventStatus = kStatusWithdrawal;
-    if (nobodyLeft)
+    bool told = table || !TableFile::Exists(path);
+    bool nobodyLeft = told;
+    if (table)
+        told = change ? AnnounceChange(*table, note.uniqueId)
+                      : AnnounceWithdrawal(*table, note.uniqueId, note.eventStatus != kStatusNotAnnounced, nobodyLeft);
+    if (reached)
+        *reached = told;
+    note.eventState = change ? kEventHasRecipients : kEventWithdrawn;
+    note.eventStatus = change ? kStatusChange : kStatusWithdrawal;
+    if (withdrawal && nobodyLeft)
         note.active = 0;
     return 1;
 }

@@ -1,5 +1,7 @@
 #include "notes/model/alarms.h"
 
+#include <utility>
+
 #include "store/record_query.h"
 #include "store/table_file.h"
 
@@ -37,31 +39,25 @@ AlarmCheck FindDueAlarm(TableFile& file, const Clock& clock)
         return IsAlarmDue(note, today, now) && (note.confidential == 0 || SeesConfidential(file.GetRole()));
     };
     for (const RecordAddress address : query.Results()) {
-        DueAlarm due{.address = address, .note = {}};
-        if (file.ReadRecord(BytesOf(due.note), address) != 1 || !fires(due.note) || file.LockRecord(address) != 1)
+        DueAlarm due{.hold = nullptr, .note = {}};
+        if (file.ReadRecord(BytesOf(due.note), address) != 1 || !fires(due.note))
             continue;
+        due.hold = std::make_unique<RecordHold>(file, address);
         // Another copy may have fired it, or its user changed it, between the read and the lock.
-        if (file.ReadRecord(BytesOf(due.note), address) == 1 && due.note.alarmState == kAlarmSet && fires(due.note)) {
-            check.due = due;
+        if (*due.hold && due.hold->Read(BytesOf(due.note)) && due.note.alarmState == kAlarmSet && fires(due.note)) {
+            check.due = std::move(due);
             return check;
         }
-        file.UnlockRecord(address);
     }
     return check;
 }
 
-int MarkAlarmFired(TableFile& file, DueAlarm& alarm)
+SaveResult MarkAlarmFired(DueAlarm& alarm)
 {
     alarm.note.alarmState = kAlarmFired;
-    const int written = file.WriteRecord(BytesOf(alarm.note), alarm.address);
-    file.Flush();
-    file.UnlockRecord(alarm.address);
-    return written == 1 ? 1 : 0;
-}
-
-void LeaveAlarm(TableFile& file, const DueAlarm& alarm)
-{
-    file.UnlockRecord(alarm.address);
+    const SaveResult saved = alarm.hold->Save(BytesOf(alarm.note));
+    alarm.hold.reset();
+    return saved;
 }
 
 }  // namespace jotlet

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "notes/model/note_record.h"
-#include "store/record_address.h"
+#include "store/record_hold.h"
 
 // Which alarm is due. A file is asked anew at each check; nothing of it is kept in between.
 
@@ -16,7 +17,7 @@ class TableFile;
 bool IsAlarmDue(const NoteRecord& note, const DateValue& today, const TimeValue& now);
 
 struct DueAlarm {
-    RecordAddress address = 0;
+    std::unique_ptr<RecordHold> hold;
     NoteRecord note;
 };
 
@@ -26,17 +27,13 @@ struct AlarmCheck {
     std::optional<DueAlarm> due;
 };
 
-// Finds the due alarm with the earliest date that this copy may see and can lock; the caller now holds its lock. Notes
-// that somebody else holds locked are passed over. With a due alarm the caller shows it and then calls MarkAlarmFired,
-// or LeaveAlarm when nobody saw it to its end. Whether a check may run at all (refresh switch, an alarm on the screen)
-// is the caller's to know.
+// Finds the due alarm with the earliest date that this copy may see and can lock, and holds it. Notes that somebody
+// else holds are passed over. With a due alarm the caller shows it and then calls MarkAlarmFired, or just lets it go
+// when nobody saw it to its end: the alarm stays waiting. Whether a check may run at all (refresh switch, an alarm on
+// the screen) is the caller's to know.
 AlarmCheck FindDueAlarm(TableFile& file, const Clock& clock = SystemClock());
 
-// Marks the alarm as spent, flushes and gives the lock back. 1, or 0 when it could not be written: the alarm then comes
-// again.
-int MarkAlarmFired(TableFile& file, DueAlarm& alarm);
-
-// Gives the lock back and leaves the alarm waiting.
-void LeaveAlarm(TableFile& file, const DueAlarm& alarm);
+// Marks the alarm as spent, on the disk, and gives the lock back. When that fails the alarm comes again.
+SaveResult MarkAlarmFired(DueAlarm& alarm);
 
 }  // namespace jotlet

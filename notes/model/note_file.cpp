@@ -1,10 +1,13 @@
 #include "notes/model/note_file.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 
 #include "notes/model/note_record.h"
 #include "notes/model/palette.h"
+#include "platform/base/file_system.h"
 #include "platform/base/text.h"
 #include "resources/string_table.h"
 #include "store/create_table.h"
@@ -31,20 +34,40 @@ constexpr std::array<ExampleNote, 4> kExamples = {{
 
 int CreateNoteFile(const std::string& path, WithExamples examples, const Clock& clock, FileError* error)
 {
-    if (TableFile::Exists(path) == 1) {
+    const auto fail = [&](const FileError& reason) {
         if (error != nullptr)
-            *error = {FileErrorKind::Busy, "create", path, EEXIST};
+            *error = reason;
         return 0;
+    };
+    if (TableFile::Exists(path) == 1)
+        return fail({FileErrorKind::Busy, "create", path, EEXIST});
+    if (examples == WithExamples::No) {
+        TableFile file(path, {});
+        return CreateTable(file, kNoteTable) == 1 ? 1 : fail(file.GetOpenError());
     }
-    TableFile file(path, {});
-    if (CreateTable(file, kNoteTable) != 1) {
-        if (error != nullptr)
-            *error = file.GetOpenError();
-        return 0;
+    // The examples are written under another name, so that the file appears with all of them or not at all.
+    const std::string beside = path + "." + std::to_string(getpid()) + ".examples";
+    Files().Remove(beside);
+    bool isMade = false;
+    FileError reason;
+    {
+        TableFile file(beside, {});
+        isMade = CreateTable(file, kNoteTable) == 1;
+        reason = file.GetOpenError();
+        if (isMade && AddExampleRecords(file, clock) != 1) {
+            isMade = false;
+            reason = {FileErrorKindOf(errno), "write", path, errno};
+        }
     }
-    if (examples == WithExamples::Yes)
-        AddExampleRecords(file, clock);
-    file.Close();
+    if (isMade && Files().RenameNew(beside, path) != 0) {
+        isMade = false;
+        reason = {FileErrorKindOf(errno), "create", path, errno};
+    }
+    if (!isMade) {
+        Files().Remove(beside);
+        return fail(reason);
+    }
+    FlushFolderOf(path);
     return 1;
 }
 
@@ -64,7 +87,7 @@ OpenedTable OpenNoteFile(const std::string& path, std::string_view password, Wit
     return OpenTable(path, password, kNoteRecordSize, progress);
 }
 
-void AddExampleRecords(TableFile& file, const Clock& clock)
+int AddExampleRecords(TableFile& file, const Clock& clock)
 {
     for (const ExampleNote& example : kExamples) {
         NoteRecord note;
@@ -76,8 +99,10 @@ void AddExampleRecords(TableFile& file, const Clock& clock)
         note.alarmTime = note.time;
         note.alarmDate = note.date;
         note.startKind = kStartDocument;
-        file.AddRecord(BytesOf(note));
+        if (file.AddRecord(BytesOf(note)) != 1)
+            return 0;
     }
+    return file.Flush();
 }
 
 }  // namespace jotlet

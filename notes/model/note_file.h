@@ -13,7 +13,8 @@ namespace jotlet {
 enum class WithExamples { No, Yes };
 
 // Makes a note file with its header and default categories, and with the example notes if wanted, and closes it.
-// 1, or 0 when it exists already or cannot be made; `error` then tells what the system refused, if it did.
+// 1, or 0 when it exists already or cannot be made whole; `error` then tells what the system refused, if it did, and no
+// file is there.
 int CreateNoteFile(const std::string& path, WithExamples examples, const Clock& clock = SystemClock(),
                    FileError* error = nullptr);
 
@@ -22,7 +23,7 @@ int CreateNoteFile(const std::string& path, WithExamples examples, const Clock& 
 OpenedTable OpenNoteFile(const std::string& path, std::string_view password, WithExamples examples,
                          ProgressDisplay* progress = nullptr, const Clock& clock = SystemClock());
 
-// Adds the four example notes. A refused add is passed over.
-void AddExampleRecords(TableFile& file, const Clock& clock = SystemClock());
+// Adds the four example notes. 1 when all are on the disk, else 0.
+int AddExampleRecords(TableFile& file, const Clock& clock = SystemClock());
 
 }  // namespace jotlet

@@ -28,6 +28,20 @@ FileErrorKind FileErrorKindOf(int systemError)
         case ENXIO:
         case ENODEV:
             return FileErrorKind::NotRegularFile;
+        case ETIMEDOUT:
+        case ESTALE:
+        case EHOSTDOWN:
+        case EHOSTUNREACH:
+        case ENETDOWN:
+        case ENETUNREACH:
+        case ENETRESET:
+        case ENOTCONN:
+        case ECONNABORTED:
+        case ECONNREFUSED:
+        case ECONNRESET:
+        case ESHUTDOWN:
+        case EREMOTEIO:
+            return FileErrorKind::NoAnswer;
         default:
             return FileErrorKind::Io;
     }

@@ -13,6 +13,8 @@ enum class FileErrorKind {
     Permission,      // the file or its folder may not be read or written, or lies on a read-only file system
     NoSpace,         // disk full, quota, or the largest file size reached
     NotRegularFile,  // a folder, a device, a pipe or a socket
+    NoAnswer,        // the drive doesn't answer, or its connection was lost; later it may work
+    NotOurs,         // replacing it would take it from its owner, or from people who share it
     Io,              // everything else that the system refuses
 };
 

@@ -18,6 +18,11 @@ const char* TextOf(FileErrorKind kind)
             return "The disk is full. Make room and try again.";
         case FileErrorKind::NotRegularFile:
             return "This is a folder or a device. Choose a file.";
+        case FileErrorKind::NoAnswer:
+            return "The drive does not answer. Try again when it is back.";
+        case FileErrorKind::NotOurs:
+            return "The file belongs to somebody else, and rewriting it would take it from its owner or from people "
+                   "who share it. Ask its owner to do it.";
         case FileErrorKind::None:
         case FileErrorKind::Io:
             break;

@@ -24,10 +24,12 @@ LockOutcome OutcomeOf(int systemError)
         case EAGAIN:
         case EACCES:
             return LockOutcome::Refused;
-        case EBADF:
-            return LockOutcome::Failed;
-        default:  // ENOLCK, EOPNOTSUPP, EINVAL, ENOSYS: this place has no such locks
+        case EOPNOTSUPP:
+        case ENOSYS:
+        case EINVAL:
             return LockOutcome::Unsupported;
+        default:  // ENOLCK, EIO, ETIMEDOUT, ESTALE, ...: somebody may hold it, and we were not told
+            return LockOutcome::Failed;
     }
 }
 

@@ -49,38 +49,45 @@ bool MountIsLocal(int handle)
     return std::find(kLocalTypes.begin(), kLocalTypes.end(), type) != kLocalTypes.end();
 }
 
-bool MountSharesLocks(int handle)
+Drive DriveOf(int handle)
 {
     if (MountIsLocal(handle))
-        return true;
+        return {};
     struct stat status {};
-    if (fstat(handle, &status) != 0)
-        return false;
-    std::ifstream file("/proc/self/mountinfo");
-    const std::string mounts{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     std::string_view type;
     std::string_view options;
-    return FindMount(mounts, major(status.st_dev), minor(status.st_dev), type, options) &&
-           !MountKeepsLocksLocal(type, options);
+    std::ifstream file("/proc/self/mountinfo");
+    const std::string mounts{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (fstat(handle, &status) == 0)
+        FindMount(mounts, major(status.st_dev), minor(status.st_dev), type, options);
+    return DriveOfMount(type, options);
 }
 
-bool MountKeepsLocksLocal(std::string_view fileSystem, std::string_view options)
+Drive DriveOfMount(std::string_view fileSystem, std::string_view options)
 {
-    if (fileSystem == "nfs" || fileSystem == "nfs4")
-        return HasOption(options, "nolock") || HasOption(options, "local_lock=all") ||
-               HasOption(options, "local_lock=posix");
-    if (fileSystem == "cifs" || fileSystem == "smb3")
-        return HasOption(options, "nobrl");
-    if (fileSystem == "gfs2" || fileSystem == "ocfs2" || fileSystem == "lustre")
-        return HasOption(options, "localflocks") || HasOption(options, "localflock");
-    if (fileSystem == "ceph")
-        return false;
-    // A disk of this machine behind a user-space driver.
-    if (fileSystem == "fuseblk" || fileSystem == "ntfs3" || fileSystem == "hfsplus")
-        return false;
+    const auto is = [&](auto... types) { return ((fileSystem == types) || ...); };
+    const auto has = [&](auto... words) { return (HasOption(options, words) || ...); };
+    if (is("nfs", "nfs4"))
+        return {.isCoherent = false,
+                .locksTravel = !has("nolock", "local_lock=all", "local_lock=posix"),
+                .writesDirect = true};
+    if (is("cifs", "smb3"))
+        return {.isCoherent = false,
+                .locksTravel = !has("nobrl"),
+                .writesDirect = true,
+                .locksAgain = false,
+                .replacesOpen = false};
+    if (is("fuse.glusterfs", "fuse.ceph", "fuse.ceph-fuse", "ceph"))
+        return {.isCoherent = false, .sizeFollowsRead = true};
+    // Cluster file systems, whose caches follow each other.
+    if (is("gfs2", "ocfs2", "lustre"))
+        return {.locksTravel = !has("localflocks", "localflock")};
+    // A disk of this machine behind a driver that we don't know by its number.
+    if (is("fuseblk", "ntfs3", "hfsplus"))
+        return {};
     // Other user-space and shared-folder file systems (sshfs, 9p, virtiofs, vboxsf, ...) answer locks on this side, or
     // don't tell. Nobody can know who else has the file.
-    return true;
+    return {.isCoherent = false, .locksTravel = false, .asksAtOpen = true};
 }
 
 bool FindMount(std::string_view mountInfo, unsigned deviceMajor, unsigned deviceMinor, std::string_view& fileSystem,

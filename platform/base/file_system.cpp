@@ -3,12 +3,12 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
-
-#include "platform/base/file_mount.h"
 
 namespace jotlet {
 namespace {
@@ -22,15 +22,45 @@ auto Repeated(Call call)
     return result;
 }
 
-FileIdentity IdentityOf(const struct stat& status)
+// Nothing of times, unless somebody wants them: who asks for times makes the next write store a finer one, which costs
+// a journal entry.
+constexpr unsigned kIdentityMask =
+    STATX_TYPE | STATX_MODE | STATX_INO | STATX_SIZE | STATX_NLINK | STATX_UID | STATX_GID;
+
+int Ask(int handle, const char* path, int flags, unsigned mask, FileIdentity& out)
 {
-    FileIdentity identity;
-    identity.device = status.st_dev;
-    identity.inode = status.st_ino;
-    identity.size = status.st_size;
-    identity.mode = status.st_mode & 07777;
-    identity.isRegular = S_ISREG(status.st_mode);
-    return identity;
+    struct statx status {};
+    if (::statx(handle, path, flags, mask, &status) != 0)
+        return -1;
+    out.device = makedev(status.stx_dev_major, status.stx_dev_minor);
+    out.inode = status.stx_ino;
+    out.size = static_cast<std::int64_t>(status.stx_size);
+    out.modified = status.stx_mtime.tv_sec * 1'000'000'000LL + status.stx_mtime.tv_nsec;
+    out.mode = status.stx_mode & 07777u;
+    out.links = status.stx_nlink;
+    out.user = status.stx_uid;
+    out.group = status.stx_gid;
+    out.isRegular = S_ISREG(status.stx_mode);
+    return 0;
+}
+
+// Calls `fill` with room for what it says it needs, until that was enough: it may grow in between.
+template <typename Fill>
+int FillText(std::string& text, Fill fill)
+{
+    for (;;) {
+        const ssize_t wanted = fill(nullptr, 0);
+        if (wanted < 0)
+            return -1;
+        text.resize(static_cast<std::size_t>(wanted));
+        const ssize_t got = wanted > 0 ? fill(text.data(), text.size()) : 0;
+        if (got >= 0) {
+            text.resize(static_cast<std::size_t>(got));
+            return 0;
+        }
+        if (errno != ERANGE)
+            return -1;
+    }
 }
 
 class SystemFiles final : public FileSystem {
@@ -108,26 +138,14 @@ public:
     int Remove(const std::string& path) override { return ::unlink(path.c_str()); }
     std::int64_t Size(int handle) override
     {
-        // Nothing but the size: who asks for times makes the next write store a finer one, which costs a journal entry.
         struct statx status {};
         return ::statx(handle, "", AT_EMPTY_PATH, STATX_SIZE, &status) == 0 ? static_cast<std::int64_t>(status.stx_size)
                                                                             : -1;
     }
-    int Identify(int handle, FileIdentity& out) override
-    {
-        struct stat status {};
-        if (::fstat(handle, &status) != 0)
-            return -1;
-        out = IdentityOf(status);
-        return 0;
-    }
+    int Identify(int handle, FileIdentity& out) override { return Ask(handle, "", AT_EMPTY_PATH, kIdentityMask, out); }
     int IdentifyPath(const std::string& path, FileIdentity& out) override
     {
-        struct stat status {};
-        if (::stat(path.c_str(), &status) != 0)
-            return -1;
-        out = IdentityOf(status);
-        return 0;
+        return Ask(AT_FDCWD, path.c_str(), 0, kIdentityMask, out);
     }
     int Lock(int handle, std::int64_t byte, LockMode mode) override
     {
@@ -138,16 +156,46 @@ public:
         range.l_len = 1;
         return Repeated([&] { return ::fcntl(handle, F_OFD_SETLK, &range); });
     }
-    void CopyOwnership(int from, int to) override
+    int ChangeOwner(int handle, std::uint32_t user, std::uint32_t group) override
     {
-        struct stat status {};
-        if (::fstat(from, &status) != 0)
-            return;
-        // The owner first: a change of owner may take mode bits away.
-        [[maybe_unused]] const int owner = ::fchown(to, status.st_uid, status.st_gid);
-        [[maybe_unused]] const int mode = ::fchmod(to, status.st_mode & 07777);
+        return ::fchown(handle, user, group);
     }
-    bool LocksReachEverybody(int handle) override { return MountSharesLocks(handle); }
+    int ChangeMode(int handle, unsigned mode) override { return ::fchmod(handle, mode); }
+    int GetAttribute(int handle, const std::string& name, std::string& value) override
+    {
+        return FillText(value,
+                        [&](char* out, std::size_t room) { return ::fgetxattr(handle, name.c_str(), out, room); });
+    }
+    int SetAttribute(int handle, const std::string& name, const std::string& value) override
+    {
+        return ::fsetxattr(handle, name.c_str(), value.data(), value.size(), 0);
+    }
+    int RemoveAttribute(int handle, const std::string& name) override { return ::fremovexattr(handle, name.c_str()); }
+    int ListAttributes(int handle, std::vector<std::string>& names) override
+    {
+        std::string list;
+        if (FillText(list, [&](char* out, std::size_t room) { return ::flistxattr(handle, out, room); }) != 0)
+            return -1;
+        for (std::size_t at = 0; at < list.size(); at += names.back().size() + 1)
+            names.emplace_back(list.c_str() + at);
+        return 0;
+    }
+    int IdentifyAtServer(int handle, FileIdentity& out) override
+    {
+        return Ask(handle, "", AT_EMPTY_PATH | AT_STATX_FORCE_SYNC, kIdentityMask | STATX_MTIME, out);
+    }
+    int OpenAgain(int handle, int flags) override
+    {
+        const int access = ::fcntl(handle, F_GETFL) & O_ACCMODE;
+        return Open("/proc/self/fd/" + std::to_string(handle), access | flags, 0);
+    }
+    void ForgetPages(int handle) override
+    {
+        ::posix_fadvise(handle, 0, 0, POSIX_FADV_DONTNEED);
+        // Changes nothing, but a drive's client can't know.
+        ::fallocate(handle, FALLOC_FL_KEEP_SIZE, 0, 1);
+    }
+    Drive DriveUnder(int handle) override { return DriveOf(handle); }
     bool IsLocal(int handle) override { return MountIsLocal(handle); }
 };
 

@@ -9,6 +9,9 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
+
+#include "platform/base/file_mount.h"
 
 namespace jotlet {
 
@@ -17,11 +20,18 @@ struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::int64_t size = 0;
+    std::int64_t modified = 0;  // nanoseconds, by the server's clock; from IdentifyAtServer alone
     unsigned mode = 0;
+    std::uint64_t links = 1;  // names that it has
+    std::uint32_t user = 0;
+    std::uint32_t group = 0;
     bool isRegular = false;
 
     bool SameFile(const FileIdentity& other) const { return device == other.device && inode == other.inode; }
 };
+
+// For ChangeOwner: this one stays.
+inline constexpr std::uint32_t kSameOwner = ~std::uint32_t{0};
 
 enum class LockMode { Shared, Exclusive, Unlock };
 
@@ -51,10 +61,20 @@ public:
     virtual int IdentifyPath(const std::string& path, FileIdentity& out) = 0;  // stat, follows links
     // One byte, without waiting, owned by the open file description (F_OFD_SETLK). EAGAIN: somebody else holds it.
     virtual int Lock(int handle, std::int64_t byte, LockMode mode) = 0;
-    // Gives `to` the mode and, where the user may, the owner of `from`.
-    virtual void CopyOwnership(int from, int to) = 0;
-    // True when a lock that is taken here is seen by every computer that can open the file.
-    virtual bool LocksReachEverybody(int handle) = 0;
+    virtual int ChangeOwner(int handle, std::uint32_t user, std::uint32_t group) = 0;  // fchown
+    virtual int ChangeMode(int handle, unsigned mode) = 0;                             // fchmod
+    // Extended attributes; the access list is one. ENODATA: there is none of the name. ENOTSUP: none here at all.
+    virtual int GetAttribute(int handle, const std::string& name, std::string& value) = 0;
+    virtual int SetAttribute(int handle, const std::string& name, const std::string& value) = 0;
+    virtual int RemoveAttribute(int handle, const std::string& name) = 0;
+    virtual int ListAttributes(int handle, std::vector<std::string>& names) = 0;
+    // fstat, answered by the server and not from what this machine remembers.
+    virtual int IdentifyAtServer(int handle, FileIdentity& out) = 0;
+    // One more opening of the same file with the same access; `flags` are added.
+    virtual int OpenAgain(int handle, int flags) = 0;
+    // Forgets what this machine keeps of the file's bytes, so that the next read asks the server.
+    virtual void ForgetPages(int handle) = 0;
+    virtual Drive DriveUnder(int handle) = 0;
     // True when the file lies on this machine, so that a mapping shows what other processes write.
     virtual bool IsLocal(int handle) = 0;
 };

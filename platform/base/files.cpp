@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
+#include <thread>
 
 #include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
@@ -13,6 +15,9 @@ namespace {
 
 // How often the file may be replaced under our hands before we call it busy.
 constexpr int kMaxReopens = 100;
+// A drive's client may go on naming a replaced file for a second or so.
+constexpr auto kStaleNap = std::chrono::milliseconds(20);
+constexpr int kMaxStale = 75;
 
 FileHandle Fail(FileError* error, FileErrorKind kind, const char* operation, const std::string& path, int systemError)
 {
@@ -50,6 +55,10 @@ FileHandle OpenPresent(const std::string& path, const Opening& opening, LockOutc
             LockForHandleLife(handle.Get(), kPresentByte, opening.sharing == FileSharing::None, opening.patienceMs);
         if (outcome == LockOutcome::Refused)
             return Fail(error, FileErrorKind::Busy, "open", path, 0);
+        if (outcome == LockOutcome::Failed && errno == ESTALE && attempt < kMaxStale) {
+            std::this_thread::sleep_for(kStaleNap);
+            continue;
+        }
         if (outcome == LockOutcome::Failed)
             return FailWithErrno(error, "lock", path);
         FileIdentity named;
@@ -90,7 +99,7 @@ FileHandle FileOpenAlone(const std::string& path, bool& proven, FileError* error
         return kNoFile;
     if (outcome != LockOutcome::Taken)
         return Fail(error, FileErrorKind::Busy, "lock", path, 0);
-    proven = Files().LocksReachEverybody(handle.Get());
+    proven = Files().DriveUnder(handle.Get()).locksTravel;
     return handle.Release();
 }
 

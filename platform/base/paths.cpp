@@ -16,7 +16,7 @@ namespace {
 struct ProgramPlace {
     std::string path;
     std::string folder;
-    bool writable = false;
+    bool portable = false;
 };
 
 std::optional<ProgramPlace> place;
@@ -54,8 +54,7 @@ ProgramPlace PlaceOf(std::string path)
     ProgramPlace found;
     found.folder = FolderOf(path);
     found.path = std::move(path);
-    // What stands under /usr belongs to the packages, also where root could write there.
-    found.writable = !found.folder.starts_with("/usr/") && access(found.folder.c_str(), W_OK | X_OK) == 0;
+    found.portable = FileIsThere(Join(found.folder, "portable")) && access(found.folder.c_str(), W_OK | X_OK) == 0;
     return found;
 }
 
@@ -125,9 +124,14 @@ std::string GetProgramFolder()
     return Place().folder;
 }
 
+bool IsPortable()
+{
+    return Place().portable;
+}
+
 std::string GetDataFolder()
 {
-    if (Place().writable)
+    if (IsPortable())
         return Place().folder;
     std::string folder = Join(UserDataHome(), "Jotlet");
     // A failure shows at the first write into it.
@@ -185,6 +189,17 @@ int GetWorksFilePath(std::string& path, std::string_view fileName)
 std::string GetHelpFilePath(std::string_view fileName)
 {
     return GetProgramFilePath(Join("Help", fileName));
+}
+
+std::string PathForSettings(const std::string& path)
+{
+    const std::string inside = Join(GetDataFolder(), "");
+    return path.size() > inside.size() && path.starts_with(inside) ? path.substr(inside.size()) : path;
+}
+
+std::string PathFromSettings(const std::string& stored)
+{
+    return stored.empty() || stored.front() == '/' ? stored : GetDataFilePath(stored);
 }
 
 std::string GetBareFileName(std::string_view path)

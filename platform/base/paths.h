@@ -1,10 +1,9 @@
 // Where the program's files lie.
 //
 // Two folders matter. The program folder holds the executable and what ships beside it (Styles, Help, sounds, the
-// settings file). The data folder takes everything that is written: it is the program folder itself where that can be
-// written to, and $XDG_DATA_HOME/Jotlet (else ~/.local/share/Jotlet) where it cannot, as after an installation by a
-// package (a program under /usr never writes there, not even as root). Reading looks in the data folder first and falls
-// back on the program folder.
+// settings file); a build or an update may replace anything there. The data folder takes everything that is written:
+// $XDG_DATA_HOME/Jotlet (else ~/.local/share/Jotlet), or the program folder where a file named "portable" lies beside
+// the program. Reading looks in the data folder first and falls back on the program folder.
 //
 // Paths are UTF-8 with '/', folders without a trailing one.
 // Nothing here changes the current folder of the process: a path that the user gave on the command line stays right.
@@ -24,6 +23,8 @@ const std::string& GetProgramPath();
 void SetProgramPath(std::string path);
 
 std::string GetProgramFolder();
+// True with a file named "portable" beside the program, in a folder that can be written to.
+bool IsPortable();
 // Made on demand, with mode 0700, where it isn't the program folder.
 std::string GetDataFolder();
 
@@ -45,6 +46,11 @@ int GetWorksFolder(std::string& path);
 int GetWorksFilePath(std::string& path, std::string_view fileName);
 // `<program folder>/Help/<fileName>`, or the one in the data folder if it is there.
 std::string GetHelpFilePath(std::string_view fileName);
+
+// How settings name a file: from the data folder where it lies in there, so that a data folder that is moved or copied
+// uses its own files; else by its full path. And back.
+std::string PathForSettings(const std::string& path);
+std::string PathFromSettings(const std::string& stored);
 
 // What stands behind the last '/'; the whole text when there is none.
 std::string GetBareFileName(std::string_view path);

@@ -4,11 +4,11 @@
 //           name and a value are dropped, and then one pair of equal quotes ('...' or "...") round the value. Lines
 //           that begin with ';' and lines without '=' are carried along and never read. Line ends may be LF, CR LF or
 //           CR.
-// Writing:  one key at a time. All other lines stay byte for byte as they are. The file is replaced in one step
-// (written
-//           beside, synced, renamed) under a lock, so that two copies never lose each other's keys and a reader never
-//           sees half a file. A new file has mode 0600, since it may hold a password; an old one keeps its mode, except
-//           that a file with a "password" key never stays readable for others.
+// Writing:  one key, or some of one section. All other lines stay byte for byte as they are. The file is replaced in
+//           one step (written beside, synced, renamed) under a lock, so that two copies never lose each other's keys
+//           and a reader never sees half a file or half of what is written together. A new file has mode 0600, since it
+//           may hold a password; an old one keeps its mode, except that a file with a "password" key never stays
+//           readable for others.
 // Errors:   nothing throws. A file that is missing, unreadable or larger than kMaxProfileBytes reads as one with all
 //           keys missing; a write to one that exists but cannot be read fails and leaves it as it was.
 // Threads:  one.
@@ -38,6 +38,11 @@ std::string WithProfileValue(std::string_view text, std::string_view section, st
 // regular file, larger than kMaxProfileBytes or cannot be read.
 std::optional<std::string> ReadProfileFile(const std::string& path);
 
+struct ProfileEntry {
+    std::string_view key;
+    std::string value;
+};
+
 // The path of a settings file, and of one to fall back on. Holds nothing else: every read looks at the file anew.
 class IniFile {
 public:
@@ -61,6 +66,8 @@ public:
     // 1 when the value is in the file, 0 when the file could not be written.
     int IniWriteText(std::string_view section, std::string_view key, std::string_view value) const;
     int IniWriteInt(std::string_view section, std::string_view key, int value) const;
+    // All of them in one step: another copy that writes the same keys never mixes its values with these.
+    int IniWriteTexts(std::string_view section, std::span<const ProfileEntry> entries) const;
 
 private:
     std::string path;

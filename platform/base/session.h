@@ -2,7 +2,8 @@
 //
 // Both live in a folder that only this user can enter: $XDG_RUNTIME_DIR/pinwell, or /tmp/pinwell-<user id> where there
 // is no such directory. A folder of that name that belongs to somebody else, is a link, or lets others in is not used:
-// every operation then fails. Locks and sockets go with their process, whatever kills it.
+// this process then has a folder of its own in /tmp until it ends, and meets no other copy. Locks and sockets go with
+// their process, whatever kills it.
 //
 // Threads: one. Errors: by result; nothing throws.
 #pragma once
@@ -15,8 +16,10 @@
 
 namespace jotlet {
 
-// The folder told above, made when missing; empty when there is none that can be trusted.
+// The folder told above, made when missing; empty when not even one of this process alone can be made.
 std::string SessionFolder();
+// False when the folder is this process's own, so that copies don't know of each other.
+bool IsSessionShared();
 
 enum class GuardResult {
     Taken,   // this object now holds the name
@@ -43,6 +46,7 @@ private:
 // Codes of BroadcastToCopies.
 inline constexpr std::uint32_t kBroadcastSettingsChanged = 100;
 inline constexpr std::uint32_t kBroadcastSkinChanged = 101;
+inline constexpr std::uint32_t kBroadcastComeUp = 102;  // a second start: whoever holds the guard shows its window
 
 struct BroadcastMessage {
     std::uint32_t code = 0;
@@ -74,6 +78,11 @@ private:
     std::string path;
     Handler handler;
 };
+
+// The desktop's permission to come to the front, which it gave to the start that found another copy running: kept in
+// the session folder until that copy takes it. Empty when there is none, as on most desktops.
+void LeaveActivationToken();
+std::string TakeActivationToken();
 
 // Sends to the receiver of every running copy, this one included, without ever blocking; sockets of dead copies are
 // swept. A copy whose queue is full misses the message. 1: sent, to nobody perhaps; 0: there is no session folder.

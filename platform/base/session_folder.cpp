@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 
 #include "platform/base/session.h"
 
@@ -20,9 +21,30 @@ bool IsPrivateFolder(const std::string& path)
            (info.st_mode & 077) == 0;
 }
 
-}  // namespace
+// For a process that finds no folder to meet others in.
+class OwnFolder {
+public:
+    OwnFolder() : path("/tmp/pinwell-" + std::to_string(geteuid()) + "-XXXXXX"), owner(getpid())
+    {
+        if (!mkdtemp(path.data()))
+            path.clear();
+    }
+    ~OwnFolder()
+    {
+        std::error_code ignored;
+        if (!path.empty() && owner == getpid())
+            std::filesystem::remove_all(path, ignored);
+    }
+    OwnFolder(const OwnFolder&) = delete;
+    OwnFolder& operator=(const OwnFolder&) = delete;
 
-std::string SessionFolder()
+    std::string path;
+
+private:
+    pid_t owner;
+};
+
+std::string SharedFolder()
 {
     if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime != nullptr && runtime[0] == '/') {
         // Under sudo the variable may still name another user's directory, where a folder of ours would shut them out.
@@ -33,6 +55,22 @@ std::string SessionFolder()
     }
     std::string folder = "/tmp/pinwell-" + std::to_string(geteuid());
     return IsPrivateFolder(folder) ? folder : std::string();
+}
+
+}  // namespace
+
+std::string SessionFolder()
+{
+    std::string folder = SharedFolder();
+    if (!folder.empty())
+        return folder;
+    static const OwnFolder own;
+    return own.path;
+}
+
+bool IsSessionShared()
+{
+    return !SharedFolder().empty();
 }
 
 }  // namespace jotlet

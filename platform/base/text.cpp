@@ -56,9 +56,15 @@ constexpr std::array<char16_t, 32> kWindows1252High = {0x20AC, 0xFFFD, 0x201A, 0
                                                        0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
 
+// For bytes from 0x80 on.
+char32_t OfWindows1252(unsigned char byte)
+{
+    return byte >= 0xA0 ? byte : kWindows1252High[byte - 0x80];
+}
+
 void AppendWindows1252(std::string& out, unsigned char byte)
 {
-    const unsigned code = byte >= 0xA0 ? byte : kWindows1252High[byte - 0x80];
+    const char32_t code = OfWindows1252(byte);
     if (code < 0x800) {
         out += static_cast<char>(0xC0 | (code >> 6));
     } else {
@@ -123,6 +129,19 @@ bool IsValidUtf8(std::string_view text)
         text.remove_prefix(length);
     }
     return true;
+}
+
+std::size_t FirstCharacter(std::string_view text, char32_t& point)
+{
+    const std::size_t length = SequenceLength(text);
+    if (length <= 1) {
+        point = length == 1 ? Byte(text[0]) : OfWindows1252(Byte(text[0]));
+        return 1;
+    }
+    point = Byte(text[0]) & (0x7F >> length);
+    for (std::size_t i = 1; i < length; ++i)
+        point = point << 6 | (Byte(text[i]) & 0x3F);
+    return length;
 }
 
 std::string DecodeForDisplay(std::string_view text)

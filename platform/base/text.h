@@ -24,6 +24,9 @@ std::string_view CutText(std::string_view text, std::size_t maxBytes);
 // Whole, shortest-form UTF-8 sequences up to U+10FFFF without surrogates.
 bool IsValidUtf8(std::string_view text);
 
+// The character with which `text`, which isn't empty, begins on the screen. The number of bytes that it takes.
+std::size_t FirstCharacter(std::string_view text, char32_t& point);
+
 // Valid UTF-8 for the screen: valid sequences as they are, every other byte as Windows-1252.
 std::string DecodeForDisplay(std::string_view text);
 

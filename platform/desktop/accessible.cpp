@@ -1,10 +1,17 @@
 #include "platform/desktop/accessible.h"
 
+#include <QApplication>
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
 #include "platform/desktop/qt/accessible_native.h"
 #include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/held_messages.h"
+#include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/mouse_router.h"
 #include "platform/desktop/qt/window_registry.h"
-#include "platform/desktop/test_input.h"
 
 namespace jotlet {
 
@@ -19,13 +26,42 @@ QAccessibleInterface* MakeInterface(const QString&, QObject* object)
     return nullptr;
 }
 
+// The press comes over the bus and is answered at once; what it starts, maybe a menu, runs from the queue.
+void PressLater(NativeWidget* window, const Rect& area, int sysCommand)
+{
+    const QPointer<NativeWidget> target(window);
+    const Point middle{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+    const auto press = [target, middle, sysCommand] {
+        if (!target || !target->Alive() || !target->isEnabled() || IsBlockedByModal(*target) || MessagesHeld())
+            return;
+        const HandlerScope scope;
+        if (sysCommand != 0) {
+            target->Deliver(kWmSysCommand, sysCommand, 0);
+            return;
+        }
+        const MessageParam where = MakeParam(middle.x, middle.y);
+        target->Deliver(kWmLButtonDown, kMouseLeft, where);
+        if (target)
+            target->Deliver(kWmLButtonUp, 0, where);
+    };
+    QMetaObject::invokeMethod(window, press, Qt::QueuedConnection);
+}
+
+void Tell(QAccessibleInterface& about, QAccessible::Event what)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(&about, what);
+    QAccessible::updateAccessibility(&event);
+}
+
+}  // namespace
+
 NativeAccessible* InterfaceOf(WindowHandle window)
 {
     NativeWidget* native = NativeOf(window);
     return native ? dynamic_cast<NativeAccessible*>(QAccessible::queryAccessibleInterface(native)) : nullptr;
 }
-
-}  // namespace
 
 void InstallAccessibility()
 {
@@ -77,6 +113,8 @@ QRect PartAccessible::rect() const
 
 QString PartAccessible::text(QAccessible::Text kind) const
 {
+    if (kind == QAccessible::Description)
+        return ShownText(part.detail);
     return kind == QAccessible::Name ? ShownText(part.name) : QString();
 }
 
@@ -112,8 +150,7 @@ void PartAccessible::doAction(const QString& name)
 {
     if (!isValid() || !part.enabled || name != QAccessibleActionInterface::pressAction())
         return;
-    const Rect& area = part.bounds;
-    TestClick(window->Handle(), {(area.left + area.right) / 2, (area.top + area.bottom) / 2});
+    PressLater(window, part.bounds, part.sysCommand);
 }
 
 NativeAccessible::NativeAccessible(NativeWidget* window) : QAccessibleWidget(window) {}
@@ -129,20 +166,40 @@ void NativeAccessible::Refresh() const
     if (age.isValid() && age.elapsed() < kFreshMs)
         return;
     age.start();
-    description = {};
+    AccessibleDescription told;
     if (Window()->Alive())
-        Window()->Deliver(kWmDescribe, 0, reinterpret_cast<MessageParam>(&description));
-    while (parts.size() > description.parts.size()) {
+        Window()->Deliver(kWmDescribe, 0, reinterpret_cast<MessageParam>(&told));
+    std::swap(description, told);
+    TakeParts(description.parts);
+    auto& self = const_cast<NativeAccessible&>(*this);
+    if (!told.name.empty() && told.name != description.name)
+        Tell(self, QAccessible::NameChanged);
+    if (told.value && description.value && told.value->now != description.value->now && QAccessible::isActive()) {
+        QAccessibleValueChangeEvent changed(&self, description.value->now);
+        QAccessible::updateAccessibility(&changed);
+    }
+}
+
+void NativeAccessible::TakeParts(const std::vector<AccessiblePart>& told) const
+{
+    while (parts.size() > told.size()) {
         QAccessible::deleteAccessibleInterface(parts.back()->id);
         parts.pop_back();
     }
-    while (parts.size() < description.parts.size()) {
-        auto* part = std::make_unique<PartAccessible>(Window()).release();  // the cache owns it
-        part->id = QAccessible::registerAccessibleInterface(part);
-        parts.push_back(part);
+    for (std::size_t i = 0; i < told.size(); ++i) {
+        if (i == parts.size()) {
+            auto* part = std::make_unique<PartAccessible>(Window()).release();  // the cache owns it
+            part->id = QAccessible::registerAccessibleInterface(part);
+            part->part = told[i];
+            parts.push_back(part);
+            continue;
+        }
+        const AccessiblePart old = std::exchange(parts[i]->part, told[i]);
+        if (old.name != told[i].name)
+            Tell(*parts[i], QAccessible::NameChanged);
+        if (old.detail != told[i].detail)
+            Tell(*parts[i], QAccessible::DescriptionChanged);
     }
-    for (std::size_t i = 0; i < parts.size(); ++i)
-        parts[i]->part = description.parts[i];
 }
 
 const std::vector<PartAccessible*>& NativeAccessible::Parts() const
@@ -156,6 +213,8 @@ QString NativeAccessible::text(QAccessible::Text kind) const
     Refresh();
     if (kind == QAccessible::Name && !description.name.empty())
         return ShownText(description.name);
+    if (kind == QAccessible::Description && !description.hint.empty())
+        return ShownText(description.hint);
     return QAccessibleWidget::text(kind);
 }
 
@@ -204,6 +263,66 @@ int NativeAccessible::indexOfChild(const QAccessibleInterface* child) const
     return inner < 0 ? -1 : inner + static_cast<int>(all.size());
 }
 
+bool NativeAccessible::HasFocusedPart() const
+{
+    const auto& all = Parts();
+    return std::any_of(all.begin(), all.end(), [](const PartAccessible* part) { return part->part.focused; });
+}
+
+QAccessible::State NativeAccessible::state() const
+{
+    QAccessible::State state = QAccessibleWidget::state();
+    if (widget()->hasFocus()) {
+        state.focusable = true;
+        state.focused = !HasFocusedPart();
+    }
+    return state;
+}
+
+void* NativeAccessible::interface_cast(QAccessible::InterfaceType type)
+{
+    if (type == QAccessible::ValueInterface) {
+        Refresh();
+        return description.value ? static_cast<QAccessibleValueInterface*>(this) : nullptr;
+    }
+    return QAccessibleWidget::interface_cast(type);
+}
+
+QStringList NativeAccessible::actionNames() const
+{
+    Refresh();
+    QStringList names = QAccessibleWidget::actionNames();
+    if ((description.role == AccessibleRole::Button || description.press) && widget()->isEnabled())
+        names.prepend(pressAction());
+    return names;
+}
+
+void NativeAccessible::doAction(const QString& name)
+{
+    if (name != pressAction() || !actionNames().contains(name)) {
+        QAccessibleWidget::doAction(name);
+        return;
+    }
+    const Rect whole = FromQt(Window()->ClientArea());
+    PressLater(Window(), description.press.value_or(Rect{0, 0, whole.Width(), whole.Height()}), 0);
+}
+
+QVariant NativeAccessible::currentValue() const
+{
+    Refresh();
+    return description.value.value_or(AccessibleValue{}).now;
+}
+
+QVariant NativeAccessible::maximumValue() const
+{
+    return description.value.value_or(AccessibleValue{}).most;
+}
+
+QVariant NativeAccessible::minimumValue() const
+{
+    return description.value.value_or(AccessibleValue{}).least;
+}
+
 QAccessibleInterface* NativeAccessible::focusChild() const
 {
     if (widget()->hasFocus()) {
@@ -211,8 +330,21 @@ QAccessibleInterface* NativeAccessible::focusChild() const
             if (part->part.focused)
                 return part;
         }
+        return const_cast<NativeAccessible*>(this);
     }
-    return QAccessibleWidget::focusChild();
+    QWidget* focused = QApplication::focusWidget();
+    if (!focused || !widget()->isAncestorOf(focused))
+        return nullptr;
+    QAccessibleInterface* inner = QAccessible::queryAccessibleInterface(focused);
+    QAccessibleInterface* part = inner ? inner->focusChild() : nullptr;
+    return part ? part : inner;
+}
+
+void NativeAccessible::setCurrentValue(const QVariant& value)
+{
+    double wanted = value.toDouble();
+    if (std::isfinite(wanted) && widget()->isEnabled() && !IsBlockedByModal(*widget()))
+        Window()->Deliver(kWmSetValue, 0, reinterpret_cast<MessageParam>(&wanted));
 }
 
 void AccessibleChanged(WindowHandle window)
@@ -222,55 +354,24 @@ void AccessibleChanged(WindowHandle window)
     NativeAccessible* interface = InterfaceOf(window);
     if (!interface)
         return;
+    const int before = interface->childCount();
     interface->Forget();
-    QAccessibleEvent changed(interface->object(), QAccessible::ObjectReorder);
-    QAccessible::updateAccessibility(&changed);
-    if (QAccessibleInterface* focused = interface->focusChild()) {
-        QAccessibleEvent moved(focused, QAccessible::Focus);
-        QAccessible::updateAccessibility(&moved);
-    }
+    if (interface->childCount() != before)
+        Tell(*interface, QAccessible::ObjectReorder);
+    if (interface->widget()->hasFocus())
+        Tell(*interface->focusChild(), QAccessible::Focus);
 }
 
-AccessibleDescription ReadAsScreenReader(WindowHandle window)
+void TellFocus(NativeWidget& window)
 {
-    AccessibleDescription heard;
-    NativeAccessible* interface = InterfaceOf(window);
-    if (!interface)
-        return heard;
-    interface->Forget();
-    heard.name = ToUtf8(interface->text(QAccessible::Name));
-    constexpr AccessibleRole kRoles[] = {AccessibleRole::Pane,    AccessibleRole::List,     AccessibleRole::ListItem,
-                                         AccessibleRole::ToolBar, AccessibleRole::Button,   AccessibleRole::Tab,
-                                         AccessibleRole::TabList, AccessibleRole::Calendar, AccessibleRole::Day,
-                                         AccessibleRole::Text,    AccessibleRole::Slider,   AccessibleRole::Picture};
-    const auto known = [&](QAccessible::Role role) {
-        for (const AccessibleRole one : kRoles) {
-            if (RoleOf(one) == role)
-                return one;
-        }
-        return AccessibleRole::None;
+    if (!QAccessible::isActive())
+        return;
+    const QPointer<NativeWidget> target(&window);
+    const auto tell = [target] {
+        if (target && target->Alive() && target->hasFocus())
+            AccessibleChanged(target->Handle());
     };
-    heard.role = known(interface->role());
-    const Point origin = ClientToScreen(window, {});
-    for (int i = 0; i < interface->childCount(); ++i) {
-        const auto* part = dynamic_cast<PartAccessible*>(interface->child(i));
-        if (!part)
-            continue;
-        const QAccessible::State state = part->state();
-        heard.parts.push_back({known(part->role()), ToUtf8(part->text(QAccessible::Name)),
-                               FromQt(part->rect()).Moved(-origin.x, -origin.y), state.selected != 0,
-                               state.focused != 0, state.disabled == 0});
-    }
-    return heard;
-}
-
-bool PressAsScreenReader(WindowHandle window, std::size_t part)
-{
-    const NativeAccessible* interface = InterfaceOf(window);
-    if (!interface || part >= interface->Parts().size())
-        return false;
-    interface->Parts()[part]->doAction(QAccessibleActionInterface::pressAction());
-    return true;
+    QMetaObject::invokeMethod(&window, tell, Qt::QueuedConnection);
 }
 
 }  // namespace jotlet

@@ -8,8 +8,12 @@
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPixmap>
+#include <QPixmapCache>
+#include <QRawFont>
 #include <QStyleFactory>
 #include <QTimer>
+#include <cstdio>
+#include <cstdlib>
 #include <optional>
 
 #include "platform/desktop/qt/accessible_native.h"
@@ -105,9 +109,26 @@ QPalette LightPalette()
 
 QtMessageHandler printMessage = nullptr;
 
+bool connecting = false;
+
+// One line in place of the toolkit's many and its core dump.
+[[noreturn]] void EndWithoutDisplay()
+{
+    std::fputs(
+        "jotlet: No display can be used. Start it in a desktop session, or check DISPLAY or WAYLAND_DISPLAY; without a "
+        "desktop, use jotctl.\n",
+        stderr);
+    std::fflush(stderr);
+    std::_Exit(1);
+}
+
 // What a display or a computer without a sound server cannot do is skipped; the user need not hear of each time.
 void LeaveOutSkips(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
+    if (connecting && type == QtFatalMsg)
+        EndWithoutDisplay();
+    if (connecting && QLatin1String(context.category).startsWith(QLatin1String("qt.qpa")))
+        return;
     for (const char* skipped : {"This plugin does not support", "PulseAudioService:"}) {
         if (text.startsWith(QLatin1String(skipped)))
             return;
@@ -178,14 +199,25 @@ Application::Application(int argc, char** argv)
     QApplication::setDesktopSettingsAware(true);
     {
         const NoBusLaunch whileConnecting;
+        connecting = true;
         data = std::make_unique<Data>(argc, argv);
+        connecting = false;
     }
+    // Names of fonts are listed even where none is installed; only a real one has tables.
+    if (QRawFont::fromFont(QApplication::font()).fontTable("head").isEmpty())
+        std::fputs(
+            "jotlet: No font is installed, so no text can be shown. Install one, such as the package "
+            "fonts-dejavu-core.\n",
+            stderr);
     QApplication::setApplicationName(QStringLiteral("Jotlet"));
     QGuiApplication::setDesktopFileName(QStringLiteral("jotlet"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setPalette(LightPalette());
     QApplication::setFont(MakeQtFont({"MS Sans Serif", -11}));
     QApplication::setWindowIcon(ProgramIcon());
+    // The style keeps pictures of buttons for each dialog that was ever open; few of them are needed twice.
+    constexpr int kPictureCacheKilobytes = 512;
+    QPixmapCache::setCacheLimit(kPictureCacheKilobytes);
     InstallAccessibility();
     data->application.installEventFilter(&data->keys);
     loop = {};
@@ -214,6 +246,7 @@ int Application::Run(WindowHandle target, std::span<const Accelerator> accelerat
     const int code = loop.code;
     loop = outer;
     loop.quit = false;
+    FinishLeaving();
     return code;
 }
 
@@ -230,6 +263,8 @@ void QuitLoop(int code)
             LeaveAllModals();
             if (loop.running)
                 loop.running->quit();
+            else
+                FinishLeaving();
         },
         Qt::QueuedConnection);
 }
@@ -269,14 +304,16 @@ bool ServeUntil(const std::function<bool()>& done, std::chrono::milliseconds lim
     return true;
 }
 
-void ServeUntilButtonReleased()
+bool ServeUntilButtonReleased()
 {
     if (!LeftButtonDown())
-        return;
+        return true;
     WaitForRelease(true);
-    while (!ReleaseSeen() && !loop.quit && LeftButtonDown())
+    while (WaitingForRelease() && !loop.quit)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    const bool released = ReleaseSeen();
     WaitForRelease(false);
+    return released;
 }
 
 }  // namespace jotlet

@@ -12,7 +12,7 @@
 namespace jotlet {
 
 // One a process, made before the first window and alive to its end. Without a display it says so on standard error and
-// ends the process with code 1, as the platform's toolkit does.
+// ends the process with code 1; without a font it says there what to install.
 class Application {
 public:
     Application(int argc, char** argv);
@@ -38,12 +38,12 @@ bool ServeEvents();
 // Serves events until `done` holds or the time is over; sleeps while nothing waits. The result is done()'s.
 bool ServeUntil(const std::function<bool()>& done, std::chrono::milliseconds limit);
 
-// Nested loop for a held caption button: takes events until the left mouse button is released or the loop is told to
-// quit.
-void ServeUntilButtonReleased();
+// Nested loop for a held caption button: takes events until the left mouse button is released. False when the loop was
+// told to quit meanwhile or something else took the mouse: the button is not pressed then.
+bool ServeUntilButtonReleased();
 
 // A modal run: `owner`'s top-level window takes no input until EndModal(window) was called with a result, which it
-// returns.
+// returns. 0 when the window dies first or the loop is told to quit. Whoever held the mouse loses it (kWmCaptureLost).
 int RunModal(WindowHandle window, WindowHandle owner);
 void EndModal(WindowHandle window, int result);
 int ModalDepth();

@@ -71,7 +71,7 @@ Bitmap Bitmap::FromResource(int id)
     return FromResource(std::to_string(id));
 }
 
-Bitmap Bitmap::FromFile(std::string_view path)
+Bitmap Bitmap::FromFile(std::string_view path, int& pixelsLeft)
 {
     Bitmap bitmap;
     QImageReader reader(QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size())));
@@ -79,11 +79,13 @@ Bitmap Bitmap::FromFile(std::string_view path)
     const QByteArray format = reader.format();
     const QSize size = reader.size();
     if ((format != "bmp" && format != "png") || size.isEmpty() || size.width() > kGreatestSide ||
-        size.height() > kGreatestSide)
+        size.height() > kGreatestSide || size.width() * size.height() > pixelsLeft)
         return bitmap;
     const QImage image = reader.read();
-    if (!image.isNull())
-        bitmap.data = std::make_unique<Data>(Data{image.convertToFormat(QImage::Format_ARGB32_Premultiplied), 1});
+    if (image.isNull())
+        return bitmap;
+    pixelsLeft -= image.width() * image.height();
+    bitmap.data = std::make_unique<Data>(Data{image.convertToFormat(QImage::Format_ARGB32_Premultiplied), 1});
     return bitmap;
 }
 

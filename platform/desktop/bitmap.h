@@ -1,7 +1,7 @@
 // Pictures: bitmaps from the program's resources or from files, and icons. No handle outlives its object.
 //
-// A picture has logical pixels; one that was made at twice the size ("@2x") shows sharp on a screen of scale 2, any
-// other is doubled pixel by pixel.
+// A picture has logical pixels; one that was made at twice the size ("@2x") shows sharp on a screen of scale 2 and is
+// fitted smoothly to scales between, any other is enlarged pixel by pixel.
 #pragma once
 
 #include <memory>
@@ -25,8 +25,10 @@ public:
     // A picture of the program: "tbar1.bmp", or "2011" for a numbered one. None when there is no such picture.
     static Bitmap FromResource(std::string_view name);
     static Bitmap FromResource(int id);
-    // A BMP (or PNG) file; none when it cannot be read. Files with sides over 4096 pixels are refused.
-    static Bitmap FromFile(std::string_view path);
+    // A BMP (or PNG) file; none when it cannot be read. Files with sides over 4096 pixels are refused, and those of
+    // more than `pixelsLeft` pixels; what is read is taken off it. So a small file never asks for much memory, and many
+    // together don't either.
+    static Bitmap FromFile(std::string_view path, int& pixelsLeft);
 
     bool IsNone() const;
     explicit operator bool() const { return !IsNone(); }

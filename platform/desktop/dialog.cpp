@@ -14,6 +14,12 @@ namespace {
 constexpr std::uint32_t kDialogWithCaption = 0x00C00000;
 constexpr std::uint32_t kDialogBare = 0;
 
+std::uint32_t StyleOf(const DialogTemplate& dialogTemplate)
+{
+    return (dialogTemplate.style & kDialogNoCaption ? kDialogBare : kDialogWithCaption) |
+           (dialogTemplate.style & kDialogPicker ? kStylePicker : 0);
+}
+
 const WindowClass& DialogClass()
 {
     static const WindowClass dialogClass{kClassSaveBits, nullptr, CursorId::Arrow, Background::ButtonFace, 0, "Dialog"};
@@ -48,12 +54,11 @@ WindowHandle CreateDialogWindow(const DialogTemplate& dialogTemplate, WindowHand
         return 0;
     const HandlerScope scope;
     QWidget* ownerWidget = WidgetOf(owner);
-    const bool caption = !(dialogTemplate.style & kDialogNoCaption);
     const WindowHandle handle = NewHandle();
-    auto* dialog = std::make_unique<NativeWidget>(handle, DialogClass(), caption ? kDialogWithCaption : kDialogBare,
-                                                  NativeWidget::Kind::Dialog,
-                                                  ownerWidget ? ownerWidget->window() : nullptr)
-                       .release();  // the registry and the owner's window own it from here on
+    auto* dialog =
+        std::make_unique<NativeWidget>(handle, DialogClass(), StyleOf(dialogTemplate), NativeWidget::Kind::Dialog,
+                                       ownerWidget ? ownerWidget->window() : nullptr)
+            .release();  // the registry and the owner's window own it from here on
     dialog->procedure = procedure;
     dialog->userWord = userWord;
     dialog->setFont(MakeQtFont({"MS Sans Serif", -11}));

@@ -50,6 +50,8 @@ void RemoveRow(WindowHandle dialog, int id, int index);
 void ClearRows(WindowHandle dialog, int id);
 int RowCount(WindowHandle dialog, int id);
 std::string RowText(WindowHandle dialog, int id, int index);
+// What a screen reader says for a row that is drawn by the dialog and has no text.
+void NameRow(WindowHandle dialog, int id, int index, std::string_view name);
 void SetRowText(WindowHandle dialog, int id, int index, std::string_view text);
 std::intptr_t RowData(WindowHandle dialog, int id, int index);
 int SelectedRow(WindowHandle dialog, int id);

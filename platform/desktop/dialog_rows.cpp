@@ -140,6 +140,13 @@ void SetRowText(WindowHandle dialog, int id, int index, std::string_view text)
     FillRow(*RowsOf(*entry), index, text);
 }
 
+void NameRow(WindowHandle dialog, int id, int index, std::string_view name)
+{
+    const WindowEntry* entry = FindItem(dialog, id);
+    if (entry && IndexOf(dialog, id, index).isValid())
+        RowsOf(*entry)->setData(IndexOf(dialog, id, index), ShownLines(name), Qt::DisplayRole);
+}
+
 std::intptr_t RowData(WindowHandle dialog, int id, int index)
 {
     return static_cast<std::intptr_t>(IndexOf(dialog, id, index).data(kRowDataRole).toLongLong());

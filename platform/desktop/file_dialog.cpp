@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/window_registry.h"
 
 namespace jotlet {
@@ -46,7 +47,10 @@ QString StartFolder(const std::string& folder)
 
 std::optional<std::string> ChosenPath(QFileDialog& dialog)
 {
+    if (LeavingModals())
+        return std::nullopt;
     const HandlerScope scope;
+    const ForeignRun run;
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     const QByteArray path = QFile::encodeName(dialog.selectedFiles().first());

@@ -8,6 +8,7 @@
 
 #include "platform/desktop/native_window.h"
 #include "platform/desktop/qt/held_messages.h"
+#include "platform/desktop/qt/window_registry.h"
 
 namespace jotlet {
 
@@ -17,7 +18,11 @@ constexpr int kExposeTries = 30;
 constexpr unsigned long kExposePauseMs = 2;
 
 bool held = false;
-std::vector<WndMessage> kept;
+struct HeldMessage {
+    WndMessage message;
+    NativeWidget::Posted kind;
+};
+std::vector<HeldMessage> kept;
 
 // A window shown just now waits for the display to say that it stands.
 bool SomethingWaitsForTheDisplay()
@@ -43,9 +48,9 @@ bool MessagesHeld()
     return held;
 }
 
-void HoldMessage(const WndMessage& message)
+void HoldMessage(const WndMessage& message, NativeWidget::Posted kind)
 {
-    kept.push_back(message);
+    kept.push_back({message, kind});
 }
 
 void FlushToScreen()
@@ -59,9 +64,11 @@ void FlushToScreen()
         ServeDisplay();
     }
     held = false;
-    const std::vector<WndMessage> back = std::exchange(kept, {});
-    for (const WndMessage& one : back)
-        PostTo(one.window, one.message, one.wParam, one.lParam);
+    const std::vector<HeldMessage> back = std::exchange(kept, {});
+    for (const HeldMessage& one : back) {
+        if (NativeWidget* native = NativeOf(one.message.window))
+            native->PostMessage(one.message, one.kind);
+    }
 }
 
 }  // namespace jotlet

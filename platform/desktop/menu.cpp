@@ -7,6 +7,7 @@
 
 #include "platform/desktop/application.h"
 #include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/window_registry.h"
 
 namespace jotlet {
@@ -42,12 +43,12 @@ QAction* AddEntry(QMenu& menu, const MenuEntry& entry)
 
 void TrackPopupMenu(WindowHandle owner, const std::vector<MenuEntry>& entries, Point screen, MenuButton choosing)
 {
-    if (entries.empty() || !qApp)
+    if (entries.empty() || !qApp || LeavingModals())
         return;
     if (pendingAnswer) {
         const auto index = pendingAnswer(entries);
         if (index && *index < entries.size() && !entries[*index].text.empty() && !entries[*index].greyed)
-            PostTo(owner, kWmCommand, entries[*index].command, 0);
+            PostRequest(owner, kWmCommand, entries[*index].command, 0);
         return;
     }
     const HandlerScope scope;
@@ -59,10 +60,14 @@ void TrackPopupMenu(WindowHandle owner, const std::vector<MenuEntry>& entries, P
     std::vector<QAction*> actions;
     for (const MenuEntry& entry : entries)
         actions.push_back(AddEntry(menu, entry));
-    const QAction* chosen = menu.exec(ToQt(screen));
+    const QAction* chosen = nullptr;
+    {
+        const ForeignRun run(ForeignRun::Kind::Menu);
+        chosen = menu.exec(ToQt(screen));
+    }
     for (std::size_t i = 0; chosen && i < actions.size(); ++i) {
         if (actions[i] == chosen)
-            PostTo(owner, kWmCommand, entries[i].command, 0);
+            PostRequest(owner, kWmCommand, entries[i].command, 0);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <QMessageBox>
 
 #include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/window_registry.h"
 
 namespace jotlet {
@@ -28,7 +29,7 @@ QMessageBox::Icon IconOf(BoxIcon icon)
 
 Answer Refusal(BoxButtons buttons)
 {
-    return buttons == BoxButtons::YesNo ? Answer::No : Answer::Ok;
+    return buttons == BoxButtons::Ok ? Answer::Ok : Answer::No;
 }
 
 }  // namespace
@@ -43,11 +44,13 @@ Answer ShowBox(WindowHandle owner, std::string_view text, std::string_view capti
         innermost->answers.pop_front();
         return answer;
     }
-    if (!qApp)
+    if (!qApp || LeavingModals())
         return Refusal(buttons);
     const HandlerScope scope;
-    QWidget* parent = WidgetOf(owner);
-    QMessageBox box(parent ? parent->window() : nullptr);
+    const ForeignRun run;
+    // A box that belongs to nobody stands over the window that the user has before him.
+    const QWidget* parent = WidgetOf(owner);
+    QMessageBox box(parent ? parent->window() : QApplication::activeWindow());
     box.setWindowTitle(ShownText(caption));
     box.setTextFormat(Qt::PlainText);
     box.setText(ShownLines(text));
@@ -57,6 +60,12 @@ Answer ShowBox(WindowHandle owner, std::string_view text, std::string_view capti
         box.setDefaultButton(QMessageBox::Yes);
         box.setEscapeButton(QMessageBox::No);
         return box.exec() == QMessageBox::Yes ? Answer::Yes : Answer::No;
+    }
+    if (buttons == BoxButtons::CancelOk) {
+        box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        box.setDefaultButton(QMessageBox::Cancel);
+        box.setEscapeButton(QMessageBox::Cancel);
+        return box.exec() == QMessageBox::Ok ? Answer::Ok : Answer::No;
     }
     box.setStandardButtons(QMessageBox::Ok);
     box.exec();

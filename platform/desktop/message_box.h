@@ -11,7 +11,7 @@
 namespace jotlet {
 
 enum class BoxIcon { None, Information, Question, Warning };
-enum class BoxButtons { Ok, YesNo };
+enum class BoxButtons { Ok, YesNo, CancelOk };  // CancelOk: Cancel is the default and counts as No
 enum class Answer { Ok, Yes, No };
 
 // Runs a modal box over `owner`. Closing it without a choice counts as No (or Ok).

@@ -62,6 +62,7 @@ enum Message : std::uint32_t {
     kWmDrawItem = 43,
     kWmMeasureItem = 44,
     kWmDescribe = 61,  // lParam: AccessibleDescription* to fill (platform/desktop/accessible.h)
+    kWmSetValue = 62,  // lParam: const double*, what a reader sets a slider to (AccessibleValue)
     kWmNcHitTest = 132,
     kWmNcPaint = 133,
     kWmNcActivate = 134,
@@ -92,6 +93,7 @@ enum Message : std::uint32_t {
     kWmRButtonDown = 516,
     kWmRButtonUp = 517,
     kWmMouseWheel = 522,
+    kWmCaptureLost = 533,  // the mouse that was captured or pressed here is somebody else's now; no release follows
     kWmQueryNewPalette = 783,
     kWmPaletteChanged = 785,
     kWmCreated = 4000,  // posted once to each new window

@@ -2,27 +2,34 @@
 #include "platform/desktop/qt/modal.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QEventLoop>
+#include <QPointer>
+#include <algorithm>
 #include <deque>
 #include <vector>
 
 #include "platform/desktop/application.h"
+#include "platform/desktop/qt/mouse_router.h"
 #include "platform/desktop/qt/window_registry.h"
 #include "platform/desktop/test_input.h"
 
 namespace jotlet {
 
-namespace {
-
 struct ModalRun {
-    WindowHandle window = 0;
+    enum class Kind { Own, Box, Menu };
+    Kind kind = Kind::Own;
+    WindowHandle window = 0;  // of our own runs
     QEventLoop* events = nullptr;
     bool ended = false;
     int result = 0;
 };
 
+namespace {
+
 std::vector<ModalRun*> runs;
 std::deque<std::function<void(WindowHandle)>> waiting;
+bool leaving = false;
 
 bool LiesIn(const QWidget* widget, const QWidget* ancestor)
 {
@@ -43,37 +50,96 @@ void ServeWaiting(WindowHandle window)
         act(window);
 }
 
+bool LetsThrough(const ModalRun& run, const QWidget& widget)
+{
+    const QWidget* modal = WidgetOf(run.window);
+    return run.kind == ModalRun::Kind::Own && (!modal || LiesIn(&widget, modal));
+}
+
+// The platform's own ones, also those that a chooser has opened itself.
+void RejectBoxes()
+{
+    while (QWidget* menu = QApplication::activePopupWidget()) {
+        if (!menu->close())
+            break;
+    }
+    std::vector<QPointer<QDialog>> boxes;
+    const QWidgetList tops = QApplication::topLevelWidgets();
+    for (QWidget* top : tops) {
+        if (auto* box = qobject_cast<QDialog*>(top); box && box->isVisible())
+            boxes.emplace_back(box);
+    }
+    for (const QPointer<QDialog>& box : boxes) {
+        if (box)
+            box->reject();
+    }
+}
+
 }  // namespace
 
 bool IsBlockedByModal(const QWidget& widget)
 {
-    const QWidget* modal = runs.empty() ? nullptr : WidgetOf(runs.back()->window);
-    if (modal)
-        return !LiesIn(&widget, modal);
-    return false;
+    // A menu takes what is its own; what it leaves is for the window below it.
+    const auto run =
+        std::find_if(runs.rbegin(), runs.rend(), [](const ModalRun* one) { return one->kind != ModalRun::Kind::Menu; });
+    return run != runs.rend() && !LetsThrough(**run, widget);
+}
+
+bool DropsRequests(const QWidget& widget)
+{
+    return !runs.empty() && !LetsThrough(*runs.back(), widget);
+}
+
+ForeignRun::ForeignRun(Kind kind) : run(std::make_unique<ModalRun>())
+{
+    CancelMouse();
+    run->kind = kind == Kind::Menu ? ModalRun::Kind::Menu : ModalRun::Kind::Box;
+    runs.push_back(run.get());
+}
+
+ForeignRun::~ForeignRun()
+{
+    std::erase(runs, run.get());
 }
 
 void LeaveAllModals()
 {
+    leaving = true;
     for (ModalRun* run : runs) {
         run->ended = true;
-        run->events->quit();
+        if (run->events)
+            run->events->quit();
     }
+    RejectBoxes();
+}
+
+void FinishLeaving()
+{
+    leaving = false;
+}
+
+bool LeavingModals()
+{
+    return leaving;
 }
 
 int RunModal(WindowHandle window, WindowHandle owner)
 {
+    CancelMouse();
     QWidget* widget = WidgetOf(window);
-    if (!widget)
+    if (!widget || leaving)
         return 0;
     QEventLoop events;
-    ModalRun run{window, &events};
+    ModalRun run{ModalRun::Kind::Own, window, &events};
     runs.push_back(&run);
+    const LoopScope loop;
     // A destroyed window ends its run.
     QObject watcher;
     QObject::connect(widget, &QObject::destroyed, &watcher, [&] { events.quit(); });
     const WindowHandle focusBefore = FocusedWindow();
-    widget->setWindowModality(Qt::ApplicationModal);
+    // A popup has all input anyway, some of it by way of its owner.
+    if (widget->windowType() != Qt::Popup)
+        widget->setWindowModality(Qt::ApplicationModal);
     ShowNative(window, true);
     QMetaObject::invokeMethod(
         &watcher, [window] { ServeWaiting(window); }, Qt::QueuedConnection);

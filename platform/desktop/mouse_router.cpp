@@ -27,16 +27,20 @@ constexpr int kDragDistance = 3;
 
 struct MouseState {
     WindowHandle capture = 0;
+    WindowHandle pressed = 0;  // where the left button went down
     bool leftDown = false;
     bool waiting = false;
     bool released = false;
+    bool outside = false;  // of all our windows, as far as the desktop told
     Tracking tracking;
     std::optional<QRect> fence;
     std::optional<QPoint> pretendedCursor;
-    std::optional<Qt::KeyboardModifiers> pretendedKeys;
+    Qt::KeyboardModifiers keys;
 };
 
 MouseState mouse;
+
+constexpr Point kFarAway{-1'000'000, -1'000'000};
 
 bool Synthetic(const QMouseEvent& event)
 {
@@ -163,8 +167,12 @@ void RouteMouse(NativeWidget& receiver, const QMouseEvent& event, MouseKind kind
     const HandlerScope scope;
     if (!Synthetic(event))
         mouse.pretendedCursor.reset();
-    if (event.button() == Qt::LeftButton)
+    mouse.outside = false;
+    NoteKeys(event.modifiers());
+    if (event.button() == Qt::LeftButton) {
         mouse.leftDown = kind != MouseKind::Release;
+        mouse.pressed = 0;
+    }
     QPoint screen = event.globalPosition().toPoint();
     if (ServeTracking(event, kind))
         return;
@@ -177,6 +185,8 @@ void RouteMouse(NativeWidget& receiver, const QMouseEvent& event, MouseKind kind
     if (!target || !target->Alive() || !target->isEnabled() || IsBlockedByModal(*target))
         return;
     const bool captured = mouse.capture != 0;
+    if (event.button() == Qt::LeftButton && mouse.leftDown)
+        mouse.pressed = target->Handle();
     const QPoint local =
         target == &receiver && !mouse.fence ? event.position().toPoint() : target->mapFromGlobal(screen);
     int hit = kHitClient;
@@ -193,12 +203,36 @@ void RouteMouse(NativeWidget& receiver, const QMouseEvent& event, MouseKind kind
         target->Deliver(message, MouseFlags(event.buttons(), event.modifiers()), PointParam(target->ToClient(local)));
 }
 
+void NoteMouseCrossing(bool outside)
+{
+    mouse.outside = outside;
+}
+
 void ForgetMouse(WindowHandle window)
 {
     if (mouse.capture == window)
         ReleaseMouse();
     if (mouse.tracking.frame == window)
         mouse.tracking = {};
+}
+
+void CancelMouse()
+{
+    const WindowHandle holder = mouse.capture;
+    const WindowHandle pressed = mouse.pressed;
+    mouse.tracking = {};
+    mouse.waiting = false;
+    mouse.leftDown = false;
+    mouse.pressed = 0;
+    ReleaseMouse();
+    SendTo(holder, kWmCaptureLost, 0, 0);
+    if (pressed != holder)
+        SendTo(pressed, kWmCaptureLost, 0, 0);
+}
+
+void NoteKeys(Qt::KeyboardModifiers keys)
+{
+    mouse.keys = keys;
 }
 
 void CaptureMouse(WindowHandle window)
@@ -237,6 +271,11 @@ void WaitForRelease(bool waiting)
     mouse.released = false;
 }
 
+bool WaitingForRelease()
+{
+    return mouse.waiting;
+}
+
 bool ReleaseSeen()
 {
     return mouse.released;
@@ -252,17 +291,14 @@ void PretendCursor(const QPoint& screen)
     mouse.pretendedCursor = screen;
 }
 
-void PretendKeys(Qt::KeyboardModifiers keys, bool active)
-{
-    if (active)
-        mouse.pretendedKeys = keys;
-    else
-        mouse.pretendedKeys.reset();
-}
-
 Point CursorPosition()
 {
-    return FromQt(mouse.pretendedCursor.value_or(QCursor::pos()));
+    if (mouse.pretendedCursor)
+        return FromQt(*mouse.pretendedCursor);
+    // Such a desktop tells no place outside our windows; the last one inside would stay for ever.
+    if (mouse.outside && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return kFarAway;
+    return FromQt(QCursor::pos());
 }
 
 void SetCursorPosition(Point screen)
@@ -283,14 +319,13 @@ void ClipCursorTo(const Rect* screen)
 
 bool IsKeyDown(VirtualKey key)
 {
-    const Qt::KeyboardModifiers keys = mouse.pretendedKeys.value_or(QGuiApplication::queryKeyboardModifiers());
     switch (key) {
         case kKeyControl:
-            return keys & Qt::ControlModifier;
+            return mouse.keys & Qt::ControlModifier;
         case kKeyShift:
-            return keys & Qt::ShiftModifier;
+            return mouse.keys & Qt::ShiftModifier;
         case kKeyAlt:
-            return keys & Qt::AltModifier;
+            return mouse.keys & Qt::AltModifier;
         default:
             return false;
     }

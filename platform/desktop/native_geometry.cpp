@@ -2,6 +2,9 @@
 #include <QMoveEvent>
 #include <QResizeEvent>
 
+#include <QGuiApplication>
+#include <QScreen>
+
 #include "platform/desktop/qt/native_widget.h"
 #include "platform/desktop/qt/window_registry.h"
 
@@ -11,16 +14,54 @@ namespace {
 
 constexpr int kGreatestSide = QWIDGETSIZE_MAX;
 
-// The decoration that a window manager put round a dialog; nothing before it is shown and for our own frames.
-QMargins Decoration(const QWidget& widget)
+// What the window manager put round the dialog shown last: the next one is likely to get the same.
+QMargins usualDecoration;
+
+QPoint MiddleOf(const QMargins& margins)
 {
-    const QRect outer = widget.frameGeometry();
-    const QRect inner = widget.geometry();
-    return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
-            outer.bottom() - inner.bottom()};
+    return {(margins.left() + margins.right()) / 2, (margins.top() + margins.bottom()) / 2};
 }
 
 }  // namespace
+
+bool NativeWidget::IsDecorated() const
+{
+    return isWindow() && IsDialog() && !(windowFlags() & Qt::FramelessWindowHint);
+}
+
+// What a window manager puts round a dialog; nothing for our own frames.
+QMargins NativeWidget::Decoration() const
+{
+    const QRect outer = frameGeometry();
+    const QRect inner = geometry();
+    const QMargins now{inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+                       outer.bottom() - inner.bottom()};
+    return now.isNull() && !isVisible() && IsDecorated() ? usualDecoration : now;
+}
+
+QRect NativeWidget::Whole() const
+{
+    const QMargins decoration = Decoration();
+    return {pos(), size() + QSize(decoration.left() + decoration.right(), decoration.top() + decoration.bottom())};
+}
+
+// Decorations come when the window stands already. One that was put in the middle of something stays there.
+void NativeWidget::AllowForDecoration()
+{
+    // Elsewhere the position of a window is its own affair or nobody's.
+    if (QGuiApplication::platformName() != QLatin1String("xcb") || !IsDecorated() || !isVisible() ||
+        Decoration().isNull())
+        return;
+    usualDecoration = Decoration();
+    if (!assumedDecoration)
+        return;
+    const QPoint shift = MiddleOf(usualDecoration) - MiddleOf(*assumedDecoration);
+    assumedDecoration.reset();
+    const QPoint corner = screen()->availableGeometry().topLeft();
+    const QPoint place = pos() - shift;
+    if (!shift.isNull())
+        move(qMax(place.x(), corner.x()), qMax(place.y(), corner.y()));
+}
 
 QSize NativeWidget::Limited(QSize whole)
 {
@@ -47,7 +88,9 @@ void NativeWidget::Place(const QRect& bounds)
     if (isWindow()) {
         if (IsFrame())
             ApplyLimits();
-        const QMargins decoration = Decoration(*this);
+        const QMargins decoration = Decoration();
+        if (!isVisible())
+            assumedDecoration = decoration;
         const QSize inner =
             bounds.size() - QSize(decoration.left() + decoration.right(), decoration.top() + decoration.bottom());
         if (IsDialog())
@@ -84,6 +127,7 @@ void NativeWidget::resizeEvent(QResizeEvent*)
 
 void NativeWidget::moveEvent(QMoveEvent*)
 {
+    AllowForDecoration();
     ReportGeometry();
 }
 

@@ -60,14 +60,21 @@ int QtKeyOf(int virtualKey)
 
 bool NativeWidget::HandleDialogKey(const QKeyEvent& event)
 {
-    const auto plain = event.modifiers() & ~Qt::KeypadModifier;
-    if (plain != Qt::NoModifier)
+    const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    const auto held = event.modifiers() & ~Qt::KeypadModifier;
+    // In an edit of many lines Return is a letter; with Ctrl it confirms from everywhere.
+    if (held == Qt::ControlModifier && isReturn) {
+        if (auto* ok = qobject_cast<QAbstractButton*>(WidgetOf(DialogItem(handle, kIdOk))); ok && ok->isVisible())
+            ok->click();
+        return true;
+    }
+    if (held != Qt::NoModifier)
         return false;
     if (event.key() == Qt::Key_Escape) {
         Deliver(kWmCommand, kIdCancel, static_cast<MessageParam>(DialogItem(handle, kIdCancel)));
         return true;
     }
-    if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
+    if (!isReturn)
         return false;
     const QList<QPushButton*> buttons = findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly);
     for (QPushButton* button : buttons) {
@@ -81,13 +88,22 @@ bool NativeWidget::HandleDialogKey(const QKeyEvent& event)
     return true;
 }
 
+void TakeReturnKey(WindowHandle window)
+{
+    if (auto* native = dynamic_cast<NativeWidget*>(WidgetOf(window)))
+        native->takesReturn = true;
+}
+
 void NativeWidget::keyPressEvent(QKeyEvent* event)
 {
     const HandlerScope scope;
     event->accept();
+    NoteKeys(event->modifiers());
     if (!alive || IsBlockedByModal(*this))
         return;
-    if (NativeWidget* dialog = OwnDialog(); dialog && dialog->HandleDialogKey(*event))
+    const bool isOurs = takesReturn && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+                        !(event->modifiers() & ~Qt::KeypadModifier);
+    if (NativeWidget* dialog = OwnDialog(); dialog && !isOurs && dialog->HandleDialogKey(*event))
         return;
     const int key = VirtualKeyOf(*event);
     const bool alt = event->modifiers() & Qt::AltModifier;
@@ -103,6 +119,7 @@ void NativeWidget::keyPressEvent(QKeyEvent* event)
 void NativeWidget::keyReleaseEvent(QKeyEvent* event)
 {
     event->accept();
+    NoteKeys(event->modifiers());
     if (event->isAutoRepeat() || IsBlockedByModal(*this))
         return;
     if (const int key = VirtualKeyOf(*event))

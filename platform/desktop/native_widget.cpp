@@ -2,11 +2,15 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QHelpEvent>
 #include <QTimerEvent>
+#include <QToolTip>
 
 #include "platform/desktop/application.h"
+#include "platform/desktop/qt/accessible_native.h"
 #include "platform/desktop/qt/convert.h"
 #include "platform/desktop/qt/held_messages.h"
+#include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/mouse_router.h"
 #include "platform/desktop/qt/window_registry.h"
 #include "platform/desktop/system_metrics.h"
@@ -17,13 +21,12 @@ namespace {
 
 class MessageEvent final : public QEvent {
 public:
-    MessageEvent(std::uint32_t number, MessageParam w, MessageParam l)
-        : QEvent(static_cast<QEvent::Type>(MessageEventType())), message(number), wParam(w), lParam(l)
+    MessageEvent(const WndMessage& posted, NativeWidget::Posted itsKind)
+        : QEvent(static_cast<QEvent::Type>(MessageEventType())), message(posted), kind(itsKind)
     {
     }
-    const std::uint32_t message;
-    const MessageParam wParam;
-    const MessageParam lParam;
+    const WndMessage message;
+    const NativeWidget::Posted kind;
 };
 
 constexpr std::uint32_t kOverlappedBits = 0x00C00000;  // a title bar: what tells a frame from a bare window
@@ -37,9 +40,12 @@ QMargins MarginOf(std::uint32_t style, bool dialog)
     return style & kStyleBorder ? QMargins(1, 1, 1, 1) : QMargins();
 }
 
-Qt::WindowFlags FlagsOf(std::uint32_t style, bool dialog)
+Qt::WindowFlags FlagsOf(std::uint32_t style, bool dialog, bool owned)
 {
     if (dialog) {
+        // Only as a popup does a window get a place beside its owner there.
+        if ((style & kStylePicker) && owned && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+            return Qt::Popup | Qt::FramelessWindowHint;
         if ((style & kOverlappedBits) != kOverlappedBits)
             return Qt::Dialog | Qt::FramelessWindowHint;
         return Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
@@ -67,12 +73,13 @@ int MessageEventType()
 
 NativeWidget::NativeWidget(WindowHandle newHandle, const WindowClass& itsClass, std::uint32_t itsStyle, Kind itsKind,
                            QWidget* parent)
-    : QWidget(parent, FlagsOf(itsStyle, itsKind == Kind::Dialog)),
+    : QWidget(parent, FlagsOf(itsStyle, itsKind == Kind::Dialog, parent != nullptr)),
       procedure(itsClass.procedure),
       handle(newHandle),
       windowClass(itsClass),
       style(itsStyle),
       kind(itsKind),
+      birthLoop(LoopDepth()),
       margin(MarginOf(itsStyle, itsKind == Kind::Dialog)),
       toldPosition(OriginFor(itsStyle, parent)),
       toldSize(0, 0)
@@ -122,20 +129,20 @@ MessageParam NativeWidget::DialogDefault(std::uint32_t message, MessageParam wPa
     }
 }
 
-void NativeWidget::PostMessage(std::uint32_t message, MessageParam wParam, MessageParam lParam)
+void NativeWidget::PostMessage(const WndMessage& message, Posted itsKind)
 {
-    QCoreApplication::postEvent(this, std::make_unique<MessageEvent>(message, wParam, lParam).release());
+    QCoreApplication::postEvent(this, std::make_unique<MessageEvent>(message, itsKind).release());
 }
 
 bool NativeWidget::event(QEvent* event)
 {
     if (event->type() == MessageEventType()) {
         const auto& posted = static_cast<const MessageEvent&>(*event);
-        if (MessagesHeld()) {
-            HoldMessage({handle, posted.message, posted.wParam, posted.lParam});
-            return true;
-        }
-        Deliver(posted.message, posted.wParam, posted.lParam);
+        const WndMessage& m = posted.message;
+        if (MessagesHeld())
+            HoldMessage(m, posted.kind);
+        else if (posted.kind == Posted::Message || !DropsRequests(*this))
+            Deliver(m.message, m.wParam, m.lParam);
         return true;
     }
     if (!alive)
@@ -157,12 +164,27 @@ bool NativeWidget::event(QEvent* event)
                 return true;
             }
             return QWidget::event(event);
+        case QEvent::ToolTip:
+            ShowTip(static_cast<const QHelpEvent*>(event)->globalPos());
+            return true;
+        case QEvent::Enter:
+        case QEvent::Leave:
+            if (isWindow())
+                NoteMouseCrossing(event->type() == QEvent::Leave);
+            return QWidget::event(event);
         case QEvent::ScreenChangeInternal:
             Invalidate(rect(), true);
             return QWidget::event(event);
         default:
             return QWidget::event(event);
     }
+}
+
+void NativeWidget::ShowTip(const QPoint& screen)
+{
+    AccessibleDescription described;
+    Deliver(kWmDescribe, 0, reinterpret_cast<MessageParam>(&described));
+    QToolTip::showText(screen, ShownText(described.hint), this);
 }
 
 void NativeWidget::closeEvent(QCloseEvent* event)
@@ -213,6 +235,7 @@ void NativeWidget::focusInEvent(QFocusEvent* event)
     // A menu takes the focus only for the platform's toolkit; the window it belongs to keeps it.
     if (event->reason() != Qt::PopupFocusReason)
         Deliver(kWmSetFocus, 0, 0);
+    TellFocus(*this);
 }
 
 void NativeWidget::focusOutEvent(QFocusEvent* event)

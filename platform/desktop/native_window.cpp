@@ -95,7 +95,13 @@ MessageParam SendTo(WindowHandle window, std::uint32_t message, MessageParam wPa
 void PostTo(WindowHandle window, std::uint32_t message, MessageParam wParam, MessageParam lParam)
 {
     if (NativeWidget* native = NativeOf(window))
-        native->PostMessage(message, wParam, lParam);
+        native->PostMessage({window, message, wParam, lParam});
+}
+
+void PostRequest(WindowHandle window, std::uint32_t message, MessageParam wParam, MessageParam lParam)
+{
+    if (NativeWidget* native = NativeOf(window))
+        native->PostMessage({window, message, wParam, lParam}, NativeWidget::Posted::Request);
 }
 
 Rect ClientRect(WindowHandle window)
@@ -113,8 +119,8 @@ Rect WindowRect(WindowHandle window)
     const QWidget* widget = WidgetOf(window);
     if (!widget)
         return {};
-    if (widget->isWindow())
-        return FromQt(widget->frameGeometry());
+    if (const NativeWidget* native = NativeOf(window); native && native->isWindow())
+        return FromQt(native->Whole());
     return FromQt(QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size()));
 }
 

@@ -64,6 +64,10 @@ void* UserWord(WindowHandle window);
 // and is dropped when the window dies first.
 MessageParam SendTo(WindowHandle window, std::uint32_t message, MessageParam wParam, MessageParam lParam);
 void PostTo(WindowHandle window, std::uint32_t message, MessageParam wParam, MessageParam lParam);
+// As PostTo, for a command that the user asked for: it is dropped when its turn comes during a modal run that keeps
+// input from the window. So a second click that a busy program serves late does not run its command inside the first
+// one's dialog.
+void PostRequest(WindowHandle window, std::uint32_t message, MessageParam wParam, MessageParam lParam);
 // What the platform does with a message nobody handled: erases the background, sets the class cursor, closes on
 // kWmClose, moves and sizes on kWmSysCommand, ...
 MessageParam DefaultProcedure(WindowHandle window, std::uint32_t message, MessageParam wParam, MessageParam lParam);
@@ -86,20 +90,26 @@ bool IsVisible(WindowHandle window);
 void EnableNative(WindowHandle window, bool enabled);
 bool IsEnabled(WindowHandle window);
 void BringToForeground(WindowHandle window);
+// The same for a program that was minimised or lies behind others, with the dialogs open over the window. `permission`:
+// what the desktop gave the one who asks for it, empty where there is none.
+void BringProgramToForeground(WindowHandle window, const std::string& permission);
 bool IsForeground(WindowHandle window);  // the active top-level window of the desktop, as far as the display tells
 
 // Focus, capture, mouse.
 void FocusWindow(WindowHandle window);
+// In a dialog Enter goes to this window while it has the focus, instead of to the default button.
+void TakeReturnKey(WindowHandle window);
 WindowHandle FocusedWindow();
 void CaptureMouse(WindowHandle window);
 void ReleaseMouse();
 WindowHandle CapturedWindow();
-Point CursorPosition();                 // on the screen
+// On the screen; far away while a desktop that tells no place outside our windows has the mouse elsewhere.
+Point CursorPosition();
 void SetCursorPosition(Point screen);   // skipped where the display forbids it
 void ClipCursorTo(const Rect* screen);  // nullptr: free again; skipped where the display forbids it
 void ShowCursorNow(bool visible);
 void SetCursorNow(CursorId cursor);  // until the mouse moves onto another window
-bool IsKeyDown(VirtualKey key);      // kKeyControl, kKeyShift, kKeyAlt
+bool IsKeyDown(VirtualKey key);      // kKeyControl, kKeyShift, kKeyAlt: at the key or mouse event served last
 
 // Timers, by id per window; setting one again restarts it. Delivered as kWmTimer with the id in wParam.
 using Milliseconds = std::chrono::milliseconds;

@@ -62,6 +62,15 @@ private:
     PainterContext inner;
 };
 
+// A picture that was made for another scale than the screen's is fitted without losing lines of pixels.
+void DrawFitted(QPainter& painter, const QRect& area, const QImage& image)
+{
+    const bool fits = painter.deviceTransform().mapRect(QRectF(area)).size().toSize() == image.size();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !fits);
+    painter.drawImage(area, image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+}
+
 }  // namespace
 
 PainterContext::PainterContext(QPainter& target, const QRegion& area) : painter(target), base(area) {}
@@ -134,8 +143,14 @@ int PainterContext::FontHeight(const Font& font) const
 
 void PainterContext::DrawBitmap(const Bitmap& bitmap, int x, int y)
 {
-    if (const Bitmap::Data* data = bitmap.GetData())
-        painter.drawImage(QRect(QPoint(x, y), data->LogicalSize()), data->image);
+    const Bitmap::Data* data = bitmap.GetData();
+    if (!data)
+        return;
+    const QRect area(QPoint(x, y), data->LogicalSize());
+    if (data->scale > 1)
+        DrawFitted(painter, area, data->image);
+    else
+        painter.drawImage(area, data->image);
 }
 
 void PainterContext::StretchBitmap(const Bitmap& bitmap, const Rect& area)
@@ -149,7 +164,7 @@ void PainterContext::DrawIcon(int iconId, int x, int y, int size)
     const qreal scale = painter.device()->devicePixelRatio();
     const QImage image = FindIcon(iconId, qRound(size * scale));
     if (!image.isNull())
-        painter.drawImage(QRect(x, y, size, size), image);
+        DrawFitted(painter, QRect(x, y, size, size), image);
 }
 
 void PainterContext::SetClip(const Rect& area)

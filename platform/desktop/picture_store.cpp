@@ -40,7 +40,7 @@ StoredPicture FindPicture(const QString& name)
         bare.chop(4);
     const QString base = QLatin1String(":/pictures/") + bare;
     StoredPicture picture;
-    if (qGuiApp && qGuiApp->devicePixelRatio() >= 2) {
+    if (qGuiApp && qGuiApp->devicePixelRatio() > 1) {
         picture.image = Load(base + QLatin1String("@2x.png"));
         picture.scale = 2;
     }
@@ -55,17 +55,22 @@ StoredPicture FindPicture(const QString& name)
 QImage FindIcon(int iconId, int pixels)
 {
     static QHash<QString, QImage> known;
-    for (const int side : {pixels, 16, 32, 48, 64, 128, 256}) {
-        if (side < pixels)
-            continue;
+    const auto stored = [iconId](int side) {
         const QString path = QStringLiteral(":/pictures/icon_%1_%2.png").arg(iconId).arg(side);
         auto found = known.constFind(path);
         if (found == known.constEnd())
             found = known.insert(path, Load(path));
-        if (!found->isNull())
-            return *found;
+        return *found;
+    };
+    QImage nearest;
+    for (const int side : {12, 16, 24, 32, 36, 48, 64, 128, 256}) {
+        if (const QImage image = stored(side); !image.isNull()) {
+            nearest = image;
+            if (side >= pixels)
+                break;
+        }
     }
-    return pixels > 16 ? FindIcon(iconId, pixels / 2) : QImage();
+    return nearest;
 }
 
 }  // namespace jotlet

@@ -5,7 +5,9 @@
 #include <QPrinter>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QTextOption>
+#include <vector>
 
 namespace {
 
@@ -29,6 +31,46 @@ void PaintEdges(QPainter& painter, const QRectF& page, const QString& name, int 
     painter.drawLine(QPointF(page.left(), ruleY), QPointF(page.right(), ruleY));
 }
 
+// A note of a report begins with its date, its category and its title; these and the first of its text stay together.
+constexpr int kKeptLines = 6;
+
+bool BeginsNote(const QTextBlock& block)
+{
+    return block.text().startsWith(QLatin1String("Date: ")) &&
+           block.next().next().text().startsWith(QLatin1String("Title: "));
+}
+
+// Where each page begins in the text; no line is cut.
+std::vector<qreal> PageTops(const QTextDocument& document, qreal height)
+{
+    std::vector<qreal> tops{0};
+    qreal noteTop = 0;
+    int kept = 0;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const qreal blockTop = document.documentLayout()->blockBoundingRect(block).top();
+        if (BeginsNote(block)) {
+            noteTop = blockTop;
+            kept = kKeptLines;
+        }
+        for (int i = 0; i < block.layout()->lineCount(); ++i, --kept) {
+            const QTextLine line = block.layout()->lineAt(i);
+            const qreal top = blockTop + line.y();
+            if (top + line.height() > tops.back() + height)
+                tops.push_back(kept > 0 && noteTop > tops.back() ? noteTop : top);
+        }
+    }
+    return tops;
+}
+
+// Blank lines at the end would give a page of their own.
+QString WithoutBlankEnd(const QString& text)
+{
+    qsizetype end = text.size();
+    while (end > 0 && text[end - 1].isSpace())
+        --end;
+    return text.left(end);
+}
+
 bool PrintPages(QPrinter& printer, const QString& name, const QString& text)
 {
     QPainter painter;
@@ -47,11 +89,12 @@ bool PrintPages(QPrinter& printer, const QString& name, const QString& text)
     QTextOption wrapping;
     wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document.setDefaultTextOption(wrapping);
-    document.setPlainText(text);
+    document.setPlainText(WithoutBlankEnd(text));
     const qreal edge = QFontMetricsF(font, &printer).height() * 2;
     const QRectF body = page.adjusted(0, edge, 0, -edge);
-    document.setPageSize(body.size());
-    const int count = document.pageCount();
+    document.setTextWidth(body.width());
+    const std::vector<qreal> tops = PageTops(document, body.height());
+    const int count = static_cast<int>(tops.size());
     const int first = qMax(1, printer.fromPage());
     const int last = printer.toPage() > 0 ? qMin(printer.toPage(), count) : count;
     for (int number = first; number <= last; ++number) {
@@ -59,8 +102,10 @@ bool PrintPages(QPrinter& printer, const QString& name, const QString& text)
             return false;
         PaintEdges(painter, page, name, number, count);
         painter.save();
-        painter.translate(body.left(), body.top() - (number - 1) * body.height());
-        const QRectF part(0, (number - 1) * body.height(), body.width(), body.height());
+        const qreal top = tops[static_cast<std::size_t>(number - 1)];
+        const qreal end = number < count ? tops[static_cast<std::size_t>(number)] : top + body.height();
+        painter.translate(body.left(), body.top() - top);
+        const QRectF part(0, top, body.width(), end - top);
         painter.setClipRect(part);
         QAbstractTextDocumentLayout::PaintContext context;
         context.clip = part;

@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include "platform/desktop/qt/convert.h"
+#include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/plugin.h"
 #include "platform/desktop/qt/window_registry.h"
 
@@ -20,7 +21,29 @@ ShellHook& Hook()
     return hook;
 }
 
+bool soundLoaded = false;
+
+QUrl UrlOf(std::string_view pathOrUrl)
+{
+    const QFileInfo info(QFile::decodeName(QByteArray(pathOrUrl.data(), static_cast<qsizetype>(pathOrUrl.size()))));
+    return info.exists() ? QUrl::fromLocalFile(info.absoluteFilePath())
+                         : QUrl::fromUserInput(ShownText(pathOrUrl), QString(), QUrl::DefaultResolution);
+}
+
+bool IsMissing(const QUrl& url)
+{
+    return url.isLocalFile() && !QFileInfo::exists(url.toLocalFile());
+}
+
 }  // namespace
+
+std::string LocalTarget(std::string_view pathOrUrl)
+{
+    const QUrl url = pathOrUrl.empty() ? QUrl() : UrlOf(pathOrUrl);
+    if (!url.isLocalFile() || IsMissing(url))
+        return {};
+    return QFile::encodeName(url.toLocalFile()).toStdString();
+}
 
 bool OpenWithDesktop(std::string_view pathOrUrl)
 {
@@ -30,13 +53,9 @@ bool OpenWithDesktop(std::string_view pathOrUrl)
     }
     if (!qApp || pathOrUrl.empty())
         return false;
-    const QByteArray bytes(pathOrUrl.data(), static_cast<qsizetype>(pathOrUrl.size()));
-    const QString path = QFile::decodeName(bytes);
-    const QFileInfo info(path);
-    const QUrl url = info.exists() ? QUrl::fromLocalFile(info.absoluteFilePath())
-                                   : QUrl::fromUserInput(ShownText(pathOrUrl), QString(), QUrl::DefaultResolution);
+    const QUrl url = UrlOf(pathOrUrl);
     // A file that is not there and cannot be an address is refused here; the opener would only say so later.
-    if (!url.isValid() || (url.isLocalFile() && !info.exists()))
+    if (!url.isValid() || IsMissing(url))
         return false;
     return QDesktopServices::openUrl(url);
 }
@@ -55,7 +74,10 @@ bool PrintText(WindowHandle owner, std::string_view documentName, std::string_vi
         problem = "Printing is not available: its module is missing.";
         return false;
     }
+    if (LeavingModals())
+        return false;
     const HandlerScope scope;
+    const ForeignRun run;
     QWidget* parent = WidgetOf(owner);
     QString reason;
     const bool done = print(parent ? parent->window() : nullptr, ShownText(documentName), ShownLines(text), reason);
@@ -92,6 +114,20 @@ void PlayWave(std::string_view path)
     static const auto play = reinterpret_cast<Play>(FindPluginFunction("jotlet_sound", "JotletPlayWave"));
     if (play)
         play(file);
+    soundLoaded = play != nullptr;
+}
+
+void StopWave()
+{
+    if (Hook()) {
+        Hook()("stop", "");
+        return;
+    }
+    if (!soundLoaded)
+        return;
+    static const auto stop = reinterpret_cast<void (*)()>(FindPluginFunction("jotlet_sound", "JotletStopWave"));
+    if (stop)
+        stop();
 }
 
 ScopedShellHook::ScopedShellHook(ShellHook hook)

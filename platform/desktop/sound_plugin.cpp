@@ -26,10 +26,15 @@ public:
         QMetaObject::invokeMethod(&context, [this, path] { Start(path); });
     }
 
+    void Silence()
+    {
+        QMetaObject::invokeMethod(&context, [this] { effect.reset(); });
+    }
+
     // False when the device hangs; the thread is then left behind.
     bool Stop()
     {
-        QMetaObject::invokeMethod(&context, [this] { effect.reset(); });
+        Silence();
         thread.quit();
         return thread.wait(500);
     }
@@ -67,4 +72,10 @@ extern "C" Q_DECL_EXPORT void JotletPlayWave(const QString& path)
         qAddPostRoutine(StopPlayer);
     }
     player->Play(path);
+}
+
+extern "C" Q_DECL_EXPORT void JotletStopWave()
+{
+    if (player)
+        player->Silence();
 }

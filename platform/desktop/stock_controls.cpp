@@ -82,7 +82,10 @@ MadeControl MakePicture(NativeWidget& dialog, const ControlTemplate& from)
     qreal scale = 1;
     if (from.kind == ControlKind::Icon) {
         scale = dialog.devicePixelRatioF();
-        image = FindIcon(name.toInt(), qRound(kIconSide * scale));
+        const int side = qRound(kIconSide * scale);
+        image = FindIcon(name.toInt(), side);
+        if (!image.isNull() && image.width() != side)
+            image = image.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     } else {
         const StoredPicture picture = FindPicture(name);
         image = picture.image;

@@ -1,8 +1,12 @@
 #include "platform/desktop/qt/stock_edits.h"
 
+#include <QFocusEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QTextBlock>
 #include <QTextBoundaryFinder>
+
+#include "platform/desktop/message_box.h"
 
 namespace jotlet {
 
@@ -15,6 +19,27 @@ int PreviousCharacter(const QString& text, int position)
         return 0;
     return position > 1 && text[position - 1].isLowSurrogate() && text[position - 2].isHighSurrogate() ? position - 2
                                                                                                        : position - 1;
+}
+
+bool IsLineBreak(QChar c)
+{
+    return c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+}
+
+// On one line: a line break, CR LF being one, becomes a blank. The cursor stays behind the same character.
+void MakeOneLine(QString& text, int& cursor)
+{
+    QString line;
+    int newCursor = cursor;
+    for (int i = 0; i < text.size(); ++i) {
+        const bool secondOfBreak = text[i] == u'\n' && i > 0 && text[i - 1] == u'\r';
+        if (text[i].isNull() || secondOfBreak)
+            newCursor -= i < cursor ? 1 : 0;
+        else
+            line += IsLineBreak(text[i]) ? QChar(u' ') : text[i];
+    }
+    text = line;
+    cursor = newCursor;
 }
 
 }  // namespace
@@ -31,6 +56,7 @@ QString LinesOf(const QPlainTextEdit& edit)
         if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator)
             c = u'\n';
     }
+    text.remove(QChar());
     return text;
 }
 
@@ -42,6 +68,7 @@ QValidator::State TextLimit::validate(QString& text, int& cursor) const
         accepted = text;
         return Acceptable;
     }
+    MakeOneLine(text, cursor);
     if (lowerCase)
         text = text.toLower();
     if (bytes > 0 && StoredBytes(text) > bytes && StoredBytes(text) > StoredBytes(accepted)) {
@@ -53,6 +80,7 @@ QValidator::State TextLimit::validate(QString& text, int& cursor) const
             text.remove(from, cursor - from);
             cursor = from;
         }
+        Beep();
         if (StoredBytes(text) > bytes || text == accepted)
             return Invalid;
     }
@@ -89,6 +117,7 @@ void TextArea::Cut(int position, int added)
     }
     if (from == end)
         return;
+    Beep();
     cutting = true;
     // Joined with the typing, so that one undo takes back both.
     QTextCursor cursor(document());
@@ -110,9 +139,53 @@ void TextArea::keyPressEvent(QKeyEvent* event)
     QPlainTextEdit::keyPressEvent(event);
 }
 
+// A clipboard without a text, or one whose owner has gone, offers nothing.
+bool TextArea::canInsertFromMimeData(const QMimeData* source) const
+{
+    return source && source->hasText();
+}
+
+void TextArea::insertFromMimeData(const QMimeData* source)
+{
+    QString text = source ? source->text() : QString();
+    text.remove(QChar());
+    if (text.isEmpty())
+        return;
+    QMimeData plain;
+    plain.setText(text);
+    QPlainTextEdit::insertFromMimeData(&plain);
+}
+
+void PushButton::focusInEvent(QFocusEvent* event)
+{
+    QPushButton::focusInEvent(event);
+    if (isDefault())
+        return;
+    const auto others = parentWidget()->findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QPushButton* other : others) {
+        if (other->isDefault()) {
+            dialogDefault = other;
+            other->setDefault(false);
+        }
+    }
+    if (dialogDefault)
+        setDefault(true);
+}
+
+void PushButton::focusOutEvent(QFocusEvent* event)
+{
+    QPushButton::focusOutEvent(event);
+    if (!dialogDefault)
+        return;
+    setDefault(false);
+    dialogDefault->setDefault(true);
+    dialogDefault.clear();
+}
+
 void PushButton::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
         click();
         return;
     }

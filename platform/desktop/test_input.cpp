@@ -2,14 +2,17 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QWheelEvent>
 
+#include "platform/desktop/qt/accessible_native.h"
 #include "platform/desktop/qt/convert.h"
 #include "platform/desktop/qt/keys.h"
 #include "platform/desktop/qt/modal.h"
@@ -30,19 +33,12 @@ Qt::KeyboardModifiers Modifiers(Keys keys)
     return result;
 }
 
-class PretendedKeys {
-public:
-    explicit PretendedKeys(Keys keys) { PretendKeys(Modifiers(keys), true); }
-    ~PretendedKeys() { PretendKeys({}, false); }
-};
-
 void SendMouse(WindowHandle window, QEvent::Type type, Point client, Qt::MouseButton button, Qt::MouseButtons buttons,
                Keys keys)
 {
     QWidget* widget = WidgetOf(window);
     if (!widget)
         return;
-    const PretendedKeys pretended(keys);
     QPoint local = ToQt(client);
     if (const NativeWidget* native = NativeOf(window))
         local += QPoint(native->Margin().left(), native->Margin().top());
@@ -64,7 +60,6 @@ QWidget* KeyReceiver(WindowHandle window)
 
 void SendKey(WindowHandle window, int key, const QString& text, Keys keys)
 {
-    const PretendedKeys pretended(keys);
     static quint64 time = 1;
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QWidget* widget = KeyReceiver(window);
@@ -165,6 +160,20 @@ void TestType(WindowHandle window, std::string_view utf8)
     }
 }
 
+void TestPaste(WindowHandle window, std::optional<std::string_view> utf8)
+{
+    auto data = std::make_unique<QMimeData>();
+    if (utf8)
+        data->setText(QString::fromUtf8(utf8->data(), static_cast<qsizetype>(utf8->size())));
+    QGuiApplication::clipboard()->setMimeData(data.release());  // which owns it
+    TestKey(window, 'V', {.control = true});
+}
+
+int TestWidgetCount()
+{
+    return static_cast<int>(QApplication::allWidgets().size());
+}
+
 void TestPushItem(WindowHandle dialog, int id)
 {
     const WindowEntry* entry = FindItem(dialog, id);
@@ -184,6 +193,48 @@ void TestPickRow(WindowHandle dialog, int id, int index)
         combo->setCurrentIndex(index);
         emit combo->activated(index);
     }
+}
+
+AccessibleDescription ReadAsScreenReader(WindowHandle window)
+{
+    AccessibleDescription heard;
+    NativeAccessible* interface = InterfaceOf(window);
+    if (!interface)
+        return heard;
+    interface->Forget();
+    heard.name = ToUtf8(interface->text(QAccessible::Name));
+    constexpr AccessibleRole kRoles[] = {AccessibleRole::Pane,    AccessibleRole::List,     AccessibleRole::ListItem,
+                                         AccessibleRole::ToolBar, AccessibleRole::Button,   AccessibleRole::Tab,
+                                         AccessibleRole::TabList, AccessibleRole::Calendar, AccessibleRole::Day,
+                                         AccessibleRole::Text,    AccessibleRole::Slider,   AccessibleRole::Picture};
+    const auto known = [&](QAccessible::Role role) {
+        for (const AccessibleRole one : kRoles) {
+            if (RoleOf(one) == role)
+                return one;
+        }
+        return AccessibleRole::None;
+    };
+    heard.role = known(interface->role());
+    const Point origin = ClientToScreen(window, {});
+    for (int i = 0; i < interface->childCount(); ++i) {
+        const auto* part = dynamic_cast<PartAccessible*>(interface->child(i));
+        if (!part)
+            continue;
+        const QAccessible::State state = part->state();
+        heard.parts.push_back({known(part->role()), ToUtf8(part->text(QAccessible::Name)),
+                               FromQt(part->rect()).Moved(-origin.x, -origin.y), state.selected != 0,
+                               state.focused != 0, state.disabled == 0, ToUtf8(part->text(QAccessible::Description))});
+    }
+    return heard;
+}
+
+bool PressAsScreenReader(WindowHandle window, std::size_t part)
+{
+    const NativeAccessible* interface = InterfaceOf(window);
+    if (!interface || part >= interface->Parts().size())
+        return false;
+    interface->Parts()[part]->doAction(QAccessibleActionInterface::pressAction());
+    return true;
 }
 
 }  // namespace jotlet

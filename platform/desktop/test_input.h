@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string_view>
 
 #include "platform/desktop/accessible.h"
@@ -23,7 +24,9 @@ void TestClick(WindowHandle window, Point client, bool right = false, Keys keys 
 void TestDoubleClick(WindowHandle window, Point client);
 void TestWheel(WindowHandle window, Point client, int delta);
 void TestKey(WindowHandle window, int virtualKey, Keys keys = {});  // press and release
-void TestType(WindowHandle window, std::string_view utf8);          // text, character by character
+// Ctrl+V with this text in the clipboard; nothing: one that offers no format at all.
+void TestPaste(WindowHandle window, std::optional<std::string_view> utf8);
+void TestType(WindowHandle window, std::string_view utf8);  // text, character by character
 // A press of a dialog's button, a pick of a row: what the mouse would do on a stock control.
 void TestPushItem(WindowHandle dialog, int id);
 void TestPickRow(WindowHandle dialog, int id, int index);
@@ -32,6 +35,9 @@ void TestPickRow(WindowHandle dialog, int id, int index);
 // other windows. PressAsScreenReader is its press of a part; false when there is no such part.
 AccessibleDescription ReadAsScreenReader(WindowHandle window);
 bool PressAsScreenReader(WindowHandle window, std::size_t part);
+
+// How many windows and controls the platform's toolkit keeps, dead ones that it has not deleted yet included.
+int TestWidgetCount();
 
 // The modal window on top, 0 when none.
 WindowHandle TopModal();

@@ -1,6 +1,7 @@
 #include "platform/desktop/qt/window_registry.h"
 
 #include <QVariant>
+#include <algorithm>
 #include <map>
 #include <unordered_map>
 
@@ -16,15 +17,24 @@ constexpr char kHandleProperty[] = "jotletHandle";
 struct Tables {
     std::unordered_map<WindowHandle, WindowEntry> windows;
     std::map<std::string, WindowClass, std::less<>> classes;
-    std::vector<QPointer<QWidget>> dead;
+    std::vector<QPointer<NativeWidget>> dead;
     WindowHandle last = 0;
     int depth = 0;
+    std::vector<int> loops{0};  // handlers that ran when each loop was entered
 };
 
 Tables& All()
 {
     static auto& tables = *std::make_unique<Tables>().release();
     return tables;
+}
+
+// No handler of the window can be running.
+bool IsIdle(const NativeWidget& window)
+{
+    const Tables& all = All();
+    const auto loop = static_cast<std::size_t>(window.BirthLoop());
+    return all.depth <= all.loops[std::min(loop, all.loops.size() - 1)];
 }
 
 }  // namespace
@@ -120,14 +130,14 @@ HandlerScope::HandlerScope()
 
 HandlerScope::~HandlerScope()
 {
-    Tables& all = All();
-    if (--all.depth > 0)
-        return;
-    for (const QPointer<QWidget>& widget : all.dead) {
+    --All().depth;
+    std::erase_if(All().dead, [](const QPointer<NativeWidget>& widget) {
+        if (widget && !IsIdle(*widget))
+            return false;
         if (widget)
             widget->deleteLater();
-    }
-    all.dead.clear();
+        return true;
+    });
 }
 
 int HandlerDepth()
@@ -135,12 +145,27 @@ int HandlerDepth()
     return All().depth;
 }
 
-void DeleteWhenIdle(QWidget* widget)
+void DeleteWhenIdle(NativeWidget* widget)
 {
-    if (All().depth > 0)
-        All().dead.emplace_back(widget);
-    else
+    if (IsIdle(*widget))
         widget->deleteLater();
+    else
+        All().dead.emplace_back(widget);
+}
+
+LoopScope::LoopScope()
+{
+    All().loops.push_back(All().depth);
+}
+
+LoopScope::~LoopScope()
+{
+    All().loops.pop_back();
+}
+
+int LoopDepth()
+{
+    return static_cast<int>(All().loops.size()) - 1;
 }
 
 }  // namespace jotlet

@@ -87,6 +87,30 @@ void BringToForeground(WindowHandle window)
         NoteRaised(handle);
 }
 
+void BringProgramToForeground(WindowHandle window, const std::string& permission)
+{
+    QWidget* widget = WidgetOf(window);
+    if (!widget)
+        return;
+    QWidget* top = widget->window();
+    QWidget* modal = QApplication::activeModalWidget();
+    const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    if (wayland && !permission.empty())
+        qputenv("XDG_ACTIVATION_TOKEN", permission.c_str());
+    // There a window cannot bring itself back; one that is shown anew stands in front.
+    else if (wayland && !top->isActiveWindow() && !modal)
+        top->hide();
+    if (top->isMinimized())
+        top->showNormal();
+    else if (!top->isVisible())
+        top->show();
+    BringToForeground(window);
+    if (modal) {
+        modal->raise();
+        modal->activateWindow();
+    }
+}
+
 bool IsForeground(WindowHandle window)
 {
     const QWidget* widget = WidgetOf(window);

@@ -72,7 +72,7 @@ DialogTemplate TimePicker()
             20,
             92,
             199,
-            0,
+            kDialogPicker,
             {
                 {ControlKind::DefaultPush, 1, "ok", 5, 181, 40, 12},
                 {ControlKind::Push, 2, "cancel", 47, 181, 40, 12},
@@ -87,7 +87,7 @@ DialogTemplate DatePicker()
             20,
             92,
             110,
-            0,
+            kDialogPicker,
             {
                 {ControlKind::DefaultPush, 1, "ok", 5, 94, 40, 12},
                 {ControlKind::Push, 2, "cancel", 47, 94, 40, 12},

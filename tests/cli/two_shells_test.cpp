@@ -1,7 +1,6 @@
 // Two shells at work on one file at the same time.
 #include "cli/jotctl_fixture.h"
 
-#include <algorithm>
 #include <fstream>
 #include <set>
 
@@ -64,33 +63,6 @@ TEST_F(TwoShellsTest, EveryNoteThatWasConfirmedIsThereOnceAndNoCountIsLost)
     EXPECT_EQ(info["freeSlots"].get<int>(), info["live"].get<int>() - info["slots"].get<int>());
     // Adds, edits and deletes raise the stamp by 1 each.
     EXPECT_EQ(info["changeStamp"], 10 + 2 * (kRounds + kRounds + kRounds / 5));
-}
-
-TEST_F(TwoShellsTest, OfTwoThatFightForOneNoteEachIsServedOrToldSo)
-{
-    NewFile();
-    const std::string id = Add("0");
-    const std::string script = "i=0; while [ $i -lt " + std::to_string(kRounds) + R"( ]; do
-        i=$((i + 1)); code=0
-        "$jotctl" edit "$file" )" +
-                               id + R"( --title "$name $i" 2>/dev/null || code=$?
-        case $code in 0) echo "$name $i" >>"done-$name";; 5) ;; *) exit 9;; esac
-    done)";
-    {
-        ChildProcess first = Shell(script, "one");
-        ChildProcess second = Shell(script, "two");
-        EXPECT_EQ(first.Wait(), 0);
-        EXPECT_EQ(second.Wait(), 0);
-    }
-    const auto lines = [&](const std::string& name) {
-        const std::string text = Read(Path(name));
-        return std::count(text.begin(), text.end(), '\n');
-    };
-    EXPECT_GT(lines("done-one") + lines("done-two"), 0);
-    EXPECT_EQ(Info()["changeStamp"], 11 + lines("done-one") + lines("done-two"));
-    EXPECT_EQ(Info()["locked"], 0);
-    const std::string title = Titles().at(0);
-    EXPECT_THAT(Read(Path("done-one")) + Read(Path("done-two")), testing::HasSubstr(title + '\n'));
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ class CoreTest : public WindowTest {
 protected:
     CoreTest()
     {
-        SetProgramPath(folder.File("jotlet"));
+        test::UsePortableProgram(folder.Path());
         std::filesystem::create_directory(folder.File("run"));
         std::filesystem::permissions(folder.File("run"), std::filesystem::perms::owner_all);
         SetAnimationEnabled(0);
@@ -46,6 +46,7 @@ protected:
     {
         return GetModuleIniPath().IniReadText("Preference", key).value_or("");
     }
+    std::string DefaultFile() const { return PathFromSettings(Setting("DefaulFile")); }
     std::string SuiteSetting(std::string_view key) const
     {
         return GetSuiteIniPath().IniReadText("Preference", key).value_or("");

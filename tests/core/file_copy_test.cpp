@@ -1,5 +1,7 @@
 // Save As, without its dialog.
 #include "core/file_copy.h"
+#include <sys/stat.h>
+
 #include "core_fixture.h"
 #include "platform/base/file_system.h"
 #include "store/open_table.h"
@@ -59,11 +61,31 @@ TEST_F(FileCopyTest, TheCopyHoldsTheNotesWithoutCountersAndLocksOfTheOpenFile)
     file.UnlockRecord(all.Results()[1]);
 }
 
-TEST_F(FileCopyTest, ItReplacesAFileThatNobodyHas)
+TEST_F(FileCopyTest, APrivateFilesCopyIsPrivateAndAReplacedFileKeepsItsModeAndIsHeldMeanwhile)
 {
-    test::WriteAll(target, "something else");
-    EXPECT_EQ(Copy(), CopyOutcome::Done);
-    EXPECT_EQ(CountsOf(target).live, 4);
+    struct Asking : ProgressDisplay {
+        explicit Asking(std::string path) : path(std::move(path)) {}
+        void Open(const std::string&, int) override {}
+        void Step() override { busy |= FileIsBusy(path) == 1; }
+        void Close() override {}
+        void ShowText(const std::string&) override {}
+        std::string path;
+        bool busy = false;
+    } asking(target);
+    ASSERT_EQ(chmod(source.c_str(), 0600), 0);
+    for (const unsigned mode : {0600u, 0664u}) {
+        if (mode != 0600) {
+            test::WriteAll(target, "something else");
+            ASSERT_EQ(chmod(target.c_str(), mode), 0);
+            asking.busy = false;
+        }
+        EXPECT_EQ(CopyTable(file, target, &asking, &error), CopyOutcome::Done);
+        EXPECT_TRUE(asking.busy);
+        EXPECT_EQ(CountsOf(target).live, 4);
+        FileIdentity made;
+        ASSERT_EQ(Files().IdentifyPath(target, made), 0);
+        EXPECT_EQ(made.mode, mode);
+    }
 }
 
 TEST_F(FileCopyTest, OntoItselfByAnyNameIsRefused)

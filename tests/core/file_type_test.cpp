@@ -1,7 +1,10 @@
 // How the program makes itself known to the desktop.
 #include "core/file_type.h"
 
+#include <sys/wait.h>
+
 #include "core_fixture.h"
+#include "platform/base/start_program.h"
 
 namespace jotlet {
 namespace {
@@ -68,6 +71,15 @@ TEST_F(FileTypeTest, TheDesktopsOwnToolsAcceptTheFiles)
         GTEST_SKIP() << "update-mime-database is not installed";
     EXPECT_EQ(std::system(("update-mime-database '" + folder.File("data/mime") + "' 2>/dev/null").c_str()), 0);
     EXPECT_THAT(test::ReadAll(folder.File("data/mime/globs")), HasSubstr("application/x-jotlet-notes:*.jot"));
+}
+
+TEST_F(FileTypeTest, AProgramThatWasStartedLeavesNoDeadProcess)
+{
+    EXPECT_FALSE(StartProgram({"no-such-program-anywhere"}));
+    ASSERT_TRUE(StartProgram({"true"}));
+    siginfo_t info;
+    EXPECT_TRUE(
+        ServeUntil([&] { return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) < 0; }, std::chrono::seconds(5)));
 }
 
 }  // namespace

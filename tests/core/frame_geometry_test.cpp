@@ -55,9 +55,13 @@ TEST(FrameGeometryTest, MaximiseTogglesBetweenTwoSizesAndStaysOnTheDesktop)
              Case{"sized by hand", Rect::At(100, 100, 500, 500), Rect::At(100, 100, 560, 580)},
              Case{"wide alone is not large", Rect::At(0, 0, 560, 430), Rect::At(0, 0, 560, 580)},
              Case{"moved left and up as far as needed", Rect::At(800, 300, 420, 430), Rect::At(720, 220, 560, 580)},
+             Case{"moved right and down onto it", Rect::At(-50, -60, 420, 430), Rect::At(0, 0, 560, 580)},
+             Case{"nearly large at a fractional scale", Rect::At(9, 9, 559, 581), Rect::At(9, 9, 420, 430)},
          }) {
         EXPECT_EQ(ToggledFrame(c.now, desktop), c.then) << c.what;
     }
+    EXPECT_EQ(ToggledFrame(Rect::At(20, 40, 420, 430), {0, 30, 500, 500}), Rect::At(0, 30, 560, 580))
+        << "a desktop that is smaller";
 }
 
 }  // namespace

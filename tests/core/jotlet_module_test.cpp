@@ -1,18 +1,29 @@
 // The document's life through the whole program: start, New, Open, Save As, passwords, and what happens when a file
 // cannot be used.
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 #include "core/new_file_dialog.h"
 #include "core/password_dialogs.h"
 #include "core/start_file.h"
 #include "module_fixture.h"
 #include "platform/base/file_system.h"
+#include "platform/base/process_identity.h"
+#include "platform/base/text.h"
+#include "store/copies.h"
+#include "support/child_process.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class StartTest : public ModuleTest {
 protected:
@@ -41,7 +52,7 @@ TEST_F(StartTest, TheFirstRunMakesItsFileWithTheExamples)
     const std::string path = folder.File("Works/jotlet.jot");
     EXPECT_EQ(OpenPath(), path);
     EXPECT_EQ(Title(), "Jotlet : jotlet.jot");
-    EXPECT_EQ(Setting("DefaulFile"), path);
+    EXPECT_EQ(DefaultFile(), path);
     EXPECT_EQ(Setting("RecordExample"), "1");
     EXPECT_EQ(LiveNotes(path), 4);
     EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
@@ -59,7 +70,7 @@ TEST_F(StartTest, AFileOfTheCommandLineDoesNotBecomeTheDefault)
     StoreDefaultFile(mine);
     Start(other);
     EXPECT_EQ(OpenPath(), other);
-    EXPECT_EQ(Setting("DefaulFile"), mine);
+    EXPECT_EQ(DefaultFile(), mine);
 }
 
 TEST_F(StartTest, WithoutAFileTheUserMakesOneOrTheProgramEnds)
@@ -73,7 +84,7 @@ TEST_F(StartTest, WithoutAFileTheUserMakesOneOrTheProgramEnds)
     WhenModal([](WindowHandle d) { TypeName(d, "fresh"); });
     Start();
     EXPECT_EQ(OpenPath(), folder.File("Works/fresh.jot"));
-    EXPECT_EQ(Setting("DefaulFile"), folder.File("Works/fresh.jot"));
+    EXPECT_EQ(DefaultFile(), folder.File("Works/fresh.jot"));
 }
 
 TEST_F(StartTest, AWrongPasswordAtTheStartIsToldAndANewFileOffered)
@@ -129,7 +140,7 @@ TEST_F(ReplaceTest, NewReplacesTheOpenFileAndCancelDoesNot)
     EXPECT_EQ(Title(), "Jotlet : empty.txt.jot");
     EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 0);
     EXPECT_EQ(OpenCount(first), 0u);
-    EXPECT_EQ(Setting("DefaulFile"), folder.File("Works/empty.txt.jot"));
+    EXPECT_EQ(DefaultFile(), folder.File("Works/empty.txt.jot"));
 }
 
 TEST_F(ReplaceTest, OpenShowsTheOtherFileWithItsFirstNoteSelected)
@@ -139,7 +150,7 @@ TEST_F(ReplaceTest, OpenShowsTheOtherFileWithItsFirstNoteSelected)
     Command(kCmdOpenFile);
     EXPECT_EQ(OpenPath(), other);
     EXPECT_EQ(Title(), "Jotlet : other notes \xC3\xA9.jot");
-    EXPECT_EQ(Setting("DefaulFile"), other);
+    EXPECT_EQ(DefaultFile(), other);
     EXPECT_EQ(module->GetWorkPane().GetList().GetSelected(), 0);
     EXPECT_EQ(FocusedWindow(), module->GetWorkPane().GetList().Grid().window);
 }
@@ -157,7 +168,7 @@ TEST_F(ReplaceTest, WhatCannotBeOpenedLeavesTheOpenFileAsItIs)
                                          HasSubstr("Incorrect password")));
     EXPECT_EQ(OpenPath(), first);
     EXPECT_EQ(Title(), "Jotlet : jotlet.jot");
-    EXPECT_EQ(Setting("DefaulFile"), first);
+    EXPECT_EQ(DefaultFile(), first);
     EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
 }
 
@@ -176,7 +187,7 @@ TEST_F(ReplaceTest, SaveAsGoesOnWithTheOldFile)
     Command(kCmdSaveAs);
     EXPECT_EQ(OpenPath(), first);
     EXPECT_EQ(Title(), "Jotlet : jotlet.jot");
-    EXPECT_EQ(Setting("DefaulFile"), first);
+    EXPECT_EQ(DefaultFile(), first);
     EXPECT_EQ(LiveNotes(folder.File("copy.jot")), 4);
 }
 
@@ -202,6 +213,7 @@ TEST_F(ReplaceTest, WhateverCallFailsNewGivesAWholeFileOrLeavesTheOpenOne)
         const std::string name = "n" + std::to_string(failAt);
         const std::string path = folder.File("Works/" + name + ".jot");
         const std::string before = OpenPath();
+        const std::string defaultBefore = DefaultFile();
         test::FailingFileSystem failing;
         failing.failAt = failAt;
         failing.andAllBehind = true;
@@ -218,7 +230,7 @@ TEST_F(ReplaceTest, WhateverCallFailsNewGivesAWholeFileOrLeavesTheOpenOne)
         succeeded = failing.changes < failAt;
         ASSERT_TRUE(OpenPath() == path || OpenPath() == before);
         EXPECT_EQ(module->GetNoteFile()->GetRole(), Role::Owner) << "the open file is usable";
-        EXPECT_EQ(Setting("DefaulFile"), OpenPath());
+        EXPECT_THAT(DefaultFile(), testing::AnyOf(OpenPath(), defaultBefore)) << "the settings' disk fails too";
         EXPECT_EQ(Title(), "Jotlet : " + OpenPath().substr(OpenPath().rfind('/') + 1));
         if (OpenPath() == before) {
             EXPECT_FALSE(boxes.texts.empty()) << "the user was told";
@@ -229,6 +241,174 @@ TEST_F(ReplaceTest, WhateverCallFailsNewGivesAWholeFileOrLeavesTheOpenOne)
         boxes.texts.clear();
     }
     EXPECT_TRUE(succeeded) << "the last round had no failure";
+}
+
+TEST_F(ReplaceTest, AFileThatAnotherProgramReplacesIsToldAndOpenedAnew)
+{
+    const std::string backup = MakeNotes("backup.jot");
+    TableFile(backup, "").DeleteRecord(kFirstRecordOffset);
+    const auto tick = [&] {
+        module->GetWorkPane().GetList().RefreshNow();
+        ServeEvents();
+    };
+    std::filesystem::rename(first, folder.File("Works/kept"));
+    tick();
+    tick();
+    EXPECT_THAT(boxes.texts, ElementsAre(HasSubstr("removed or renamed"))) << "once";
+    EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
+    std::filesystem::rename(backup, first);
+    tick();
+    EXPECT_THAT(boxes.texts, ElementsAre(HasSubstr("removed or renamed"), HasSubstr("replaced")));
+    EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 3);
+    EXPECT_TRUE(module->GetNoteFile()->PathStillNamesThisFile());
+    tick();
+    EXPECT_EQ(boxes.texts.size(), 2u);
+}
+
+TEST_F(ReplaceTest, TheMenuTellsWhoHasTheFileAndWhichNoteHeEdits)
+{
+    Command(kCmdWhoHasFile);
+    ASSERT_THAT(boxes.texts, ElementsAre(HasSubstr("Nobody else has \"jotlet.jot\" open.")));
+    NoteRecord note{};
+    ASSERT_EQ(module->GetNoteFile()->ReadRecord(BytesOf(note), kFirstRecordOffset), 1);
+    const std::string title(FieldText(note.title));
+    test::Signal edits;
+    test::Signal enough;
+    test::ChildProcess other([&] {
+        TableFile file(first, "");
+        return file.EnterListOfCopies() && file.LockRecord(kFirstRecordOffset) == 1 && edits.Give() && enough.Await()
+                   ? 0
+                   : 1;
+    });
+    ASSERT_TRUE(edits.Await());
+    Command(kCmdWhoHasFile);
+    EXPECT_THAT(boxes.texts[1], AllOf(HasSubstr("open in 2 windows"), HasSubstr(UserName() + " at " + HostName()),
+                                      HasSubstr("(this window)"), HasSubstr(", editing \"" + title)));
+    note.confidential = 1;
+    std::string password;
+    EXPECT_EQ(module->GetNoteFile()->WriteRecord(BytesOf(note), kFirstRecordOffset), 1);
+    EXPECT_EQ(SetNetworkPasswords(first, password, {"boss", "", "guest"}), 1);
+    module->GetNoteFile()->SetPassword("guest");
+    Command(kCmdWhoHasFile);
+    EXPECT_THAT(boxes.texts[2], AllOf(HasSubstr(", editing a note"), Not(HasSubstr(title))));
+    enough.Give();
+    EXPECT_EQ(other.Wait(), 0);
+    End();
+    EXPECT_FALSE(std::filesystem::exists(CopyListPath(first)));
+}
+
+TEST_F(StartTest, WhereNoTurnsCanBeTakenTheUserIsToldWhyHeMayOnlyRead)
+{
+    struct : test::FailingFileSystem {
+        int Open(const std::string& name, int flags, unsigned mode) override
+        {
+            errno = EACCES;
+            return name.ends_with(".turn") ? -1 : FailingFileSystem::Open(name, flags, mode);
+        }
+    } drive;
+    drive.locksStayHere = true;
+    StoreDefaultFile(MakeNotes("mine.jot"));
+    const ScopedFileSystem scope(drive);
+    Start();
+    EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
+    EXPECT_THAT(boxes.texts,
+                ElementsAre(AllOf(HasSubstr("can be read, but not changed"), HasSubstr("Permission denied"))));
+    End();
+}
+
+// A drive whose reads wait, but for the window's own.
+struct StuckDrive : test::FailingFileSystem {
+    StuckDrive() { isRemote = true; }
+    std::int64_t ReadAt(int handle, std::span<std::byte> buffer, std::int64_t offset) override
+    {
+        if (std::this_thread::get_id() != window) {
+            std::unique_lock lock(guard);
+            waiting += 1;
+            change.wait(lock, [this] { return !isStuck; });
+            waiting -= 1;
+            if (isAway) {
+                errno = ENOTCONN;
+                return -1;
+            }
+        }
+        return FailingFileSystem::ReadAt(handle, buffer, offset);
+    }
+    int IdentifyPath(const std::string& path, FileIdentity& identity) override
+    {
+        errno = ENOTCONN;
+        return isAway && std::this_thread::get_id() != window ? -1 : FailingFileSystem::IdentifyPath(path, identity);
+    }
+    void Set(bool stuck, bool away)
+    {
+        const std::lock_guard lock(guard);
+        isStuck = stuck;
+        isAway = away;
+        change.notify_all();
+    }
+    int Waiting()
+    {
+        const std::lock_guard lock(guard);
+        return waiting;
+    }
+
+    const std::thread::id window = std::this_thread::get_id();
+    std::mutex guard;
+    std::condition_variable change;
+    bool isStuck = false;
+    std::atomic<bool> isAway = false;
+    int waiting = 0;
+};
+
+TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
+{
+    static StuckDrive drive;  // a look may outlive the test
+    const std::string path = MakeNotes("mine.jot");
+    StoreDefaultFile(path);
+    const ScopedFileSystem scope(drive);
+    Start();
+    NotesList& list = module->GetWorkPane().GetList();
+    const auto tick = [&](int timer) { list.Send(kWmTimer, timer, 0); };
+    const auto shows = [&](const std::string& title) {
+        return ServeUntil([&] { return Title() == "Jotlet : mine.jot" + title; }, std::chrono::seconds(5));
+    };
+    const auto follows = [&](const std::string& title, int notes) {
+        tick(MarlinWndListView::kRefreshTimerId);
+        return shows(title) && ServeUntil([&] { return list.GetCount() == notes; }, std::chrono::seconds(5));
+    };
+    const auto waits = [&](int count) {
+        return ServeUntil([&] { return drive.Waiting() == count; }, std::chrono::seconds(5));
+    };
+    const auto removeOne = [&](RecordAddress at) { return TableFile(path, "").DeleteRecord(kFirstRecordOffset + at); };
+    constexpr const char* kSilent = " - the drive does not answer";
+
+    EXPECT_EQ(removeOne(0), 1);
+    EXPECT_TRUE(follows("", 3));
+
+    drive.Set(true, false);
+    for (int i = 0; i < 3; ++i)
+        tick(MarlinWndListView::kRefreshTimerId);
+    EXPECT_TRUE(waits(1)) << "one look at a time";
+    EXPECT_EQ(Title(), "Jotlet : mine.jot") << "not before it has had its time";
+    tick(MarlinWndListView::kPatienceTimerId);
+    EXPECT_TRUE(shows(kSilent));
+    EXPECT_EQ(drive.Waiting(), 1);
+
+    EXPECT_EQ(removeOne(kNoteRecordSize), 1);
+    drive.Set(false, false);
+    EXPECT_TRUE(shows("") && ServeUntil([&] { return list.GetCount() == 2; }, std::chrono::seconds(5)));
+
+    drive.Set(false, true);
+    EXPECT_TRUE(follows(kSilent, 2)) << "an answer that it is gone";
+    drive.Set(false, false);
+    EXPECT_TRUE(follows("", 2));
+
+    drive.Set(true, false);
+    tick(MarlinWndListView::kRefreshTimerId);
+    EXPECT_TRUE(waits(1));
+    End();
+    EXPECT_EQ(drive.Waiting(), 1) << "the look is left to itself";
+    drive.Set(false, false);
+    EXPECT_TRUE(waits(0));
 }
 
 TEST_F(ReplaceTest, HelpOpensItsPageAndSaysWhenThereIsNone)

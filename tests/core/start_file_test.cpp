@@ -1,6 +1,7 @@
 // Which file the program starts with, and where the window stood.
 #include "core/start_file.h"
 #include "core/frame_geometry.h"
+#include "core/old_place.h"
 #include "core/placement.h"
 #include "core_fixture.h"
 #include "platform/base/session.h"
@@ -15,7 +16,7 @@ protected:
 
 TEST_F(StartFileTest, TheFirstRunMakesAFileNamedAfterTheProgramInSmallLetters)
 {
-    SetProgramPath(folder.File("JotLet.bin"));
+    test::UsePortableProgram(folder.Path(), "JotLet.bin");
     const StartFile start = Find();
     EXPECT_EQ(start.source, StartSource::FirstRun);
     EXPECT_EQ(start.path, folder.File("Works/jotlet.jot"));
@@ -36,6 +37,30 @@ TEST_F(StartFileTest, LaterRunsOpenTheLastFileIfItIsStillThere)
     EXPECT_EQ(Find().path, path);
     std::filesystem::remove(path);
     EXPECT_EQ(Find().source, StartSource::AskUser);
+    EXPECT_EQ(Find().path, path) << "for the message";
+}
+
+// Once everything lay beside the program; a build cleaned it away.
+TEST_F(StartFileTest, WhatLiesBesideTheProgramIsTakenOverOnceByCopying)
+{
+    const std::string old = MakeNotes("mine.jot");
+    test::WriteAll(old + ".tsi", "people");
+    GetModuleIniPath().IniWriteText("Preference", "DefaulFile", old);
+    SetSuite("CurrSkin", "5_Meadow.ini");
+    std::filesystem::remove(folder.File("portable"));
+    SetProgramPath(folder.File("jotlet"));
+    const std::string data = folder.File("data/Jotlet/");
+
+    TakeOverOldPlace();
+    EXPECT_EQ(Find().path, data + "Works/mine.jot");
+    EXPECT_EQ(test::ReadAll(data + "Works/mine.jot"), test::ReadAll(old));
+    EXPECT_EQ(test::ReadAll(data + "Works/mine.jot.tsi"), "people");
+    EXPECT_EQ(SuiteSetting("CurrSkin"), "5_Meadow.ini");
+
+    std::filesystem::remove(data + "Works/mine.jot");
+    TakeOverOldPlace();
+    EXPECT_FALSE(std::filesystem::exists(data + "Works/mine.jot"));
+    EXPECT_TRUE(std::filesystem::exists(old));
 }
 
 TEST_F(StartFileTest, ACommandLineCountsWhenItNamesAnExistingFileAsItStands)
@@ -78,7 +103,7 @@ TEST_F(StartFileTest, ThePaneIsTheSecondUnlessStored)
 
 class PlacementTest : public CoreTest {
 protected:
-    const Rect desktop{0, 0, 1280, 800};
+    static Rect desktop(Point) { return {0, 30, 1280, 800}; }
 };
 
 TEST_F(PlacementTest, ThePlaceIsRememberedAndKeptWithinTheSizes)
@@ -87,8 +112,8 @@ TEST_F(PlacementTest, ThePlaceIsRememberedAndKeptWithinTheSizes)
     StorePlacement({100, 50, 600, 550});
     EXPECT_EQ(SavedPlacement(desktop), (Rect{100, 50, 600, 550}));
     StorePlacement({-500, -500, -400, 9000});
-    EXPECT_EQ(SavedPlacement(desktop), Rect::At(-500, -500, kFrameSmall.width, kFrameLarge.height))
-        << "off to the left or above is not corrected, a wrong size is";
+    EXPECT_EQ(SavedPlacement(desktop), Rect::At(0, 30, kFrameSmall.width, kFrameLarge.height))
+        << "off to the left or above, and of a wrong size";
 }
 
 TEST_F(PlacementTest, APlaceOffTheDesktopOrWithAMissingKeyIsDropped)

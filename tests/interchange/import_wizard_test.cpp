@@ -237,7 +237,7 @@ TEST_F(Importing, OddTextsGetAReasonAndNoCrash)
                            "x\0\r\0\n\0",
                            14),
                1},
-          Case{"zero byte", std::string("Title\r\nbutter\r\n\0tail\r\n", 22), 1}}) {
+          Case{"zero byte", std::string("Title\r\nbutter\r\n\0tail\r\n", 22), 2}}) {
         SCOPED_TRACE(c.name);
         const std::string path = Source(c.text);
         EXPECT_EQ(Run([&](WindowHandle wizard) {

@@ -154,7 +154,12 @@ TEST_F(Reports, ExportWritesTheFileStoresItsPathAndSaysSo)
     EXPECT_THAT(said, ElementsAre("Operation successful."));
     EXPECT_EQ(test::ReadAll(target),
               "\"Title\",\"Text\",\"Color\",\"Category\"\r\n\"milk\",\"two\",\"3\",\"Calls\"\r\n");
-    Run(ReportKind::Export, 0, [&](WindowHandle dialog) { EXPECT_EQ(ItemText(dialog, kExportEdit), target); });
+    Add({.title = "\"mild\" soap", .date = {3, 3, 2004}});
+    Run(ReportKind::Export, 0, [&](WindowHandle dialog) {
+        EXPECT_EQ(ItemText(dialog, kExportEdit), target);
+        TestPushItem(dialog, kExportButton);
+    });
+    EXPECT_THAT(said, ElementsAre(testing::EndsWith("may not come back as it is from an import. Such notes: 1.")));
 }
 
 TEST_F(Reports, AnExportThatCannotBeWrittenSaysWhyAndKeepsWhatWasThere)

@@ -18,8 +18,6 @@ constexpr int kEdit = 102;
 constexpr int kDelete = 103;
 constexpr int kName = 100;
 constexpr int kEmail = 101;
-constexpr const char* kBeingEdited = "Program can't edit this entry. It is being edited by another user. Try again.";
-
 class ContactBook : public NetFixture {
 protected:
     // Runs `act` inside the book's dialog, then leaves it by Escape when `act` left it open.
@@ -113,18 +111,6 @@ TEST_F(ContactBook, TheFirstUseMakesAnEmptyBookAndNewFillsItInOrder)
     EXPECT_THAT(opened, IsEmpty());
 }
 
-TEST_F(ContactBook, LongTextsAreCutAtTheirFieldsAndNeverInsideACharacter)
-{
-    InBook([&](WindowHandle dialog, ContactList& list) {
-        AnswerRecord(std::string(48, 'n') + "\u00e4nd more", std::string(300, 'e'));
-        TestPushItem(dialog, kNew);
-        EXPECT_EQ(list.GetCount(), 1);
-    });
-    const EBookRecord contact = StoredContact(0);
-    EXPECT_EQ(FieldText(contact.bookName), std::string(48, 'n'));
-    EXPECT_EQ(FieldText(contact.bookEmail), std::string(259, 'e'));
-}
-
 TEST_F(ContactBook, EditKeepsTheContactSelectedAtItsNewPlace)
 {
     AddContacts({{"ann", "a@x"}, {"bob", "b@x"}, {"cid", "c@x"}});
@@ -135,6 +121,19 @@ TEST_F(ContactBook, EditKeepsTheContactSelectedAtItsNewPlace)
         TestPushItem(dialog, kEdit);
         EXPECT_THAT(Names(list), ElementsAre("bob, b@x", "cid, c@x", "zoe, z@x"));
         EXPECT_EQ(list.GetSelected(), 2);
+        list.SelectItem(0);
+        const RecordAddress address = BookQuery()->Results()[0];
+        TableFile other(GetEBookPath(), "");
+        WhenModal([&](WindowHandle record) {
+            EXPECT_EQ(other.LockRecord(address), 0) << "held against other copies";
+            EXPECT_FALSE(IsRefreshEnabled());
+            TestPushItem(record, kIdCancel);
+        });
+        TestPushItem(dialog, kEdit);
+        EXPECT_TRUE(IsRefreshEnabled());
+        EXPECT_EQ(other.LockRecord(address), 1) << "given back by Cancel";
+        other.UnlockRecord(address);
+        ResumeRefresh();  // the switch belongs to the other copy's process
         AnswerRecord("bea", "bea@x");
         TestDoubleClick(list.Grid().window, ContactPoint(list, 0));
         ServeEvents();
@@ -186,28 +185,6 @@ TEST_F(ContactBook, AContactThatAnotherCopyHoldsOrHasDeletedIsRefusedWithAMessag
     });
 }
 
-TEST_F(ContactBook, AnEditedContactIsHeldAgainstOtherCopies)
-{
-    AddContacts({{"ann", "a@x"}});
-    InBook([&](WindowHandle dialog, ContactList& list) {
-        const RecordAddress address = BookQuery()->Results()[0];
-        list.SelectItem(0);
-        int lockedElsewhere = -1;
-        WhenModal([&](WindowHandle record) {
-            TableFile other(GetEBookPath(), "");
-            lockedElsewhere = other.LockRecord(address);
-            EXPECT_FALSE(IsRefreshEnabled());
-            TestPushItem(record, kIdCancel);
-        });
-        TestPushItem(dialog, kEdit);
-        EXPECT_EQ(lockedElsewhere, 0);
-        EXPECT_TRUE(IsRefreshEnabled());
-        TableFile other(GetEBookPath(), "");
-        EXPECT_EQ(other.LockRecord(address), 1) << "given back by Cancel";
-        other.UnlockRecord(address);
-    });
-}
-
 TEST_F(ContactBook, AFullDiskIsToldAndTheContactStaysAsItWas)
 {
     AddContacts({{"ann", "a@x"}});
@@ -226,32 +203,6 @@ TEST_F(ContactBook, AFullDiskIsToldAndTheContactStaysAsItWas)
     });
     EXPECT_THAT(answers.texts, ElementsAre(testing::HasSubstr("could not be written")));
     EXPECT_EQ(FieldText(StoredContact(0).bookName), "ann");
-}
-
-TEST_F(ContactBook, AThousandContactsAreSortedPickedAndFoundAtTheEnd)
-{
-    std::vector<std::pair<std::string, std::string>> contacts;
-    for (int i = 999; i >= 0; --i) {
-        const std::string number = std::to_string(1000 + i % 500);  // each name twice
-        contacts.emplace_back("Person " + number, "p" + std::to_string(i) + "@x.example");
-    }
-    AddContacts(contacts);
-    InBook([&](WindowHandle, ContactList& list) {
-        ASSERT_EQ(list.GetCount(), 1000);
-        EXPECT_THAT(list.ItemName(0), testing::StartsWith("Person 1000, "));
-        EXPECT_THAT(list.ItemName(1), testing::StartsWith("Person 1000, "));
-        EXPECT_THAT(list.ItemName(999), testing::StartsWith("Person 1499, "));
-        list.SelectItem(999);
-        EXPECT_TRUE(list.GetItemRect(999).has_value()) << "brought into view";
-    });
-    EBookRecord picked{};
-    EXPECT_EQ(Pick(picked,
-                   [](ContactList& list) {
-                       list.SelectItem(700);
-                       PressContact(list, 700);
-                   }),
-              1);
-    EXPECT_EQ(FieldText(picked.bookName), "Person 1350");
 }
 
 TEST_F(ContactBook, ThePickerOpensUnderItsButtonAndEndsAtOnePress)
@@ -300,7 +251,7 @@ TEST_F(ContactBook, AFileThatIsNoBookIsReportedAndLeftAsItIs)
     Add({.title = "party"});
     Show();
     const std::string notes = test::ReadAll(path);
-    for (const std::string& content : {std::string("hello"), std::string(5000, '\xff'), std::string(), notes}) {
+    for (const std::string& content : {std::string("hello"), notes}) {
         test::WriteAll(GetEBookPath(), content);
         ScopedAnswers answers;
         EXPECT_EQ(ShowEBook(nullptr), 1);

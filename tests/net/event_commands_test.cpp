@@ -25,14 +25,6 @@ protected:
         Select("party");
         event = StoredNote("party").uniqueId;
     }
-    // Queued, and nobody was told yet.
-    void ShowUnannounced()
-    {
-        AddEvent("party", {{"ann"}, {"bob"}}, kEventHasRecipients, kStatusNotAnnounced);
-        Show();
-        Select("party");
-        event = StoredNote("party").uniqueId;
-    }
     static void TypeNote()
     {
         WhenModal([](WindowHandle editor) {
@@ -70,34 +62,27 @@ protected:
     std::uint64_t event = 0;
 };
 
-TEST_F(EventCommands, AnEditThatIsAnnouncedQueuesItForEverybodyOfThisEvent)
+TEST_F(EventCommands, AnEditThatIsAnnouncedQueuesItForEverybodyOfThisEventAlone)
 {
     ShowAnnounced();
-    ScopedAnswers answers({Answer::Yes});
-    TypeNote();
+    ScopedAnswers answers({Answer::No, Answer::Yes});
+    WhenModal([](WindowHandle editor) { TestPushItem(editor, kIdCancel); });
     Command(kCommandEditNote);
-    EXPECT_THAT(answers.texts, ElementsAre(kAskNotify));
-    EXPECT_THAT(People(event), ElementsAre("ann:1", "bob:1", "cid:1"));
-    EXPECT_THAT(People("other"), ElementsAre("zoe:3"));
-    const NoteRecord note = StoredNote("party");
-    EXPECT_EQ(FieldText(note.text), "new text");
-    EXPECT_EQ(note.eventState, kEventHasRecipients);
-    EXPECT_EQ(note.eventStatus, kStatusChange);
-    EXPECT_EQ(note.locked, 0);
-}
-
-TEST_F(EventCommands, AnEditThatIsNotAnnouncedOrIsCancelledTellsNobody)
-{
-    ShowAnnounced();
-    ScopedAnswers answers({Answer::No});
+    EXPECT_THAT(answers.texts, IsEmpty()) << "no question on Cancel";
     TypeNote();
     Command(kCommandEditNote);
     EXPECT_EQ(FieldText(StoredNote("party").text), "new text");
-    WhenModal([](WindowHandle editor) { TestPushItem(editor, kIdCancel); });
-    Command(kCommandEditNote);
-    EXPECT_THAT(answers.texts, ElementsAre(kAskNotify)) << "no question on Cancel";
     EXPECT_THAT(People(event), ElementsAre("ann:3", "bob:1", "cid:8"));
     EXPECT_EQ(StoredNote("party").eventState, 2);
+    TypeNote();
+    Command(kCommandEditNote);
+    EXPECT_THAT(answers.texts, ElementsAre(kAskNotify, kAskNotify));
+    EXPECT_THAT(People(event), ElementsAre("ann:1", "bob:1", "cid:1"));
+    EXPECT_THAT(People("other"), ElementsAre("zoe:3"));
+    const NoteRecord note = StoredNote("party");
+    EXPECT_EQ(note.eventState, kEventHasRecipients);
+    EXPECT_EQ(note.eventStatus, kStatusChange);
+    EXPECT_EQ(note.locked, 0);
 }
 
 TEST_F(EventCommands, AnEditFromFindAsksAndAnnouncesToo)
@@ -150,33 +135,28 @@ TEST_F(EventCommands, AnAnnouncedEventThatIsDeletedStaysFrozenUntilTheAgentHasTo
     EXPECT_THAT(People(event), IsEmpty());
 }
 
-TEST_F(EventCommands, ADeletedEventWhosePeopleAreNotToldGoesWithThem)
+TEST_F(EventCommands, AnEventThatNobodyIsToldOfOrHadHeardOfGoesAtOnceWithItsPeople)
 {
-    ShowAnnounced();
-    ScopedAnswers answers({Answer::Yes, Answer::No});
-    Command(kCommandDeleteNote);
-    EXPECT_THAT(StoredTitles(), ElementsAre("other"));
-    EXPECT_THAT(People(event), IsEmpty());
-    EXPECT_THAT(People("other"), ElementsAre("zoe:3"));
-    EXPECT_EQ(BinTitle(), "party");
-}
-
-TEST_F(EventCommands, AWithdrawnEventThatNobodyHadHeardOfGoesAtOnce)
-{
-    ShowUnannounced();
     const auto freeSlots = [&] {
         TableHeader header{};
         TableFile(path, "").ReadHeader(header);
         return -header.freeSlots;
     };
-    const int before = freeSlots();
-    ScopedAnswers answers({Answer::Yes, Answer::Yes});
-    Command(kCommandDeleteNote);
-    EXPECT_THAT(StoredTitles(), IsEmpty());
-    EXPECT_THAT(People(event), IsEmpty());
-    EXPECT_EQ(freeSlots(), before + 1) << "its slot is counted as free";
-    EXPECT_EQ(pane->GetList().GetCount(), 0);
-    EXPECT_EQ(BinTitle(), "party");
+    AddEvent("unheard", {{"ann"}, {"bob"}});
+    ShowAnnounced();
+    ScopedAnswers answers({Answer::Yes, Answer::No, Answer::Yes, Answer::Yes});
+    for (const char* title : {"party", "unheard"}) {
+        const std::uint64_t id = StoredNote(title).uniqueId;
+        const int before = freeSlots();
+        Select(title);
+        Command(kCommandDeleteNote);
+        EXPECT_THAT(People(id), IsEmpty());
+        EXPECT_EQ(freeSlots(), before + 1) << "its slot is counted as free";
+        EXPECT_EQ(BinTitle(), title);
+    }
+    EXPECT_THAT(StoredTitles(), ElementsAre("other"));
+    EXPECT_THAT(People("other"), ElementsAre("zoe:3"));
+    EXPECT_EQ(pane->GetList().GetCount(), 1);
 }
 
 TEST_F(EventCommands, TheBinAsksOnlyWhetherToTellThePeople)
@@ -195,51 +175,6 @@ TEST_F(EventCommands, TheBinAsksOnlyWhetherToTellThePeople)
     EXPECT_THAT(answers.texts, ElementsAre(kAskNotify));
     EXPECT_THAT(StoredTitles(), ElementsAre("other"));
     EXPECT_THAT(People(event), IsEmpty());
-}
-
-TEST_F(EventCommands, AnEventCannotBeCutAndItsCopyIsAnOrdinaryNote)
-{
-    ShowAnnounced();
-    ScopedAnswers answers;
-    Command(kCommandCut);
-    EXPECT_EQ(answers.beeps, 1);
-    EXPECT_TRUE(NoteClipboard().IsEmpty());
-    Command(kCommandCopy);
-    Command(kCommandPaste);
-    int ordinary = 0;
-    for (const NoteRecord& note : Stored()) {
-        if (FieldText(note.title) != "party" || note.uniqueId == event)
-            continue;
-        ++ordinary;
-        EXPECT_EQ(note.eventState, kEventNone);
-        EXPECT_EQ(note.eventStatus, kStatusNotAnnounced);
-        EXPECT_THAT(People(note.uniqueId), IsEmpty());
-    }
-    EXPECT_EQ(ordinary, 1);
-    EXPECT_THAT(People(event), ElementsAre("ann:3", "bob:1", "cid:8"));
-}
-
-TEST_F(EventCommands, APersonWhomTheAgentIsWorkingOnIsPassedOver)
-{
-    ShowAnnounced();
-    const auto agent = OpenTable(OutboxPath(), "", kSendRecordSize).table;
-    ASSERT_NE(agent, nullptr);
-    std::vector<RecordAddress> held;
-    const FieldRange whole{0, kSendRecordSize};
-    agent->ForEachRecord(std::span(&whole, 1), [&](RecordAddress address, std::span<const std::byte> bytes) {
-        SendRecord record;
-        std::copy(bytes.begin(), bytes.end(), BytesOf(record).begin());
-        if (FieldText(record.participantName) == "bob")
-            held.push_back(address);
-        return true;
-    });
-    ASSERT_EQ(held.size(), 1u);
-    ASSERT_EQ(agent->LockRecord(held[0]), 1);
-    ResumeRefresh();  // the switch belongs to the agent's process
-    ScopedAnswers answers({Answer::Yes, Answer::Yes});
-    Command(kCommandDeleteNote);
-    EXPECT_THAT(People(event), ElementsAre("ann:8", "bob:1", "cid:8"));
-    ExpectFrozen();
 }
 
 }  // namespace

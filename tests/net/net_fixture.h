@@ -2,7 +2,6 @@
 // the outbox file holds them, and the contact book.
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,10 +14,12 @@
 #include "net/internet_events_dialog.h"
 #include "notes/note_command_ids.h"
 #include "notes/notes_fixture.h"
-#include "store/open_table.h"
+#include "support/outbox_file.h"
 
 namespace jotlet {
 
+inline constexpr const char* kBeingEdited =
+    "Program can't edit this entry. It is being edited by another user. Try again.";
 inline constexpr int kEventsInvite = 101;
 inline constexpr int kEventsList = 102;
 inline constexpr int kEventsSubject = 103;
@@ -69,37 +70,9 @@ protected:
         change(note);
         ASSERT_EQ(other.WriteRecord(BytesOf(note), address), 1);
     }
-    void Put(const Invited& one, std::uint64_t event)
-    {
-        Outbox(path, 0).Open();  // makes the file
-        const auto table = OpenTable(OutboxPath(), "", kSendRecordSize).table;
-        ASSERT_NE(table, nullptr);
-        SendRecord record = MakeInvitation(one.name, EmailOf(one.name));
-        record.uniqueId = ++lastId;
-        record.eventId = event;
-        record.sendStatus = one.status;
-        ASSERT_EQ(table->AddRecord(BytesOf(record)), 1);
-    }
+    void Put(const Invited& one, std::uint64_t event) { test::OutboxFile(path).Put(one.name, one.status, event); }
     std::string OutboxPath() const { return path + ".tsi"; }
-    // "name:status" of all that the outbox file holds for a note, sorted.
-    std::vector<std::string> People(std::uint64_t event)
-    {
-        std::vector<std::string> people;
-        const auto table = OpenTable(OutboxPath(), "", kSendRecordSize).table;
-        if (!table)
-            return people;
-        const FieldRange whole{0, kSendRecordSize};
-        table->ForEachRecord(std::span(&whole, 1), [&](RecordAddress, std::span<const std::byte> bytes) {
-            SendRecord record;
-            std::copy(bytes.begin(), bytes.end(), BytesOf(record).begin());
-            if (record.eventId == event)
-                people.push_back(std::string(FieldText(record.participantName)) + ':' +
-                                 std::to_string(record.sendStatus));
-            return true;
-        });
-        std::sort(people.begin(), people.end());
-        return people;
-    }
+    std::vector<std::string> People(std::uint64_t event) { return test::OutboxFile(path).People(event); }
     std::vector<std::string> People(const std::string& title) { return People(StoredNote(title).uniqueId); }
 
     void AddContacts(const std::vector<std::pair<std::string, std::string>>& contacts)
@@ -160,9 +133,6 @@ protected:
         TestType(DialogItem(dialog, id), text);
         ServeEvents();
     }
-
-private:
-    std::uint64_t lastId = 100;
 };
 
 }  // namespace jotlet

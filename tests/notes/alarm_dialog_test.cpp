@@ -2,9 +2,14 @@
 
 #include "notes/alarm_dialog.h"
 
+#include <fstream>
+
 #include "notes/note_editor_dialog.h"
+#include "platform/base/paths.h"
 #include "platform/base/text.h"
+#include "platform/desktop/file_dialog.h"
 #include "platform/desktop/shell.h"
+#include "support/temp_folder.h"
 #include "toolkit/widget_host.h"
 
 namespace jotlet {
@@ -17,6 +22,7 @@ constexpr int kDateButton = 100;
 constexpr int kTimeButton = 101;
 constexpr int kToneEdit = 103;
 constexpr int kPlayButton = 104;
+constexpr int kBrowseToneButton = 105;
 constexpr int kTargetEdit = 106;
 constexpr int kEmailRadio = 110;
 constexpr int kUrlRadio = 111;
@@ -57,8 +63,8 @@ protected:
     NoteRecord note{};
     std::vector<std::string> played;
     ScopedShellHook shell{[this](std::string_view verb, std::string_view target) {
-        if (verb == "play")
-            played.emplace_back(target);
+        if (verb == "play" || verb == "stop")
+            played.emplace_back(verb == "play" ? target : verb);
     }};
 };
 
@@ -192,18 +198,30 @@ TEST_F(SettingAnAlarm, ADatePickedIsShownAtOnce)
     EXPECT_EQ(note.alarmDate.Get(), (DateValue{7, 4, 2011}));
 }
 
-TEST_F(SettingAnAlarm, PlaySoundsTheToneThatStandsInTheEdit)
+TEST_F(SettingAnAlarm, PlaySoundsTheToneThatStandsInTheEditUntilTheDialogEnds)
 {
-    Run([this](WindowHandle dialog) {
+    const test::TempFolder program;
+    SetProgramPath(program.File("jotlet"));
+    std::ofstream(program.File("Bell.wav")) << "RIFF";
+    Run([&](WindowHandle dialog) {
         TestPushItem(dialog, kSetRadio);
         TestPushItem(dialog, kPlayButton);
         EXPECT_THAT(played, IsEmpty());
         Type(dialog, kToneEdit, "ring.wav");
         TestPushItem(dialog, kPlayButton);
-        EXPECT_THAT(played, ElementsAre("ring.wav"));
+        Type(dialog, kToneEdit, "Bell.wav");
+        TestPushItem(dialog, kPlayButton);
+        ScopedFileAnswer answer([&](const FileDialogRequest& asked) {
+            EXPECT_EQ(asked.folder + "/", program.File(""));
+            return std::nullopt;
+        });
+        TestPushItem(dialog, kBrowseToneButton);
+        EXPECT_THAT(played, ElementsAre("ring.wav", program.File("Bell.wav")));
         TestPushItem(dialog, kIdCancel);
     });
     EXPECT_EQ(FieldText(note.toneFile), "");
+    EXPECT_EQ(played.back(), "stop");
+    SetProgramPath("");
 }
 
 TEST_F(SettingAnAlarm, PathsEndAtTheFieldsWidthInAWholeCharacter)

@@ -4,7 +4,9 @@
 
 #include <functional>
 
+#include "notes/open_target.h"
 #include "platform/base/text.h"
+#include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
 #include "platform/desktop/test_input.h"
 #include "support/window_test.h"
@@ -98,9 +100,21 @@ TEST_F(AlarmFired, OkStartsTheTargetByItsKindAndOnlyThen)
     EXPECT_THAT(shellCalls, IsEmpty());
 }
 
-TEST_F(AlarmFired, AnUncheckedBoxKeepsOkFromStarting)
+TEST_F(AlarmFired, AProgramStartsOnlyWhenTheUserSaysSoAndAnUncheckedBoxStartsNothing)
 {
-    StoreText(note.startTarget, "/bin/true");
+    for (const char* program : {"/bin/true", "file:///bin/true"}) {
+        StoreText(note.startTarget, program);
+        ScopedAnswers boxes({Answer::No, Answer::Ok});
+        Fire(Push(kIdOk));
+        EXPECT_THAT(shellCalls, IsEmpty());
+        Fire(Push(kIdOk));
+        EXPECT_THAT(shellCalls, ElementsAre(Pair("open", program)));
+        EXPECT_THAT(boxes.texts, testing::Each(testing::HasSubstr(program)));
+    }
+    for (const char* file : {"/home/anna/a.Desktop", "b.JAR", "/bin/true"})
+        EXPECT_TRUE(MayRun(file)) << file;
+    for (const char* file : {"/etc/passwd", "/etc", "jar", ""})
+        EXPECT_FALSE(MayRun(file)) << file;
     Fire([](WindowHandle dialog) {
         EXPECT_TRUE(IsItemChecked(dialog, kStartBox));
         TestPushItem(dialog, kStartBox);
@@ -109,14 +123,14 @@ TEST_F(AlarmFired, AnUncheckedBoxKeepsOkFromStarting)
     EXPECT_THAT(shellCalls, IsEmpty());
 }
 
-TEST_F(AlarmFired, TheToneIsPlayedOnceWhenTheWindowOpens)
+TEST_F(AlarmFired, TheToneIsPlayedOnceAndEndsWithTheWindow)
 {
     StoreText(note.toneFile, "/home/anna/bell.wav");
     Fire([this](WindowHandle dialog) {
         EXPECT_THAT(shellCalls, ElementsAre(Pair("play", "/home/anna/bell.wav")));
         TestPushItem(dialog, kIdOk);
     });
-    EXPECT_EQ(shellCalls.size(), 1u);
+    EXPECT_THAT(shellCalls, ElementsAre(Pair("play", "/home/anna/bell.wav"), Pair("stop", "")));
 }
 
 // The target of a note from somebody else must be seen whole, or its end could hide what it does.

@@ -145,26 +145,6 @@ TEST_F(NoteCommands, CutThenPasteThenUndoGivesTwoNotesWithTwoIds)
     EXPECT_EQ(notes[1].date.Get(), (DateValue{1, 2, 2004}));
 }
 
-TEST_F(NoteCommands, AnUndoneNoteWhoseIdIsLiveAgainGetsANewOne)
-{
-    Add({.title = "milk"});
-    Show();
-    Select("milk");
-    const NoteRecord before = StoredNote("milk");
-    ScopedAnswers yes({Answer::Yes});
-    Command(kCommandDeleteNote);
-    {
-        TableFile other(path, "");  // it came back by another way, as from another copy's bin
-        NoteRecord again = before;
-        again.locked = 0;
-        other.AddRecord(BytesOf(again));
-    }
-    Command(kCommandUndoDelete);
-    const auto notes = Stored();
-    ASSERT_EQ(notes.size(), 2u);
-    EXPECT_NE(notes[0].uniqueId.Get(), notes[1].uniqueId.Get());
-}
-
 TEST_F(NoteCommands, AReaderIsToldAndChangesNothing)
 {
     Add({.title = "milk"});
@@ -244,9 +224,10 @@ TEST_F(NoteCommands, ARoleLostWhileTheEditorIsOpenKeepsTheTextInIt)
 
 TEST_F(NoteCommands, ANoteDeletedByAnotherUserIsRefusedAndItsCellSaysSo)
 {
-    const auto address = Add({.title = "milk"});
+    const auto address = Add({.title = "milk", .category = "shop", .confidential = true});
     Show();
     Select("milk");
+    EXPECT_THAT(pane->GetList().ItemDetail(0), testing::EndsWith(", confidential, category shop"));
     {
         TableFile other(path, "");
         ASSERT_EQ(other.DeleteRecord(address), 1);
@@ -275,39 +256,6 @@ TEST_F(NoteCommands, AWithdrawnEventOnlyBeeps)
     Command(kCommandCut);
     EXPECT_EQ(answers.beeps, 2);
     EXPECT_THAT(StoredTitles(), ElementsAre("meeting"));
-}
-
-TEST_F(NoteCommands, TwoUsersWhoSaveDifferentNotesAtOnceBothKeepTheirs)
-{
-    Add({.title = "mine"});
-    const auto theirs = Add({.title = "theirs"});
-    // The other user is another process, with its editor open while ours is.
-    test::ForkedProcess other([&](test::Line& line) {
-        TableFile table(path, "");
-        NoteRecord note;
-        if (table.LockRecord(theirs) != 1 || table.ReadRecord(BytesOf(note), theirs) != 1)
-            return 1;
-        line.Say("held");
-        if (line.Hear() != "save")
-            return 2;
-        StoreText(note.text, "their text");
-        return table.WriteRecord(BytesOf(note), theirs) == 1 && table.UnlockRecord(theirs) == 1 && table.Flush() == 1
-                   ? 0
-                   : 3;
-    });
-    ASSERT_EQ(other.Talk().Hear(), "held");
-    Show();
-    Select("mine");
-    WhenModal([&](WindowHandle editor) {
-        other.Talk().Say("save");
-        EXPECT_EQ(other.Wait(), 0);
-        TestType(DialogItem(editor, kTextEdit), "my ");
-        TestPushItem(editor, kIdOk);
-    });
-    Command(kCommandEditNote);
-    EXPECT_THAT(StoredTitles(), UnorderedElementsAre("mine", "theirs"));
-    EXPECT_EQ(FieldText(StoredNote("mine").text), "my text");
-    EXPECT_EQ(FieldText(StoredNote("theirs").text), "their text");
 }
 
 TEST_F(NoteCommands, AttachmentsOpenWithTheDesktopsProgram)

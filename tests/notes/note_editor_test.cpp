@@ -1,7 +1,6 @@
 // The note editor: what it makes of texts of every kind, at their limits, and when the note cannot be written.
 
 #include "notes/note_command_ids.h"
-#include "notes/record_hold.h"
 #include "notes_fixture.h"
 #include "support/failing_file_system.h"
 
@@ -297,37 +296,47 @@ TEST_F(NoteEditor, AnAttachmentIsKeptChangedAndCleared)
 TEST_F(NoteEditor, AFailedWriteKeepsTheEditorOpenWithItsTextUntilItWorks)
 {
     Add({.title = "milk", .text = "old"});
-    for (const int failure : {ENOSPC, EIO}) {
+    const auto texts = [this] {
+        std::vector<std::string> found;
+        for (const NoteRecord& note : Stored())
+            found.emplace_back(FieldText(note.text));
+        return found;
+    };
+    for (const bool onlySyncs : {false, true}) {
         for (const bool newNote : {false, true}) {
-            SCOPED_TRACE(std::string(newNote ? "new" : "edit") + ", errno " + std::to_string(failure));
+            SCOPED_TRACE(std::string(newNote ? "new" : "edit") + (onlySyncs ? ", sync" : ", write"));
             Show();
             pane->GetList().SelectItem(0);
             ScopedAnswers answers;
             bool open = false;
+            auto before = texts();
             WhenModal([&](WindowHandle editor) {
                 Replace(editor, kTextEdit, "precious");
                 {
                     test::FailingFileSystem disk;
-                    disk.failAt = 1;
+                    disk.failAt = onlySyncs ? 0 : 1;
                     disk.andAllBehind = true;
-                    disk.failure = failure;
+                    disk.failSyncs = onlySyncs;
+                    disk.failure = onlySyncs ? EIO : ENOSPC;
                     const ScopedFileSystem failing(disk);
                     TestPushItem(editor, kIdOk);
                     EXPECT_GT(disk.changes, 0);
                 }
                 open = TopModal() == editor && ItemText(editor, kTextEdit) == "precious";
+                EXPECT_EQ(texts(), before) << "what is not on the disk is not in the file";
                 TestPushItem(editor, kIdOk);
             });
-            const std::size_t before = Stored().size();
             Command(newNote ? kCommandNewNote : kCommandEditNote);
             EXPECT_TRUE(open);
             ASSERT_EQ(answers.texts.size(), 1u);
             EXPECT_THAT(answers.texts[0], HasSubstr("could not be written"));
-            EXPECT_THAT(answers.texts[0], HasSubstr(path));
-            const auto notes = Stored();
-            ASSERT_EQ(notes.size(), before + (newNote ? 1 : 0)) << "written once, by the second OK";
-            EXPECT_EQ(FieldText(notes[newNote ? before : 0].text), "precious");
-            for (const NoteRecord& note : notes)
+            EXPECT_THAT(answers.texts[0],
+                        AllOf(HasSubstr(path), HasSubstr(onlySyncs ? "Check the disk" : "disk is full")));
+            if (newNote)
+                before.emplace_back();
+            before.back() = "precious";
+            EXPECT_EQ(texts(), before) << "written once, by the second OK";
+            for (const NoteRecord& note : Stored())
                 EXPECT_EQ(note.locked, 0);
             TearDownBoard();
         }

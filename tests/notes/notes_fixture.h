@@ -36,7 +36,7 @@ class NotesFixture : public WindowTest {
 protected:
     NotesFixture()
     {
-        SetProgramPath(folder.File("jotlet"));
+        test::UsePortableProgram(folder.Path());
         BinSlot().Clear();
         NoteClipboard().Clear();
         path = folder.File("notes.jot");

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 
+#include "notes/category_editor_dialog.h"
 #include "notes/category_menu.h"
 #include "notes/note_command_ids.h"
 #include "notes_fixture.h"
 #include "platform/desktop/menu.h"
+#include "support/scoped_variable.h"
 #include "toolkit/focus_order.h"
 
 namespace jotlet {
@@ -215,6 +217,57 @@ TEST_F(PaneKeyboard, ThePopupOffersWhatFitsTheNoteUnderIt)
     EXPECT_THAT(Enabled(), ElementsAre("New...", "Edit...", "Delete...", "Undo delete", "Cut", "Copy", "Paste"));
 }
 
+TEST_F(PaneKeyboard, AnotherTabDayOrCategoryShowsTheListFromItsTop)
+{
+    DateValue today;
+    Today(today);
+    for (int i = 0; i < 40; ++i)
+        Add({.title = "note " + std::to_string(i), .category = "Calls", .date = today});
+    Show();
+    const std::function<void()> changes[] = {
+        [&] {
+            TestClick(pane->GetTabs().window, {60, 10});
+        },
+        [&] { pane->Send(kWmCommand, NotesPane::kCalendarId, reinterpret_cast<MessageParam>(&today)); },
+        [&] { pane->Send(kWmCommand, NotesPane::kFirstCategoryId, reinterpret_cast<MessageParam>("Calls")); },
+    };
+    for (const auto& change : changes) {
+        pane->GetList().SetTopRow(9);
+        change();
+        ServeEvents();
+        EXPECT_EQ(pane->GetList().GetTopRow(), 0);
+        EXPECT_EQ(pane->GetList().GetCount(), 40);
+    }
+}
+
+TEST_F(PaneKeyboard, AtMidnightTodayMovesOnUnlessAnotherDayWasChosen)
+{
+    SetCalendarLastYear(kCalendarMaxLastYear);
+    const test::ScopedVariable zone("TZ", "DAY0");
+    tzset();
+    Show();
+    TestClick(pane->GetTabs().window, {60, 10});
+    ServeEvents();
+    DateValue before;
+    Today(before);
+    DateValue tomorrow = before;
+    NextDay(tomorrow.year, tomorrow.month, tomorrow.day);
+    ASSERT_EQ(pane->GetPaneDate(), before);
+    {
+        const test::ScopedVariable dayLater("TZ", "DAY-24");
+        tzset();
+        pane->Send(kWmTimer, NotesPane::kDayTimer, 0);
+        EXPECT_EQ(pane->GetPaneDate(), tomorrow);
+        EXPECT_EQ(pane->GetCalendar().GetDate(), tomorrow);
+        DateValue chosen{1, 2, 2003};
+        pane->Send(kWmCommand, NotesPane::kCalendarId, reinterpret_cast<MessageParam>(&chosen));
+    }
+    tzset();
+    pane->Send(kWmTimer, NotesPane::kDayTimer, 0);
+    EXPECT_EQ(pane->GetPaneDate(), (DateValue{1, 2, 2003}));
+    SetCalendarLastYear(kCalendarDefaultLastYear);
+}
+
 TEST_F(PaneKeyboard, ADoubleClickOnFreeSpaceBeginsANewNote)
 {
     Show();
@@ -242,6 +295,17 @@ TEST_F(PaneKeyboard, ALetterFindsTheFirstTitleThatIsNotBelowIt)
     EXPECT_EQ(press('c'), 3);
     EXPECT_EQ(press('t'), 4);
     EXPECT_EQ(press('z'), 5) << "the last one when none comes up to the letter";
+    FocusWindow(Grid());
+    ServeEvents();
+    const auto type = [&](std::string_view letter) {
+        TestType(Grid(), letter);
+        ServeEvents();
+        return pane->GetList().GetSelected();
+    };
+    EXPECT_EQ(type("M"), 3);
+    EXPECT_EQ(type("\xC3\xB6"), 5);
+    EXPECT_EQ(type("2"), 0);
+    EXPECT_EQ(type("c"), 0) << "no title begins with it";
 }
 
 TEST_F(PaneKeyboard, InALongListALetterFindsTheSameNote)
@@ -262,6 +326,89 @@ TEST_F(PaneKeyboard, InALongListALetterFindsTheSameNote)
         pane->Send(kWmCommand, NotesPane::kLetterBarId, letter);
         EXPECT_EQ(pane->GetList().GetSelected(), (letter - 'a') * 24) << letter;
     }
+}
+
+TEST_F(PaneKeyboard, ABoardThatCannotShowAllNotesSaysSoAsLongAsThatIsTrue)
+{
+    std::vector<RecordAddress> addresses;
+    TableFile other(path, "");
+    {
+        NoteRecord note;
+        InitNoteRecord(other, note);
+        StoreText(note.text, "tea");
+        const std::vector<NoteRecord> notes(kMaxResults, note);
+        ASSERT_EQ(other.AddRecords(std::as_bytes(std::span(notes)), addresses), 1);
+    }
+    Show();
+    const auto top = [this] { return WindowRect(pane->GetList().window).top - WindowRect(pane->window).top; };
+    EXPECT_EQ(top(), 35) << "all are shown";
+    const auto last = Add({.title = "zebra"});
+    pane->GetList().RefreshNow();
+    ServeEvents();
+    EXPECT_EQ(top(), 49);
+    WhenModal([](WindowHandle dialog) {
+        TestType(DialogItem(dialog, 103), "t");
+        TestPushItem(dialog, kIdOk);
+        EXPECT_EQ(WindowTitle(dialog), "Occurrences 10000 of more");
+        TestPushItem(dialog, kIdCancel);
+    });
+    Command(kCommandFind);
+    ASSERT_EQ(other.DeleteRecord(last), 1);
+    pane->GetList().RefreshNow();
+    ServeEvents();
+    EXPECT_EQ(top(), 35);
+}
+
+TEST_F(PaneKeyboard, TheCategoryEditorKeepsWhatAnotherCopyDidMeanwhile)
+{
+    Show();
+    const auto names = [&](TableFile& table) {
+        CategoryBlock block{};
+        table.ReadCategories(block);
+        std::vector<std::string> read;
+        for (int i = 0; i < block.Count(); ++i)
+            read.emplace_back(FieldText(block.entries[i].name));
+        return read;
+    };
+    TableFile other(path, "");
+    const auto fill = [&](const std::vector<std::string>& wanted) {
+        return other.UpdateCategories([&](CategoryBlock& block) {
+            for (std::size_t i = 0; i < wanted.size(); ++i)
+                StoreText(block.entries[i].name, wanted[i]);
+            block.categoryCount = static_cast<std::uint32_t>(wanted.size());
+            return true;
+        });
+    };
+    const auto add = [](WindowHandle editor, std::string_view name) {
+        WhenModal([&](WindowHandle dialog) {
+            TestType(DialogItem(dialog, 100), name);
+            TestPushItem(dialog, kIdOk);
+        });
+        TestPushItem(editor, 101);
+    };
+    ASSERT_EQ(fill({"Calls", "Ideas"}), 1);
+    WhenModal([&](WindowHandle editor) {
+        add(editor, "Mine");
+        ASSERT_EQ(fill({"Calls", "Theirs"}), 1);
+        TestPushItem(editor, kIdOk);
+    });
+    EXPECT_EQ(CategoryEditorDialog(file.get()).DoModal(pane.get(), kCategoryEditorDialogId), 1);
+    EXPECT_THAT(names(other), ElementsAre("Calls", "Mine", "Theirs"));
+
+    std::vector<std::string> many;
+    for (int i = 10; i < 39; ++i)
+        many.push_back("c" + std::to_string(i));
+    ASSERT_EQ(fill(many), 1);
+    ScopedAnswers boxes({Answer::No, Answer::Ok});
+    WhenModal([&](WindowHandle editor) {
+        add(editor, "zebra");
+        TestPushItem(editor, kIdOk);
+        ASSERT_EQ(TopModal(), editor) << "Cancel goes back to the list";
+        TestPushItem(editor, kIdOk);
+    });
+    CategoryEditorDialog(file.get()).DoModal(pane.get(), kCategoryEditorDialogId);
+    EXPECT_THAT(boxes.texts, testing::Each(testing::HasSubstr("\r\nzebra\r\n")));
+    EXPECT_EQ(names(other), many);
 }
 
 TEST_F(PaneKeyboard, DateAndCategoryTogetherBothHaveToFit)

@@ -10,10 +10,13 @@ readonly kDayHeight=14
 count_is() { is "$notes" "len(notes)" "$1"; }
 dates_are() { is "$notes" "' '.join(sorted(n['date'] for n in notes))" "$1"; }
 
-# drag_to X Y [KEY]: from the note to a point, with a key held from there on; the button stays down.
+# drag_to X Y [KEY]: from the note to a point, with a key held from there on; the button stays down. Each time it grabs
+# the note at another place: two quick presses at one place are a double click.
+grab=0
 drag_to() {
     read -r x y < <(at_colour $kGreenNote)
-    xdotool mousemove "$x" $((y + 20)) mousedown 1 mousemove_relative 4 4
+    grab=$((14 - grab))
+    xdotool mousemove $((x + grab)) $((y + 20)) mousedown 1 mousemove_relative 4 4
     [ -z "${3:-}" ] || xdotool keydown "$3"
     xdotool mousemove "$1" "$2"
     held=${3:-}

@@ -73,6 +73,7 @@ new_program() {
     chmod 700 "$home/run"
     cp -r "$BIN" "$home/program"
     rm -rf "$home/program/Works" "$home/program/jotlet.ini"
+    touch "$home/program/portable"
     PROGRAM=$home/program/jotlet
     CONTROL=$home/program/jotctl
     WORKS=$home/program/Works

@@ -40,7 +40,7 @@ class HelpersTest : public WindowTest {
 protected:
     HelpersTest()
     {
-        SetProgramPath(folder.File("jotlet"));
+        test::UsePortableProgram(folder.Path());
         SetSoundEnabled(1);
         SetAnimationEnabled(1);
     }

@@ -91,9 +91,20 @@ TEST_F(FailingDiskTest, ALockThatCannotBeWrittenIsNotTaken)
     }
     EXPECT_EQ(table->LockRecord(address), 1);
     disk.changes = 0;
-    const ScopedFileSystem scope(disk);
-    EXPECT_EQ(table->UnlockRecord(address), 0);
-    EXPECT_TRUE(IsRefreshEnabled());
+    {
+        const ScopedFileSystem scope(disk);
+        EXPECT_EQ(table->UnlockRecord(address), 1);  // tried again
+        EXPECT_TRUE(IsRefreshEnabled());
+        ASSERT_EQ(table->LockRecord(address), 1);
+        disk.changes = 0;
+        disk.andAllBehind = true;
+        EXPECT_EQ(table->UnlockRecord(address), 0);
+        EXPECT_EQ(table->GetLastError().systemError, ENOSPC);
+    }
+    EXPECT_EQ(table->LockRecord(address), 1);  // the byte that stayed stands for nobody
+    table->UnlockRecord(address);
+    table->Close();
+    EXPECT_EQ(RepairTable(path, false), RepairOutcome::Compacted);
 }
 
 TEST_F(FailingDiskTest, AFileIsCreatedWholeOrNotAtAll)

@@ -1,8 +1,10 @@
 #include "store/record_query.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 
 #include "support/failing_file_system.h"
 #include "table_fixture.h"
@@ -21,14 +23,6 @@ std::function<void(RecordQuery&)> Title(TermKind kind, const std::string& text, 
 std::function<void(RecordQuery&)> Text(TermKind kind, const std::string& text, Connective tie = kAnd)
 {
     return [=](RecordQuery& query) { query.AddTextTerm(kTextAt, kTextWidth, kind, text, tie); };
-}
-std::function<void(RecordQuery&)> Category(TermKind kind, const std::string& text, Connective tie = kAnd)
-{
-    return [=](RecordQuery& query) { query.AddTextTerm(kCategoryAt, kCategoryWidth, kind, text, tie); };
-}
-std::function<void(RecordQuery&)> Date(TermKind kind, int day, int month, int year, Connective tie = kAnd)
-{
-    return [=](RecordQuery& query) { query.AddDateTerm(kDateAt, kind, day, month, year, tie); };
 }
 
 // Every query runs on a mapping and by reads, and both must agree.
@@ -70,30 +64,185 @@ protected:
     std::unique_ptr<TableFile> kept;
 };
 
-TEST_F(RecordQueryTest, EachTextKindIgnoresCaseAndHasItsOpposite)
+template <typename Value>
+Value At(const std::byte* bytes)
 {
-    for (const char* title : {"Tax", "taxes", "Syntax", "milk", ""})
-        Add({.title = title});
-    struct Case {
-        TermKind kind;
-        const char* value;
-        const char* found;
-    };
-    for (const Case& c :
-         {Case{TermKind::Equal, "TAX", "Tax"}, Case{TermKind::NotEqual, "tax", "taxes Syntax milk "},
-          Case{TermKind::Contains, "tAX", "Tax taxes Syntax"}, Case{TermKind::NotContains, "tax", "milk "},
-          Case{TermKind::BeginsWith, "TAX", "Tax taxes"}, Case{TermKind::NotBeginsWith, "tax", "Syntax milk "},
-          Case{TermKind::EndsWith, "TAX", "Tax Syntax"}, Case{TermKind::NotEndsWith, "tax", "taxes milk "},
-          Case{TermKind::Above, "syntax", "Tax taxes"}, Case{TermKind::AtMost, "milk", "milk "},
-          Case{TermKind::AtLeast, "Tax", "Tax taxes"}, Case{TermKind::Below, "N", "milk "},
-          Case{TermKind::Contains, "", "Tax taxes Syntax milk "},
-          Case{TermKind::BeginsWith, "", "Tax taxes Syntax milk "}, Case{TermKind::Contains, "taxesx", ""},
-          Case{TermKind::Equal, "", ""}}) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(c.kind) << " " << c.value);
-        EXPECT_EQ(Found({Title(c.kind, c.value)}), c.found);
+    Value value;
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
+}
+
+struct Field {
+    ValueType type;
+    std::uint32_t at;
+    std::uint32_t width;
+};
+
+std::string LoweredText(const std::byte* bytes, std::uint32_t width)
+{
+    return LowerAscii(FieldText({reinterpret_cast<const char*>(bytes), std::min(width, 500u)}));
+}
+
+// The rules, told as simply as can be.
+int ModelCompare(const Field& field, const std::byte* a, const std::byte* b)
+{
+    const auto sign = [](auto first, auto second) { return (first > second) - (first < second); };
+    switch (field.type) {
+        case ValueType::Text:
+            return sign(LoweredText(a, field.width).compare(LoweredText(b, field.width)), 0);
+        case ValueType::Date:
+            return sign(DayNumberOf(At<DateValue>(a)), DayNumberOf(At<DateValue>(b)));
+        case ValueType::Time:
+            return sign(TimeSlot(At<TimeValue>(a)), TimeSlot(At<TimeValue>(b)));
+        case ValueType::Int8:
+            return sign(At<std::int8_t>(a), At<std::int8_t>(b));
+        case ValueType::Int64:
+            return sign(At<std::int64_t>(a), At<std::int64_t>(b));
+        case ValueType::Int32:
+        case ValueType::Int32Alternative:
+            return sign(At<std::int32_t>(a), At<std::int32_t>(b));
+        default:
+            return !(At<double>(a) >= At<double>(b)) ? -1 : At<double>(a) != At<double>(b);
     }
-    EXPECT_EQ(Found({Title(TermKind::Equal, "")}).size(), 0u);
-    EXPECT_EQ(query.resultCount, 1);  // the empty title
+}
+
+bool ModelHolds(const FilterTerm& term, const Record& record)
+{
+    const std::byte* field = record.data() + term.fieldOffset;
+    const int kind = static_cast<int>(term.kind);
+    const int compared =
+        ModelCompare({term.valueType, term.fieldOffset, term.fieldSize}, field, term.value.bytes.data());
+    const bool answers[] = {true,          compared == 0, compared != 0, compared <= 0,
+                            compared >= 0, compared > 0,  compared < 0};
+    if (kind <= 6)
+        return answers[kind];
+    bool isIn = false;
+    if (term.valueType == ValueType::Text) {
+        const std::string text = LoweredText(field, term.fieldSize);
+        const std::string sought = LoweredText(term.value.bytes.data(), 500);
+        isIn = kind <= 8    ? text.find(sought) != std::string::npos
+               : kind <= 10 ? text.starts_with(sought)
+                            : text.ends_with(sought);
+    }
+    return kind > 12 || isIn == (kind % 2 == 1);
+}
+
+bool ModelMatches(const std::vector<FilterTerm>& terms, const Record& record)
+{
+    if (terms[0].kind == TermKind::All || (terms.size() == 1 && ModelHolds(terms[0], record)))
+        return true;
+    bool all = terms.size() > 1;
+    for (std::size_t i = 1; i < terms.size(); ++i) {
+        const bool first = ModelHolds(terms[i - 1], record);
+        const bool second = ModelHolds(terms[i], record);
+        const bool both = terms[i - 1].connective == kAnd && terms[i].connective == kAnd;
+        all = all && (both ? first && second : first || second);
+    }
+    return all;
+}
+
+// Adds the term by the operation that its type has.
+void AddAs(RecordQuery& query, const FilterTerm& term)
+{
+    const std::byte* value = term.value.bytes.data();
+    const auto date = At<DateValue>(value);
+    if (term.valueType == ValueType::Text)
+        query.AddTextTerm(term.fieldOffset, term.fieldSize, term.kind, reinterpret_cast<const char*>(value),
+                          term.connective);
+    else if (term.valueType == ValueType::Date)
+        query.AddDateTerm(term.fieldOffset, term.kind, date.day, date.month, date.year, term.connective);
+    else if (term.valueType == ValueType::Int8)
+        query.AddByteTerm(term.fieldOffset, term.kind, At<std::uint8_t>(value), term.connective);
+    else if (term.valueType == ValueType::Int64)
+        query.AddInt64Term(term.fieldOffset, term.kind, At<std::uint32_t>(value), At<std::uint32_t>(value + 4),
+                           term.connective);
+    else
+        query.AddTerm(term);
+}
+
+TEST_F(RecordQueryTest, AnyQueryAndSortGivesWhatANaiveModelGives)
+{
+    std::mt19937 random(23);
+    const auto pick = [&](int from, int to) { return from + static_cast<int>(random() % unsigned(to - from + 1)); };
+    const auto word = [&] {
+        std::string text;
+        for (int left = pick(0, 4); left > 0; --left)
+            text += "aAbBx"[random() % 5];
+        return text;
+    };
+    constexpr std::uint32_t kNumberAt = 600, kFloatAt = 620;
+    const double floats[] = {0.0, -0.0, 1.5, -1.5, std::numeric_limits<double>::quiet_NaN()};
+    std::vector<Record> records;
+    for (int i = 0; i < 130; ++i) {
+        Record record = RecordOf({.title = word(),
+                                  .text = word() + word(),
+                                  .category = word(),
+                                  .date = {pick(0, 3), pick(1, 2), pick(1999, 2001)},
+                                  .id = (std::uint64_t(pick(-1, 1)) << 32) + unsigned(pick(0, 2))});
+        Put(record, kNumberAt, std::int32_t{pick(-2, 2)});
+        Put(record, kFloatAt, floats[random() % 5]);
+        Put(record, kTimeAt, TimeValue{pick(9, 10), pick(0, 11), pick(0, 59), pick(1, 2)});
+        ASSERT_EQ(table->AddRecord(record), 1);
+        records.push_back(record);
+    }
+    const Field fields[] = {
+        {ValueType::Text, kTitleAt, kTitleWidth},
+        {ValueType::Text, kTextAt, kTextWidth},
+        {ValueType::Text, kTitleAt, 2},
+        {ValueType::Text, kCategoryAt, kCategoryWidth},
+        {ValueType::Date, kDateAt, 12},
+        {ValueType::Time, kTimeAt, 16},
+        {ValueType::Int8, kNumberAt, 1},
+        {ValueType::Int32, kNumberAt, 4},
+        {ValueType::Int32Alternative, kNumberAt, 4},
+        {ValueType::Int64, 6, 8},
+        {ValueType::Float, kFloatAt, 8},
+        {ValueType::Float8, kFloatAt, 8},
+        {ValueType::Float12, kFloatAt, 12},
+    };
+    FailingFileSystem share;
+    const ScopedFileSystem scope(share);
+    TableFile far(path, "");
+    for (int round = 0; round < 1000; ++round) {
+        share.isRemote = round % 2 == 1;  // by reading, or on a mapping
+        TableFile& source = share.isRemote ? far : *table;
+        query.Reset();
+        query.PrepareResults();
+        std::vector<FilterTerm> terms;
+        for (int left = pick(1, 4); left > 0; --left) {
+            const Field& field = fields[random() % std::size(fields)];
+            FilterTerm& term = terms.emplace_back();
+            term.valueType = field.type;
+            term.fieldOffset = field.at;
+            term.fieldSize = field.width;
+            term.kind = static_cast<TermKind>(pick(0, 12));
+            term.connective = random() % 2 ? kAnd : kOr;
+            const std::byte* value = records[random() % records.size()].data() + term.fieldOffset;
+            const std::uint32_t beyond = field.type == ValueType::Text ? 2 : 0;  // a value may be longer than its field
+            std::copy_n(value, std::min<std::size_t>(term.fieldSize + beyond, 499), term.value.bytes.begin());
+            AddAs(query, term);
+        }
+        std::vector<RecordAddress> expected;
+        const auto recordAt = [&](RecordAddress address) {
+            return records[(address - kFirstRecordOffset) / kNoteRecordSize].data();
+        };
+        for (std::size_t i = 0; i < records.size(); ++i)
+            if (ModelMatches(terms, records[i]))
+                expected.push_back(static_cast<RecordAddress>(kFirstRecordOffset + i * kNoteRecordSize));
+        SCOPED_TRACE(round);
+        ASSERT_EQ(source.RunQuery(query), 1);
+        ASSERT_EQ(std::vector(query.Results().begin(), query.Results().end()), expected);
+
+        const Field& key = fields[random() % std::size(fields)];
+        std::ranges::stable_sort(expected, [&](RecordAddress a, RecordAddress b) {
+            const std::byte* second = recordAt(b) + key.at;
+            // What is no number comes first, and none of them before another.
+            const bool isNan = key.at == kFloatAt && std::isnan(At<double>(second));
+            return !isNan && ModelCompare(key, recordAt(a) + key.at, second) < 0;
+        });
+        ASSERT_EQ(query.Sort(source, key.at, key.width, ComparatorOf(key.type)), 1);
+        ASSERT_EQ(std::vector(query.Results().begin(), query.Results().end()), expected);
+    }
 }
 
 TEST_F(RecordQueryTest, AWordIsFoundWhereverItStandsInTheText)
@@ -105,84 +254,9 @@ TEST_F(RecordQueryTest, AWordIsFoundWhereverItStandsInTheText)
         Add({.title = std::to_string(at), .text = text + (at < 1900 ? filler : "")});
     }
     Add({.title = "cut", .text = std::string(2018, 'n') + "needle"});  // the last byte goes to the terminator
-    Add({.title = "near", .text = "needl needlf Needl\xE5 \xCE\xA5needl"});
     EXPECT_EQ(Found({Text(TermKind::Contains, "needle")}), "0 1 15 16 17 31 100 1990 2016 2017");
     EXPECT_EQ(Found({Text(TermKind::EndsWith, "needle")}), "1990 2016 2017");
-    // Letters alone have two cases: '@' and '`', '[' and '{' lie as far apart as they do.
-    Add({.title = "signs", .text = "@[`{"});
-    EXPECT_EQ(Found({Text(TermKind::Contains, "`[")}), "");
-    EXPECT_EQ(Found({Text(TermKind::Contains, "@[`{")}), "signs");
     EXPECT_EQ(Found({Text(TermKind::Contains, std::string(499, 'N') + std::string(40, 'x'))}), "1990 2016 2017 cut");
-}
-
-TEST_F(RecordQueryTest, ThePairRuleTiesNeighboursOnly)
-{
-    for (const char* letters : {"a", "b", "ab", "bc", "c", "abc", "d", "abd", "acd"})
-        Add({.title = letters});
-    const auto has = [](const char* letter, Connective tie) { return Title(TermKind::Contains, letter, tie); };
-    EXPECT_EQ(Found({has("a", kAnd), has("b", kAnd)}), "ab abc abd");
-    EXPECT_EQ(Found({has("a", kOr), has("b", kOr)}), "a b ab bc abc abd acd");
-    EXPECT_EQ(Found({has("a", kAnd), has("b", kOr)}), "a b ab bc abc abd acd");  // one And is no And
-    EXPECT_EQ(Found({has("a", kOr), has("b", kOr), has("c", kAnd)}), "b ab bc abc abd acd");
-    EXPECT_EQ(Found({has("a", kAnd), has("b", kAnd), has("c", kOr), has("d", kOr)}), "abc abd");
-}
-
-TEST_F(RecordQueryTest, AnOrNextToAnAndTiesTheTwoTerms)
-{
-    Add({.title = "tax", .category = "Calls"});
-    Add({.title = "tax", .category = "Ideas"});
-    Add({.title = "milk", .text = "tax", .category = "Calls"});
-    EXPECT_EQ(Found({Title(TermKind::Contains, "tax", kOr), Text(TermKind::Contains, "tax", kOr),
-                     Category(TermKind::Equal, "calls"), Category(TermKind::Equal, "Calls")}),
-              "tax milk");
-}
-
-TEST_F(RecordQueryTest, DatesCompareByDayNumberAndImpossibleOnesComeFirst)
-{
-    Add({.title = "early", .date = {31, 12, 2004}});
-    Add({.title = "day", .date = {1, 1, 2005}});
-    Add({.title = "late", .date = {1, 2, 2005}});
-    Add({.title = "never", .date = {31, 2, 2005}});
-    EXPECT_EQ(Found({Date(TermKind::Equal, 1, 1, 2005)}), "day");
-    EXPECT_EQ(Found({Date(TermKind::AtLeast, 1, 1, 2005), Date(TermKind::AtMost, 31, 1, 2005)}), "day");
-    EXPECT_EQ(Found({Date(TermKind::Below, 1, 1, 2005)}), "early never");
-    EXPECT_EQ(Found({Date(TermKind::Equal, 40, 40, 1990)}), "never");
-}
-
-TEST_F(RecordQueryTest, NumbersOfEveryWidthCompareSigned)
-{
-    Record record = RecordOf({.title = "minus", .id = ~std::uint64_t{0}});
-    Put(record, 1379, std::int32_t{-2});
-    table->AddRecord(record);
-    record = RecordOf({.title = "plus", .id = 0x1'0000'0002u});
-    Put(record, 1379, std::int32_t{3});
-    table->AddRecord(record);
-    EXPECT_EQ(Found({[](RecordQuery& q) { q.AddInt64Term(6, TermKind::Equal, 2, 1, kAnd); }}), "plus");
-    EXPECT_EQ(Found({[](RecordQuery& q) { q.AddInt64Term(6, TermKind::Below, 0, 0, kAnd); }}), "minus");
-    EXPECT_EQ(Found({[](RecordQuery& q) { q.AddByteTerm(6, TermKind::Above, 0xFE, kAnd); }}), "minus plus");
-    FilterTerm number;
-    number.valueType = ValueType::Int32Alternative;
-    number.fieldOffset = 1379;
-    number.fieldSize = 4;
-    number.kind = TermKind::Above;
-    EXPECT_EQ(Found({[&](RecordQuery& q) { q.AddTerm(number); }}), "plus");
-}
-
-TEST_F(RecordQueryTest, TimesInOneStepOfFiveMinutesAreEqual)
-{
-    Record record = RecordOf({.title = "note"});
-    Put(record, kTimeAt, TimeValue{10, 1, 30, kBeforeNoon});
-    table->AddRecord(record);
-    for (const auto& [minute, equal] : {std::pair{4, "note"}, std::pair{5, ""}, std::pair{0, "note"}}) {
-        FilterTerm time;
-        time.valueType = ValueType::Time;
-        time.fieldOffset = kTimeAt;
-        time.fieldSize = 16;
-        time.kind = TermKind::Equal;
-        const TimeValue value{10, minute, 0, kBeforeNoon};
-        std::memcpy(time.value.bytes.data(), &value, sizeof value);
-        EXPECT_EQ(Found({[&](RecordQuery& q) { q.AddTerm(time); }}), equal);
-    }
 }
 
 TEST_F(RecordQueryTest, OddTermsHaveTheirAnswerAndNeverReadOutside)
@@ -263,9 +337,27 @@ TEST_F(RecordQueryTest, TheLimitKeepsTheFirstMatchesInFileOrder)
     query.AddAllTerm();
     EXPECT_EQ(table->RunQuery(query), 1);
     EXPECT_EQ(query.resultCount, kMaxResults);
+    EXPECT_TRUE(query.limitReached);
     EXPECT_EQ(query.Sort(*table, kTitleAt, kTitleWidth, CompareTitles), 1);
     EXPECT_EQ(std::count(query.Results().begin(), query.Results().end(), last), 0);
     EXPECT_EQ(query.Results().back(), last - 3557);
+
+    query.PrepareAllResults();
+    query.AddAllTerm();
+    EXPECT_EQ(table->RunQuery(query), 1);
+    EXPECT_FALSE(query.limitReached);
+    EXPECT_EQ(query.Results().back(), last);
+    const RecordAddress behind = Add({.title = "z"});  // a run makes room for what came since
+    EXPECT_EQ(table->RunQuery(query), 1);
+    EXPECT_EQ(query.Results().back(), behind);
+
+    table->DeleteRecord(last);
+    table->DeleteRecord(behind);
+    query.PrepareResults();
+    query.AddAllTerm();
+    EXPECT_EQ(table->RunQuery(query), 1);
+    EXPECT_EQ(query.resultCount, kMaxResults);
+    EXPECT_FALSE(query.limitReached) << "as many as there is room for are all of them";
 }
 
 TEST_F(RecordQueryTest, TheFiftyFirstTermIsRefused)
@@ -330,76 +422,20 @@ protected:
     }
 };
 
-TEST_F(RecordSortTest, TitlesWithoutCaseByUnsignedBytesAndEqualOnesInFileOrder)
+TEST_F(RecordSortTest, TitlesSortByUnsignedBytesToTheirLastOneAndAnOddComparatorLosesNothing)
 {
-    for (const char* title : {"b", "B", "\xC3\xA4", "", "a long title that goes on 2", "A long title that goes on 1",
-                              "[", "Z", "a long title", "a"})
+    for (const char* title : {"\xC3\xA4", "a long title that goes on 2", "A long title that goes on 1", "[", "Z", "a"})
         Add({.title = title});
     Found({[](RecordQuery& q) { q.AddAllTerm(); }});
-    const std::string expected =
-        "[ a a long title A long title that goes on 1 a long title that goes on 2 b B Z \xC3\xA4";
+    const std::string expected = "[ a A long title that goes on 1 a long title that goes on 2 Z \xC3\xA4";
     EXPECT_EQ(Sorted(kTitleAt, kTitleWidth, CompareTitles), expected);
     EXPECT_EQ(query.Resort(), 1);
     EXPECT_EQ(Listed(), expected);
-}
-
-TEST_F(RecordSortTest, KnownComparatorsSortAsTheyCompare)
-{
-    // The sort turns keys into numbers. That must agree with asking the comparator for each pair.
-    std::uint64_t random = 88172645463325252u;
-    const auto next = [&] {
-        random ^= random << 13;
-        random ^= random >> 7;
-        random ^= random << 17;
-        return random;
-    };
-    const double floats[] = {0.0,
-                             -0.0,
-                             1.5,
-                             -1.5,
-                             1e300,
-                             -1e300,
-                             std::numeric_limits<double>::quiet_NaN(),
-                             std::numeric_limits<double>::infinity(),
-                             -std::numeric_limits<double>::infinity()};
-    for (int i = 0; i < 300; ++i) {
-        Record record = RecordOf({.title = std::string(next() % 3, 'A' + static_cast<char>(next() % 3)) + "x"});
-        Put(record, 600, static_cast<std::int32_t>(next() % 7) - 3);
-        Put(record, 610, static_cast<std::int64_t>(next()));
-        Put(record, 620, floats[next() % std::size(floats)]);
-        Put(record, kTimeAt, TimeValue{static_cast<int>(next() % 14), static_cast<int>(next() % 60), 0, 1 + (i & 1)});
-        Put(record, kDateAt, DateValue{static_cast<int>(next() % 33), static_cast<int>(next() % 14), 2000 + i % 22});
-        ASSERT_EQ(table->AddRecord(record), 1);
-    }
-    struct Key {
-        std::uint32_t at;
-        std::uint32_t width;
-        FieldComparator comparator;
-    };
-    query.PrepareResults();
-    query.AddAllTerm();
-    for (const Key& key :
-         {Key{600, 1, CompareInt8}, Key{600, 4, CompareInt32}, Key{610, 8, CompareInt64}, Key{620, 8, CompareFloat},
-          Key{620, 8, CompareFloat8}, Key{620, 12, CompareFloat12}, Key{kTimeAt, 16, CompareTimes},
-          Key{kDateAt, 12, CompareDates}, Key{kTitleAt, 150, CompareTitles}, Key{kTitleAt, 2, CompareTitles}}) {
-        SCOPED_TRACE(key.at);
-        ASSERT_EQ(table->RunQuery(query), 1);
-        ASSERT_EQ(query.Sort(*table, key.at, key.width, key.comparator), 1);
-        Record before = table->AllocRecordBuffer();
-        Record after = table->AllocRecordBuffer();
-        for (std::size_t i = 1; i < query.Results().size(); ++i) {
-            table->ReadRecord(before, query.Results()[i - 1]);
-            table->ReadRecord(after, query.Results()[i]);
-            // Asked the way that tells "not above" also for what is no number.
-            EXPECT_LE(key.comparator(before.data() + key.at, after.data() + key.at, key.width), 0);
-        }
-    }
-    // A comparator of somebody else's, even one that contradicts itself, stays in bounds and loses nothing.
-    ASSERT_EQ(table->RunQuery(query), 1);
+    // One that contradicts itself stays in bounds.
     EXPECT_EQ(query.Sort(*table, 0, 4, [](const std::byte*, const std::byte*, std::size_t) { return -1; }), 1);
     std::vector<RecordAddress> all(query.Results().begin(), query.Results().end());
     std::sort(all.begin(), all.end());
-    EXPECT_EQ(std::unique(all.begin(), all.end()) - all.begin(), 300);
+    EXPECT_EQ(std::unique(all.begin(), all.end()) - all.begin(), 6);
 }
 
 TEST_F(RecordSortTest, TheStampIsTakenAtTheFirstSortOnly)

@@ -54,11 +54,48 @@ TEST_F(TableFileTest, CreateNeverReplacesAFileAndTakesOnlyKnownSizes)
     EXPECT_EQ(Titles(), Texts{"milk"});
 }
 
+// A copy put back from a backup, a program that synchronises folders, a user who tidies up.
+TEST_F(TableFileTest, NothingIsWrittenToAFileThatThePathNoLongerNames)
+{
+    const RecordAddress milk = Add({.title = "milk"});
+    const RecordAddress bread = Add({.title = "bread"});
+    ASSERT_EQ(table->LockRecord(bread), 1);
+    ASSERT_EQ(table->Flush(), 1);
+    const std::string kept = folder.File("kept");
+    const std::string bytes = ReadAll(path);
+    for (const bool another : {false, true}) {
+        std::filesystem::rename(path, kept);
+        if (another)
+            WriteAll(path, bytes);
+        std::vector<RecordAddress> addresses;
+        const Record record = RecordOf({.title = "lost"});
+        EXPECT_EQ(table->AddRecord(record), 0);
+        EXPECT_TRUE(table->WasReplaced());
+        EXPECT_EQ(table->AddRecords(record, addresses) + table->WriteRecord(record, milk) + table->DeleteRecord(milk) +
+                      table->LockRecord(milk) + table->UnlockRecord(bread) + table->Flush(),
+                  0);
+        EXPECT_EQ(table->UpdateHeader([](TableHeader&) { return true; }), 0);
+        EXPECT_EQ(table->UpdateCategories([](CategoryBlock&) { return true; }), 0);
+        EXPECT_EQ(ReadAll(kept), bytes);
+        EXPECT_EQ(TitleAt(milk), "milk") << "what was there can still be read";
+        if (another) {
+            table->Close();
+            EXPECT_EQ(ReadAll(kept) + ReadAll(path), bytes + bytes);
+        }
+        std::filesystem::rename(kept, path);
+        EXPECT_EQ(table->PathStillNamesThisFile(), !another) << "back where it was";
+    }
+    EXPECT_EQ(table->Open(), 1);
+    EXPECT_EQ(table->AddRecord(RecordOf({.title = "jam"})), 1);
+    EXPECT_FALSE(table->WasReplaced());
+}
+
 TEST_F(TableFileTest, DeletedSlotIsUsedAgainBeforeTheFileGrows)
 {
     const RecordAddress first = Add({.title = "milk"});
     Add({.title = "bread"});
     EXPECT_EQ(table->DeleteRecord(first), 1);
+    EXPECT_EQ(table->DeleteRecord(first), 0);
     EXPECT_EQ(FreeSlots(), -1);
     Record bytes = table->AllocRecordBuffer();
     EXPECT_EQ(table->ReadRecord(bytes, first), 0);
@@ -123,14 +160,6 @@ TEST_F(TableFileTest, ACountOfFreeSlotsThatLiesStoresNothing)
     SetHeader([](TableHeader& header) { header.freeSlots = 7; });
     Add({.title = "bread"});
     EXPECT_EQ(Titles(), (Texts{"milk", "bread"}));
-}
-
-TEST_F(TableFileTest, AFreeSlotCannotBeDeletedTwice)
-{
-    const RecordAddress address = Add({.title = "milk"});
-    EXPECT_EQ(table->DeleteRecord(address), 1);
-    EXPECT_EQ(table->DeleteRecord(address), 0);
-    EXPECT_EQ(FreeSlots(), -1);
 }
 
 TEST_F(TableFileTest, AddressesThatAreNoSlotAreRefused)

@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <string>
+#include <string_view>
 
 #include "platform/base/file_system.h"
 
@@ -20,7 +21,10 @@ public:
     int changes = 0;  // counted so far
     std::string failedCall;
 
+    bool failSyncs = false;  // every sync fails and writes go on, as on a drive that is full or gone behind its cache
     bool failReads = false;  // every ReadAt gives EIO
+    int failRead = 0;        // the nth ReadAt (from 1) and all behind it give EIO
+    int reads = 0;           // counted so far while failRead is set
     int lockFailure = 0;     // every Lock gives this errno
     bool locksStayHere = false;
     bool isRemote = false;
@@ -34,7 +38,7 @@ public:
     }
     std::int64_t ReadAt(int handle, std::span<std::byte> buffer, std::int64_t offset) override
     {
-        if (failReads) {
+        if (failReads || (failRead > 0 && ++reads >= failRead)) {
             errno = EIO;
             return -1;
         }
@@ -92,15 +96,36 @@ public:
         }
         return real.Lock(handle, byte, mode);
     }
-    void CopyOwnership(int from, int to) override { real.CopyOwnership(from, to); }
-    bool LocksReachEverybody(int handle) override { return !locksStayHere && real.LocksReachEverybody(handle); }
-    bool IsLocal(int handle) override { return !isRemote && real.IsLocal(handle); }
+    int ChangeOwner(int handle, std::uint32_t user, std::uint32_t group) override
+    {
+        return real.ChangeOwner(handle, user, group);
+    }
+    int ChangeMode(int handle, unsigned mode) override { return real.ChangeMode(handle, mode); }
+    int GetAttribute(int handle, const std::string& name, std::string& value) override
+    {
+        return real.GetAttribute(handle, name, value);
+    }
+    int SetAttribute(int handle, const std::string& name, const std::string& value) override
+    {
+        return real.SetAttribute(handle, name, value);
+    }
+    int RemoveAttribute(int handle, const std::string& name) override { return real.RemoveAttribute(handle, name); }
+    int ListAttributes(int handle, std::vector<std::string>& names) override
+    {
+        return real.ListAttributes(handle, names);
+    }
+    int IdentifyAtServer(int handle, FileIdentity& out) override { return real.IdentifyAtServer(handle, out); }
+    int OpenAgain(int handle, int flags) override { return real.OpenAgain(handle, flags); }
+    void ForgetPages(int handle) override { real.ForgetPages(handle); }
+    Drive DriveUnder(int) override { return {.isCoherent = !isRemote, .locksTravel = !locksStayHere}; }
+    bool IsLocal(int handle) override { return !isRemote && !locksStayHere && real.IsLocal(handle); }
 
 private:
     bool Fails(const char* call)
     {
         ++changes;
-        if (changes != failAt && !(andAllBehind && failAt > 0 && changes > failAt))
+        if (changes != failAt && !(andAllBehind && failAt > 0 && changes > failAt) &&
+            !(failSyncs && std::string_view(call).starts_with("sync")))
             return false;
         if (failedCall.empty())
             failedCall = call;

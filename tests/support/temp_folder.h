@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/paths.h"
+
 namespace jotlet::test {
 
 class TempFolder {
@@ -49,6 +51,14 @@ inline std::string ReadAll(const std::string& path)
 inline void WriteAll(const std::string& path, std::string_view bytes)
 {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// Lets the program, as everything sees it, lie in `folder` and keep its data there too, so that no test writes into its
+// user's own. SetProgramPath({}) ends that.
+inline void UsePortableProgram(const std::string& folder, const std::string& name = "jotlet")
+{
+    WriteAll(folder + "/portable", "");
+    SetProgramPath(folder + "/" + name);
 }
 
 }  // namespace jotlet::test

@@ -90,29 +90,6 @@ TEST_F(CalendarTest, AClickOnADayIsToldEvenWhenItWasSelected)
     EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left + 1, cell.top + 1}), 0xB2E2E1u);
 }
 
-TEST_F(CalendarTest, TheThirtyFirstBecomesTheLastDayAndStaysSo)
-{
-    Show(31, 1, 2000);
-    Next();
-    EXPECT_THAT(Take(), ElementsAre(Picked{0, {29, 2, 2000}}));
-    Next();
-    EXPECT_THAT(Take(), ElementsAre(Picked{0, {29, 3, 2000}}));
-    Previous();
-    Previous();
-    EXPECT_EQ(calendar->GetDate(), (DateValue{29, 1, 2000}));
-}
-
-TEST_F(CalendarTest, AtTheEndsOfTheCalendarTheButtonsDoNothing)
-{
-    Show(10, 1, 2000);
-    Previous();
-    EXPECT_THAT(Take(), IsEmpty());
-    EXPECT_EQ(calendar->GetDate(), (DateValue{10, 1, 2000}));
-    Show(10, 12, CalendarLastYear());
-    Next();
-    EXPECT_THAT(Take(), IsEmpty());
-}
-
 TEST_F(CalendarTest, TodayIsToldOnlyFromAnotherDay)
 {
     SetCalendarLastYear(kCalendarMaxLastYear);
@@ -170,30 +147,51 @@ TEST_F(CalendarTest, SetDateTellsNobodyAndRefusesOtherYears)
     EXPECT_THAT(Take(), IsEmpty());
 }
 
-TEST_F(CalendarTest, ArrowsWalkTheDaysAcrossMonths)
+TEST_F(CalendarTest, KeysAndButtonsWalkTheDaysAndStopAtTheCalendarsEnds)
 {
-    Show(1, 3, 2000);
-    const auto press = [this](int key) {
-        TestKey(calendar->Grid().window, key);
-        return calendar->GetDate();
+    const int last = CalendarLastYear();
+    const struct {
+        int key;  // 0 and 1: the buttons
+        DateValue from, to;
+    } rows[] = {
+        {kKeyLeft, {1, 3, 2000}, {29, 2, 2000}},
+        {kKeyDown, {29, 2, 2000}, {7, 3, 2000}},
+        {kKeyUp, {7, 3, 2000}, {29, 2, 2000}},
+        {kKeyHome, {29, 2, 2000}, {1, 2, 2000}},
+        {kKeyEnd, {1, 2, 2000}, {29, 2, 2000}},
+        {kKeyPageUp, {29, 2, 2000}, {29, 1, 2000}},
+        {kKeyPageDown, {31, 1, 2000}, {29, 2, 2000}},
+        {kKeyUp, {3, 1, 2000}, {3, 1, 2000}},
+        {kKeyPageUp, {3, 1, 2000}, {3, 1, 2000}},
+        {kKeyPageDown, {10, 12, last}, {10, 12, last}},
+        {kKeyRight, {31, 12, last}, {31, 12, last}},
+        {0, {10, 1, 2000}, {10, 1, 2000}},
+        {1, {10, 12, last}, {10, 12, last}},
+        {1, {31, 1, 2000}, {29, 2, 2000}},
+        {1, {29, 2, 2000}, {29, 3, 2000}},
+        {0, {29, 3, 2000}, {29, 2, 2000}},
     };
-    EXPECT_EQ(press(kKeyLeft), (DateValue{29, 2, 2000}));
-    EXPECT_EQ(press(kKeyDown), (DateValue{7, 3, 2000}));
-    EXPECT_EQ(press(kKeyUp), (DateValue{29, 2, 2000}));
-    EXPECT_EQ(press(kKeyHome), (DateValue{1, 2, 2000}));
-    EXPECT_EQ(press(kKeyEnd), (DateValue{29, 2, 2000}));
-    EXPECT_EQ(press(kKeyPageUp), (DateValue{29, 1, 2000}));
-    EXPECT_EQ(press(kKeyPageDown), (DateValue{29, 2, 2000}));
-    EXPECT_EQ(Take().size(), 7u);
+    for (const auto& [key, from, to] : rows) {
+        Show(from.day, from.month, from.year);
+        if (key > 1)
+            TestKey(calendar->Grid().window, key);
+        else
+            key ? Next() : Previous();
+        EXPECT_EQ(calendar->GetDate(), to) << "key " << key;
+        EXPECT_EQ(Take(), std::vector<Picked>(from == to ? 0 : 1, {0, to})) << "key " << key;
+    }
 }
 
-TEST_F(CalendarTest, KeysStopAtTheCalendarsEnds)
+TEST_F(CalendarTest, AScreenReaderFindsTheDaysAndTheSelectedOne)
 {
-    Show(3, 1, 2000);
-    TestKey(calendar->Grid().window, kKeyUp);
-    TestKey(calendar->Grid().window, kKeyPageUp);
-    EXPECT_EQ(calendar->GetDate(), (DateValue{3, 1, 2000}));
-    EXPECT_THAT(Take(), IsEmpty());
+    Show(5, 3, 2000);
+    const AccessibleDescription heard = DescriptionOf(calendar->Grid());
+    EXPECT_EQ(heard.role, AccessibleRole::Calendar);
+    ASSERT_EQ(heard.parts.size(), 31u);
+    std::string date;
+    FormatDate(date, 5, 3, 2000);
+    EXPECT_EQ(heard.parts[4].name, date);
+    EXPECT_EQ(std::ranges::count(heard.parts, true, &AccessiblePart::selected), heard.parts[4].selected);
 }
 
 class CalendarDropTest : public CalendarTest {
@@ -221,6 +219,7 @@ TEST_F(CalendarDropTest, ADayTakesADropAndTellsItWithoutSelecting)
     EXPECT_EQ(Drag(kDragMoveDrop, Day(9)), 1);
     EXPECT_THAT(Take(), ElementsAre(Picked{kDragMoveDrop, {9, 3, 2000}}));
     EXPECT_EQ(calendar->Grid().GetDate(), (DateValue{5, 3, 2000}));
+    EXPECT_EQ(calendar->GetDate(), (DateValue{5, 3, 2000})) << "or the Today button would take a drop for a choice";
     EXPECT_EQ(Drag(kDragCopyDrop, Day(10)), 1);
     EXPECT_THAT(Take(), ElementsAre(Picked{kDragCopyDrop, {10, 3, 2000}}));
 }

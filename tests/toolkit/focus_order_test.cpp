@@ -38,24 +38,17 @@ TEST_F(FocusOrderTest, TabWalksRoundAndShiftTabBack)
     EXPECT_EQ(Tab(), a.window);
     EXPECT_EQ(Tab(true), c.window);
     EXPECT_EQ(Tab(true), b.window);
-}
-
-TEST_F(FocusOrderTest, HiddenAndDisabledWindowsArePassedOver)
-{
+    FocusWindow(host.window);
+    EXPECT_EQ(Tab(), a.window) << "from a window that is no stop";
+    FocusWindow(host.window);
+    EXPECT_EQ(Tab(true), c.window);
     b.Hide();
-    EXPECT_EQ(Tab(), c.window);
+    EXPECT_EQ(Tab(), a.window);
+    EXPECT_EQ(Tab(), c.window) << "hidden and disabled windows are passed over";
     EnableNative(a.window, false);
     EXPECT_EQ(Tab(), c.window) << "nowhere else to go";
     EnableNative(a.window, true);
     EXPECT_EQ(Tab(), a.window);
-}
-
-TEST_F(FocusOrderTest, FromAWindowThatIsNoStopTabEntersTheFirst)
-{
-    FocusWindow(host.window);
-    EXPECT_EQ(Tab(), a.window);
-    FocusWindow(host.window);
-    EXPECT_EQ(Tab(true), c.window);
 }
 
 TEST_F(FocusOrderTest, InADialogTabReachesButtonsAndWidgets)

@@ -51,20 +51,31 @@ protected:
     std::vector<Point> places;
 };
 
-TEST_F(DragTest, ADropIsAskedForAndThenMoved)
+TEST_F(DragTest, ADropIsAskedForAndThenMovedOrCopiedButNotOverTheSourceOrWithoutDragging)
 {
-    DragTo(Over({30, 40}));
-    EXPECT_THAT(Asked(), ElementsAre(kDragOver, kDragMoveDrop));
-    EXPECT_EQ(places.back(), ClientToScreen(target.window, {30, 40}));
-    EXPECT_EQ(CapturedWindow(), 0u);
-    EXPECT_FALSE(list->Grid().dragging);
-    EXPECT_THAT(list->released, IsEmpty());
-}
-
-TEST_F(DragTest, ControlAtTheReleaseCopies)
-{
-    DragTo(Over({30, 40}), {.control = true});
-    EXPECT_THAT(Asked(), ElementsAre(kDragOver, kDragCopyDrop));
+    const struct {
+        Point to;
+        bool enabled;
+        Keys keys;
+        std::vector<int> asked;
+    } rows[] = {{Over({30, 40}), false, {}, {}},
+                {Over({30, 40}), true, {}, {kDragOver, kDragMoveDrop}},
+                {Over({30, 40}), true, {.control = true}, {kDragOver, kDragCopyDrop}},
+                {Cell(3), true, {}, {}}};
+    for (const auto& row : rows) {
+        target.commands.clear();
+        places.clear();
+        list->Grid().dragEnabled = row.enabled;
+        DragTo(row.to, row.keys);
+        EXPECT_EQ(Asked(), row.asked);
+        if (!places.empty()) {
+            EXPECT_EQ(places.back(), ClientToScreen(target.window, {30, 40}));
+        }
+        EXPECT_EQ(CapturedWindow(), 0u);
+        EXPECT_FALSE(list->Grid().dragging);
+        EXPECT_THAT(list->released, IsEmpty());
+        EXPECT_EQ(list->GetSelected(), 1);
+    }
 }
 
 TEST_F(DragTest, TheMouseIsCapturedFromTheFirstMoveToTheDrop)
@@ -82,13 +93,6 @@ TEST_F(DragTest, TheMouseIsCapturedFromTheFirstMoveToTheDrop)
     EXPECT_EQ(capturedAtDrop, 0u) << "who takes the drop may open a box that needs the mouse";
 }
 
-TEST_F(DragTest, OverTheSourceNothingIsAskedOrDropped)
-{
-    DragTo(Cell(3));
-    EXPECT_THAT(Asked(), IsEmpty());
-    EXPECT_EQ(list->GetSelected(), 1);
-}
-
 TEST_F(DragTest, WithoutAMoveTheReleaseIsAClick)
 {
     TestClick(Grid(), Cell(2));
@@ -97,24 +101,26 @@ TEST_F(DragTest, WithoutAMoveTheReleaseIsAClick)
     EXPECT_THAT(Asked(), IsEmpty());
 }
 
-TEST_F(DragTest, EscapeGivesTheDragUp)
+TEST_F(DragTest, EscapeOrAModalWindowGivesTheDragUp)
 {
-    TestPress(Grid(), Cell(1));
-    TestMove(Grid(), Over({5, 5}), true);
-    TestMove(Grid(), Over({5, 6}), true);
-    TestKey(Grid(), kKeyEscape);
-    EXPECT_EQ(CapturedWindow(), 0u);
-    EXPECT_EQ(list->GetSelected(), 1) << "the item stays selected";
-    TestRelease(Grid(), Over({5, 6}));
-    EXPECT_THAT(Asked(), ElementsAre(kDragOver));
-}
-
-TEST_F(DragTest, AListWithoutDraggingNeverStartsOne)
-{
-    list->Grid().dragEnabled = false;
-    DragTo(Over({30, 40}));
-    EXPECT_THAT(Asked(), IsEmpty());
-    EXPECT_EQ(CapturedWindow(), 0u);
+    const std::function<void()> ends[] = {[&] { TestKey(Grid(), kKeyEscape); },
+                                          [&] {
+                                              const Host modal;
+                                              WhenModal([](WindowHandle window) { EndModal(window, 0); });
+                                              RunModal(modal.window, host.window);
+                                          }};
+    for (const auto& end : ends) {
+        target.commands.clear();
+        TestPress(Grid(), Cell(1));
+        TestMove(Grid(), Over({5, 5}), true);
+        TestMove(Grid(), Over({5, 6}), true);
+        end();
+        EXPECT_EQ(CapturedWindow(), 0u);
+        EXPECT_EQ(list->GetSelected(), 1) << "the item stays selected";
+        TestMove(Grid(), Over({5, 6}), true);
+        TestRelease(Grid(), Over({5, 6}));
+        EXPECT_THAT(Asked(), ElementsAre(kDragOver));
+    }
 }
 
 }  // namespace

@@ -47,17 +47,12 @@ TEST(ListGeometryTest, RowsGiveBackTheirItemsForEveryCountAndColumns)
     }
 }
 
-TEST(ListGeometryTest, APartlyFilledLastRowIsARow)
-{
-    const double rows = 7 / 3.0;
-    EXPECT_TRUE(IsValidRow(2, rows));
-    EXPECT_FALSE(IsValidRow(3, rows));
-    EXPECT_FALSE(IsValidRow(-1, rows));
-    EXPECT_FALSE(IsValidRow(0, 0));
-}
-
 TEST(ListGeometryTest, ARowPastTheEndBecomesTheLastWholeOne)
 {
+    EXPECT_TRUE(IsValidRow(2, 7 / 3.0)) << "a partly filled row is a row";
+    EXPECT_FALSE(IsValidRow(3, 7 / 3.0));
+    EXPECT_FALSE(IsValidRow(-1, 7 / 3.0));
+    EXPECT_FALSE(IsValidRow(0, 0));
     EXPECT_EQ(ClampRow(2, 7 / 3.0), 2);
     EXPECT_EQ(ClampRow(9, 7 / 3.0), 1);
     EXPECT_EQ(ClampRow(9, 4), 3);

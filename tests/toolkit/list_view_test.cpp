@@ -29,15 +29,12 @@ TEST_F(ListViewTest, OnlyItemsAreDrawnButEveryCellIsFilled)
                                          Drawn{3, kItemPlain, kOddCell, Rect{0, 20, 40, 40}}));
     EXPECT_EQ(PixelAt(Grid(), {60, 30}), kEvenCell);
     EXPECT_EQ(PixelAt(Grid(), {100, 30}), kOddCell);
-}
 
-TEST_F(ListViewTest, OnlyRowsOnViewAreDrawn)
-{
     Show({.items = 10'000, .columns = 1, .clientHeight = 50});
     list->SetTopRow(5000);
     list->drawn.clear();
     list->Grid().RepaintNow();
-    ASSERT_EQ(list->drawn.size(), 3u);
+    ASSERT_EQ(list->drawn.size(), 3u) << "rows in view alone";
     EXPECT_EQ(list->drawn.front().index, 5000);
 }
 
@@ -143,41 +140,36 @@ TEST_F(ListViewTest, AnItemOfTheFirstPageScrollsToTheTopAndOthersToTheMiddle)
     EXPECT_THAT(host.Take(), IsEmpty()) << "selecting by code tells nobody";
 }
 
-TEST_F(ListViewTest, KeysMoveItemByItemAndTellNobody)
+TEST_F(ListViewTest, KeysMoveByItemAndScreenfulAndTellNobody)
 {
-    Show({.items = 7, .columns = 3});
-    const auto press = [this](int key) {
-        TestKey(Grid(), key);
-        return list->GetSelected();
+    using Presses = std::vector<std::pair<int, int>>;  // key, and the item selected after it
+    const std::pair<Setting, Presses> rows[] = {
+        {{.items = 7, .columns = 3},
+         {{kKeyUp, -1},
+          {kKeyHome, -1},
+          {kKeyDown, 0},
+          {kKeyDown, 1},
+          {kKeyRight, 2},
+          {kKeyEnd, 6},
+          {kKeyRight, 6},
+          {kKeyUp, 5},
+          {kKeyLeft, 4},
+          {kKeyHome, 0},
+          {kKeyLeft, 0},
+          {kKeyEscape, -1}}},
+        {{.items = 100, .columns = 2, .clientHeight = 100},
+         {{kKeyPageDown, 10}, {kKeyPageDown, 20}, {kKeyPageUp, 10}, {kKeyPageUp, 0}}},
     };
-    FocusWindow(Grid());
-    EXPECT_EQ(press(kKeyUp), -1);
-    EXPECT_EQ(press(kKeyHome), -1);
-    EXPECT_EQ(press(kKeyDown), 0);
-    EXPECT_EQ(press(kKeyDown), 1);
-    EXPECT_EQ(press(kKeyRight), 2);
-    EXPECT_EQ(press(kKeyEnd), 6);
-    EXPECT_EQ(press(kKeyRight), 6);
-    EXPECT_EQ(press(kKeyUp), 5);
-    EXPECT_EQ(press(kKeyLeft), 4);
-    EXPECT_EQ(press(kKeyHome), 0);
-    EXPECT_EQ(press(kKeyLeft), 0);
-    EXPECT_EQ(press(kKeyEscape), -1);
-    EXPECT_THAT(host.Take(), IsEmpty());
-}
-
-TEST_F(ListViewTest, PageKeysMoveByAScreenfulAndShowTheItem)
-{
-    Show({.items = 100, .columns = 2, .clientHeight = 100});
-    FocusWindow(Grid());
-    TestKey(Grid(), kKeyPageDown);
-    EXPECT_EQ(list->GetSelected(), 10);
-    TestKey(Grid(), kKeyPageDown);
-    EXPECT_EQ(list->GetSelected(), 20);
-    EXPECT_TRUE(list->GetItemRect(20).has_value());
-    TestKey(Grid(), kKeyPageUp);
-    TestKey(Grid(), kKeyPageUp);
-    EXPECT_EQ(list->GetSelected(), 0);
+    for (const auto& [setting, presses] : rows) {
+        Show(setting);
+        FocusWindow(Grid());
+        for (const auto& [key, selected] : presses) {
+            TestKey(Grid(), key);
+            EXPECT_EQ(list->GetSelected(), selected) << key;
+            EXPECT_TRUE(selected < 0 || list->GetItemRect(selected)) << "the item is in view";
+        }
+        EXPECT_THAT(host.Take(), IsEmpty());
+    }
 }
 
 TEST_F(ListViewTest, TheMenuKeyAsksForTheSelectedItemsMenuInItsCell)
@@ -206,11 +198,8 @@ TEST_F(ListViewTest, TheGroundTellsWhereTheKeyboardIsWhenNothingIsSelected)
 {
     Show({.items = 3});
     const auto edgeDrawn = [this] {
-        list->Grid().RepaintNow();
-        int marked = 0;
-        for (int x = 0; x < 120; ++x)
-            marked += PixelAt(Grid(), {x, 1}) != kEvenCell;
-        return marked > 20;
+        const auto marked = PixelsWhere(list->Grid(), [](Colour c) { return c != kEvenCell; });
+        return std::ranges::count(marked, 1, &Point::y) > 20;
     };
     FocusWindow(host.window);
     ServeEvents();
@@ -226,8 +215,7 @@ TEST_F(ListViewTest, AScreenReaderFindsTheItemsOnView)
 {
     Show({.items = 50, .columns = 2, .clientHeight = 40});
     list->SelectItem(1);
-    AccessibleDescription description;
-    list->Grid().Describe(description);
+    const AccessibleDescription description = DescriptionOf(list->Grid());
     EXPECT_EQ(description.role, AccessibleRole::List);
     ASSERT_EQ(description.parts.size(), 4u);
     EXPECT_EQ(description.parts[1].name, "item 1");

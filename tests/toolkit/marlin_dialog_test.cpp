@@ -49,29 +49,17 @@ TEST_F(MarlinDialogTest, InitComesFirstAndOnCreatedFromTheQueue)
 {
     Run([&](WindowHandle window) {
         ServeEvents();
+        for (const std::uint32_t message : {kWmKeyDown, kWmMouseWheel, kWmEraseBkgnd, kWmCreate})
+            SendTo(window, message, 0, 0);  // the dialog manager's
         EndModal(window, 0);
     });
     EXPECT_THAT(dialog.calls, ElementsAre("OnInitDialog", "OnCreated"));
 }
 
-TEST_F(MarlinDialogTest, KeysWheelAndErasingAreTheDialogManagers)
-{
-    Run([](WindowHandle window) {
-        for (const std::uint32_t message : {kWmKeyDown, kWmMouseWheel, kWmEraseBkgnd, kWmCreate})
-            SendTo(window, message, 0, 0);
-        EndModal(window, 0);
-    });
-    EXPECT_THAT(dialog.calls, testing::IsSubsetOf({"OnInitDialog", "OnCreated"}));
-}
-
-TEST_F(MarlinDialogTest, AnUnknownTemplateIsTold)
-{
-    EXPECT_EQ(dialog.DoModal(&host, 4711), -1);
-    EXPECT_EQ(dialog.CreateModeless(&host, 4711), 0);
-}
-
 TEST_F(MarlinDialogTest, AModelessDialogIsNotEndedButDestroyed)
 {
+    EXPECT_EQ(dialog.DoModal(&host, 4711), -1) << "no such template";
+    EXPECT_EQ(dialog.CreateModeless(&host, 4711), 0);
     EXPECT_EQ(dialog.CreateModeless(&host, kSkins), 1);
     dialog.Show();
     dialog.EndDialog(1);
@@ -80,19 +68,22 @@ TEST_F(MarlinDialogTest, AModelessDialogIsNotEndedButDestroyed)
     EXPECT_FALSE(IsWindow(dialog.window));
 }
 
-TEST_F(MarlinDialogTest, ItsOwnerTakesNoInputMeanwhile)
+TEST_F(MarlinDialogTest, ADialogOfADialogIsFreedWhenItEnds)
 {
-    int pressed = 0;
-    host.onCommand = [&](WndMessage&) { ++pressed; };
-    EXPECT_EQ(Run([this](WindowHandle window) {
-                  TestKey(host.window, kKeyReturn);
-                  TestClick(host.window, {5, 5});
-                  EXPECT_EQ(ModalDepth(), 1);
-                  EndModal(window, 7);
-              }),
-              7);
-    EXPECT_EQ(pressed, 0);
-    EXPECT_EQ(ModalDepth(), 0);
+    int before = 0;
+    Run([&](WindowHandle window) {
+        ServeEvents();
+        before = TestWidgetCount();
+        host.onCommand = [&](WndMessage&) {
+            WhenModal([](WindowHandle inner) { EndModal(inner, 0); });
+            MarlinDialog().DoModal(&dialog, kSkins);
+        };
+        host.Post(kWmCommand, 1, 0);
+        EXPECT_TRUE(ServeUntil([&] { return !host.commands.empty(); }, std::chrono::seconds(2)));
+        ServeUntil([] { return false; }, std::chrono::milliseconds(20));
+        EXPECT_EQ(TestWidgetCount(), before);
+        EndModal(window, 0);
+    });
 }
 
 }  // namespace

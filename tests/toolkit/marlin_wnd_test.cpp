@@ -88,6 +88,14 @@ TEST_F(MarlinWndTest, CreationGoesInOrderAndOnCreatedComesFromTheQueue)
     EXPECT_EQ(wnd.calls.back(), "OnCreated");
     EXPECT_EQ(wnd.GetParentWnd(), &host);
     EXPECT_EQ(MarlinWnd::FromHandle(wnd.window), &wnd);
+
+    Diary inner("TestInner");
+    Diary outer("TestOuter");
+    outer.child = &inner;  // created inside OnCreate
+    EXPECT_EQ(outer.Create(&host), 1);
+    EXPECT_EQ(MarlinWnd::FromHandle(outer.window), &outer);
+    EXPECT_EQ(MarlinWnd::FromHandle(inner.window), &inner);
+    EXPECT_EQ(inner.GetParentWnd(), &outer);
 }
 
 TEST_F(MarlinWndTest, ARefusedWindowIsToldAndNeverComesToLife)
@@ -102,18 +110,6 @@ TEST_F(MarlinWndTest, ARefusedWindowIsToldAndNeverComesToLife)
     Diary next;
     EXPECT_EQ(next.Create(&host), 1) << "the failure leaves nothing behind";
     EXPECT_EQ(MarlinWnd::FromHandle(next.window), &next);
-}
-
-TEST_F(MarlinWndTest, AChildCreatedInsideOnCreateDoesNotDisturbItsParent)
-{
-    Diary inner("TestInner");
-    Diary outer("TestOuter");
-    outer.child = &inner;
-    EXPECT_EQ(outer.Create(&host), 1);
-    EXPECT_EQ(MarlinWnd::FromHandle(outer.window), &outer);
-    EXPECT_EQ(MarlinWnd::FromHandle(inner.window), &inner);
-    EXPECT_EQ(inner.GetParentWnd(), &outer);
-    outer.child = nullptr;
 }
 
 TEST_F(MarlinWndTest, AClassKeepsWhatItWasRegisteredWith)
@@ -147,31 +143,6 @@ TEST_F(MarlinWndTest, MoveWithThreeMinusOnesKeepsTheSizeAndRepaints)
     EXPECT_EQ(wnd.paints, 2);
 }
 
-TEST_F(MarlinWndTest, RepaintNowDrawsBeforeTheQueueIsServed)
-{
-    Diary wnd;
-    wnd.Create(&host);
-    ServeEvents();
-    wnd.paintColour = 0x654321;
-    wnd.RepaintNow();
-    EXPECT_EQ(PixelAt(wnd.window, {5, 5}), 0x654321u);
-}
-
-TEST_F(MarlinWndTest, SendAnswersAtOnceAndPostWaits)
-{
-    Diary wnd;
-    wnd.Create(&host);
-    ServeEvents();
-    wnd.calls.clear();
-    EXPECT_EQ(wnd.Send(kWmCommand, 1, 42), 42);
-    EXPECT_EQ(wnd.calls.size(), 1u);
-    wnd.Post(kWmCommand, 1, 0);
-    wnd.PostRecord({wnd.window, kWmCommand, 2, 0});
-    EXPECT_EQ(wnd.calls.size(), 1u);
-    ServeEvents();
-    EXPECT_EQ(wnd.calls.size(), 3u);
-}
-
 TEST_F(MarlinWndTest, ATimerOfAnotherWindowIsNotServed)
 {
     Diary wnd;
@@ -199,29 +170,13 @@ TEST_F(MarlinWndTest, CloseAsksAndThenDestroys)
     wnd.RepaintNow();
     EXPECT_EQ(wnd.GetClientArea(), Rect{}) << "a stale window is harmless";
     EXPECT_EQ(MarlinWnd::FromHandle(wnd.window), nullptr);
-}
 
-TEST_F(MarlinWndTest, CloseToleratesAHandlerThatDestroysTheWindow)
-{
-    Diary wnd;
-    wnd.Create(&host);
-    wnd.destroyInClose = true;
-    wnd.Close();
-    EXPECT_FALSE(IsWindow(wnd.window));
-    EXPECT_EQ(std::ranges::count(wnd.calls, "OnDestroy"), 1);
-}
-
-TEST_F(MarlinWndTest, ADestroyedObjectTakesItsWindowAlongInSilence)
-{
-    WindowHandle handle = 0;
-    {
-        Diary wnd;
-        wnd.Create(&host);
-        handle = wnd.window;
-        wnd.Post(kWmCommand, 1, 0);
-    }
-    EXPECT_FALSE(IsWindow(handle));
-    ServeEvents();
+    Diary hasty;
+    hasty.Create(&host);
+    hasty.destroyInClose = true;
+    hasty.Close();
+    EXPECT_FALSE(IsWindow(hasty.window));
+    EXPECT_EQ(std::ranges::count(hasty.calls, "OnDestroy"), 1);
 }
 
 TEST_F(MarlinWndTest, AnObjectMayDieInsideItsOwnHandler)
@@ -235,6 +190,14 @@ TEST_F(MarlinWndTest, AnObjectMayDieInsideItsOwnHandler)
             return IsWindow(own) ? 1 : 2;
         }
     };
+    WindowHandle silent = 0;
+    {
+        Diary wnd;
+        wnd.Create(&host);
+        silent = wnd.window;
+        wnd.Post(kWmCommand, 1, 0);
+    }
+    EXPECT_FALSE(IsWindow(silent)) << "a destroyed object takes its window along";
     auto* mortal = new Mortal;
     mortal->Create(&host);
     const WindowHandle handle = mortal->window;

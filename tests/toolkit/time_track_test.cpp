@@ -51,12 +51,19 @@ protected:
     std::unique_ptr<MarlinTimeTrack> track;
 };
 
-TEST_F(TimeTrackTest, TheThumbStandsAtItsTime)
+TEST_F(TimeTrackTest, TheThumbStandsAtItsTimeAndOneOutOfRangeIsTheEarliest)
 {
     Show(Before(7), After(0));
     EXPECT_DOUBLE_EQ(track->ThumbY(), 20 + 60);
     Show(Before(11), After(5));
     EXPECT_DOUBLE_EQ(track->ThumbY(), 20 + 192 / 2);
+    Show(Before(6), Before(9));
+    EXPECT_EQ(To(), Before(7));
+    Show(Before(8), After(11, 30));
+    EXPECT_EQ(To(), Before(7));
+    Show(After(11), After(11));
+    track->RepaintNow();
+    EXPECT_EQ(DragTo(50), After(11)) << "a span without length harms nothing";
 }
 
 TEST_F(TimeTrackTest, DraggingSnapsToTheNextStepUnderTheMouse)
@@ -83,21 +90,6 @@ TEST_F(TimeTrackTest, OnlyTheThumbIsDragged)
         TestRelease(track->window, {50, 150});
     }
     EXPECT_EQ(To(), Before(11));
-}
-
-TEST_F(TimeTrackTest, TimesOutOfRangeBecomeTheEarliest)
-{
-    Show(Before(6), Before(9));
-    EXPECT_EQ(To(), Before(7));
-    Show(Before(8), After(11, 30));
-    EXPECT_EQ(To(), Before(7));
-}
-
-TEST_F(TimeTrackTest, ASpanWithoutLengthHarmsNothing)
-{
-    Show(After(11), After(11));
-    track->RepaintNow();
-    EXPECT_EQ(DragTo(50), After(11));
 }
 
 TEST_F(TimeTrackTest, TheListFoldsOutTakesATimeAndFoldsIn)
@@ -166,29 +158,25 @@ TEST_F(TimeTrackTest, KeysMoveTheThumb)
     EXPECT_EQ(press(kKeyEnd), After(11));
     EXPECT_EQ(press(kKeyDown), After(11));
     EXPECT_EQ(press(kKeyHome), Before(7));
+    track->OnSetValue(8 * 60 + 3);
+    EXPECT_THAT(DescriptionOf(*track).name, testing::AllOf(testing::HasSubstr("07:00"), testing::HasSubstr("08:00")));
+    EXPECT_EQ(DescriptionOf(*track).value->now, 8 * 60);
 }
 
 TEST_F(TimeTrackTest, ThePictureMovesWithTheThumb)
 {
     Show(Before(7), Before(9));
-    const auto accentRows = [this] {
-        std::vector<int> rows;
-        track->RepaintNow();
-        for (int y = 25; y < 200; ++y) {
-            for (int x = 30; x < 70; ++x) {
-                if (PixelAt(track->window, {x, y}) == 255) {
-                    rows.push_back(y);
-                    break;
-                }
-            }
+    const auto thumb = [this] {
+        for (const Point p : PixelsWhere(*track, [](Colour c) { return c == 255; })) {
+            if (p.y >= 25 && p.x >= 30 && p.x < 70)
+                return p.y;
         }
-        return rows;
+        return -1;
     };
-    const auto rows = accentRows();
-    ASSERT_THAT(rows, testing::Not(IsEmpty()));
-    EXPECT_EQ(rows.front(), static_cast<int>(track->ThumbY()));
+    EXPECT_EQ(thumb(), static_cast<int>(track->ThumbY()));
+    const int before = thumb();
     TestKey(track->window, kKeyDown);
-    EXPECT_EQ(accentRows().front(), rows.front() + 1);
+    EXPECT_EQ(thumb(), before + 1);
 }
 
 }  // namespace

@@ -52,13 +52,6 @@ TEST_F(ToolBarTest, ItemsStandFiftyApartFromFifteenAndInTheMiddle)
     EXPECT_EQ(bar.GetItemRect(77, found), MarlinToolBar::kNoItem);
 }
 
-TEST_F(ToolBarTest, TakesFiftyItemsAndNoMore)
-{
-    for (int i = 3; i < MarlinToolBar::kMaxItems; ++i)
-        ASSERT_EQ(bar.AddItem(i, 2000, 3000, 0), 1);
-    EXPECT_EQ(bar.AddItem(99, 2000, 3000, 0), 0);
-}
-
 TEST_F(ToolBarTest, AClickIsPostedUnlessTheItemSends)
 {
     TestPress(bar.window, On(1));
@@ -92,14 +85,6 @@ TEST_F(ToolBarTest, DragOffShowsBlackAndBackOnWhiteAndReleaseOffDoesNothing)
     EXPECT_EQ(bar.GetHotItem(), MarlinToolBar::kNoItem);
 }
 
-TEST_F(ToolBarTest, APressBesideTheItemsDoesNothing)
-{
-    TestPress(bar.window, kOff);
-    EXPECT_EQ(CapturedWindow(), 0u);
-    TestRelease(bar.window, kOff);
-    EXPECT_THAT(host.Take(), IsEmpty());
-}
-
 TEST_F(ToolBarTest, TheHotLookFollowsTheMouseFromItemToItem)
 {
     TestMove(bar.window, On(0));
@@ -110,56 +95,10 @@ TEST_F(ToolBarTest, TheHotLookFollowsTheMouseFromItemToItem)
     EXPECT_NE(Outline(0), 0u);
     TestMove(bar.window, kOff);
     EXPECT_EQ(bar.GetHotItem(), MarlinToolBar::kNoItem);
-}
-
-TEST_F(ToolBarTest, TheHotLookEndsSoonAfterTheMouseHasLeftTheWindow)
-{
     TestMove(bar.window, On(0));
     TestMove(host.window, {200, 200});
     ASSERT_EQ(bar.GetHotItem(), 0) << "nobody tells the bar that the mouse is gone";
     EXPECT_TRUE(ServeUntil([this] { return bar.GetHotItem() == MarlinToolBar::kNoItem; }, 1000ms));
-}
-
-TEST_F(ToolBarTest, KeysWalkThroughTheItemsAndPressThem)
-{
-    FocusWindow(bar.window);
-    ASSERT_EQ(FocusedWindow(), bar.window);
-    TestKey(bar.window, kKeyRight);
-    TestKey(bar.window, kKeySpace);
-    TestKey(bar.window, kKeyEnd);
-    TestKey(bar.window, kKeyReturn);
-    EXPECT_THAT(host.Take(), ElementsAre(Command{kNew, 0, 0}, Command{kEdit, 0, 0}));
-    TestKey(bar.window, kKeyRight);
-    TestKey(bar.window, kKeyDown);
-    EXPECT_THAT(host.commands, ElementsAre(Command{kMenu, 0, 0})) << "round the end";
-}
-
-TEST_F(ToolBarTest, TheFocusedItemIsMarked)
-{
-    const auto picture = [this](int index) {
-        bar.Update();
-        std::vector<Colour> pixels;
-        const Rect item = ToolBarItemRect({390, 25}, index);
-        for (int x = item.left; x < item.right; ++x)
-            pixels.push_back(PixelAt(bar.window, {x, item.top + 1}));
-        return pixels;
-    };
-    const auto before = picture(1);
-    FocusWindow(bar.window);
-    TestKey(bar.window, kKeyRight);
-    EXPECT_NE(picture(1), before);
-    FocusWindow(host.window);
-    EXPECT_EQ(picture(1), before);
-}
-
-TEST_F(ToolBarTest, AScreenReaderFindsTheItemsByName)
-{
-    AccessibleDescription description;
-    bar.Describe(description);
-    EXPECT_EQ(description.role, AccessibleRole::ToolBar);
-    ASSERT_EQ(description.parts.size(), 3u);
-    EXPECT_EQ(description.parts[1].name, "New");
-    EXPECT_EQ(description.parts[1].bounds, ToolBarItemRect({390, 25}, 1));
 }
 
 }  // namespace

@@ -66,48 +66,32 @@ TEST_F(WidgetDialogTest, ACancelledPickerChangesNothing)
     EXPECT_THAT(played, ElementsAre("play close.wav")) << "without zoom it opens in silence";
 }
 
-TEST_F(WidgetDialogTest, APickerOpensWhereItIsToldButOnTheDesktop)
+TEST_F(WidgetDialogTest, APickerOpensWhereItIsToldButOnTheDesktopItsButtonsBelowWhatPicks)
 {
-    DateValue date{5, 3, 2000};
     const Rect desktop = DesktopRect();
-    Rect first, second;
-    {
+    constexpr int kFrame = 8;  // the desktop's own frame is known only once the window is up
+    Point opened;
+    for (const Point wanted : {Point{desktop.right - 10, desktop.bottom - 10}, Point{50, 60}}) {
+        DateValue date{5, 3, 2000};
         DateDialog dialog(5, 3, 2000, &date);
-        dialog.SetPosition(50, 60);
+        dialog.SetPosition(wanted.x, wanted.y);
         WhenModal([&](WindowHandle window) {
-            first = WindowRect(window);
+            const Rect place = WindowRect(window);
+            opened = {place.left, place.top};
+            EXPECT_LE(place.right, desktop.right + kFrame);
+            EXPECT_LE(place.bottom, desktop.bottom + kFrame);
+            const Rect client = ClientRect(window);
+            const Rect ok = ItemRect(window, kIdOk);
+            const Rect cancel = ItemRect(window, kIdCancel);
+            EXPECT_GE(ok.top, client.bottom - 25);
+            EXPECT_LE(ok.bottom, client.bottom);
+            EXPECT_LT(ok.right, cancel.left);
+            EXPECT_LE(cancel.right, client.right);
             EndModal(window, 0);
         });
         dialog.DoModal(&host, DateDialog::kTemplate);
     }
-    DateDialog dialog(5, 3, 2000, &date);
-    dialog.SetPosition(desktop.right - 10, desktop.bottom - 10);
-    WhenModal([&](WindowHandle window) {
-        second = WindowRect(window);
-        EndModal(window, 0);
-    });
-    dialog.DoModal(&host, DateDialog::kTemplate);
-    EXPECT_EQ((Point{first.left, first.top}), (Point{50, 60}));
-    constexpr int kFrame = 8;  // the desktop's own frame is known only once the window is up
-    EXPECT_LE(second.right, desktop.right + kFrame);
-    EXPECT_LE(second.bottom, desktop.bottom + kFrame);
-}
-
-TEST_F(WidgetDialogTest, ThePickersButtonsLieBelowWhatPicks)
-{
-    DateValue date{5, 3, 2000};
-    DateDialog dialog(5, 3, 2000, &date);
-    WhenModal([&](WindowHandle window) {
-        const Rect client = ClientRect(window);
-        const Rect ok = ItemRect(window, kIdOk);
-        const Rect cancel = ItemRect(window, kIdCancel);
-        EXPECT_GE(ok.top, client.bottom - 25);
-        EXPECT_LE(ok.bottom, client.bottom);
-        EXPECT_LT(ok.right, cancel.left);
-        EXPECT_LE(cancel.right, client.right);
-        EndModal(window, 0);
-    });
-    dialog.DoModal(&host, DateDialog::kTemplate);
+    EXPECT_EQ(opened, (Point{50, 60}));
 }
 
 TEST_F(WidgetDialogTest, TheTimePickerGivesBothTimes)
@@ -161,50 +145,41 @@ TEST_F(WidgetDialogTest, AboutWritesMailAndOpensTheHomePage)
 
 TEST_F(WidgetDialogTest, TheProgressBarGrowsToItsFullWidth)
 {
-    CompactProgressDialog progress(&host);
-    progress.Open("Compact", 5);
-    ASSERT_TRUE(IsWindow(progress.window));
-    EXPECT_EQ(ItemText(progress.window, 99), "Compact");
-    const Rect bar = ItemRect(progress.window, 100);
-    const auto blackEnd = [&] {
-        int x = bar.left;
-        while (x < bar.right && PixelAt(progress.window, {x, MiddleOf(bar).y}) == 0)
-            ++x;
-        return x - bar.left;
-    };
-    EXPECT_EQ(blackEnd(), 0);
-    progress.Step();
-    EXPECT_EQ(blackEnd(), bar.Width() / 4);
-    for (int i = 0; i < 3; ++i)
+    for (const int steps : {5, 1}) {
+        CompactProgressDialog progress(&host);
+        progress.Open("Compact", steps);
+        ASSERT_TRUE(IsWindow(progress.window));
+        EXPECT_EQ(ItemText(progress.window, 99), "Compact");
+        const Rect bar = ItemRect(progress.window, 100);
+        const auto blackEnd = [&] {
+            int x = bar.left;
+            while (x < bar.right && PixelAt(progress.window, {x, MiddleOf(bar).y}) == 0)
+                ++x;
+            return x - bar.left;
+        };
+        EXPECT_EQ(blackEnd(), 0);
         progress.Step();
-    EXPECT_EQ(blackEnd(), bar.Width());
-    progress.Step();
-    EXPECT_EQ(blackEnd(), bar.Width());
-    progress.Close();
-    EXPECT_FALSE(IsWindow(progress.window));
-    progress.Close();
-    progress.Step();
-}
-
-TEST_F(WidgetDialogTest, ASingleStepFillsTheProgressBar)
-{
-    CompactProgressDialog progress(nullptr);
-    progress.Open("Import...", 1);
-    progress.Step();
-    const Rect bar = ItemRect(progress.window, 100);
-    EXPECT_EQ(PixelAt(progress.window, {bar.right - 1, bar.top}), 0u);
-    progress.Close();
+        EXPECT_EQ(blackEnd(), steps == 5 ? bar.Width() / 4 : bar.Width());
+        for (int i = 0; i < 3; ++i)
+            progress.Step();
+        EXPECT_EQ(blackEnd(), bar.Width());
+        progress.Step();
+        EXPECT_EQ(blackEnd(), bar.Width());
+        progress.Close();
+        EXPECT_FALSE(IsWindow(progress.window));
+        progress.Close();
+        progress.Step();
+    }
 }
 
 TEST_F(WidgetDialogTest, ACancelledFolderChooserLeavesThePath)
 {
+    static std::optional<std::string> answer;
+    const ScopedFileAnswer scoped([](const FileDialogRequest&) { return answer; });
     std::string path = "/tmp/here";
-    {
-        const ScopedFileAnswer cancel([](const FileDialogRequest&) { return std::optional<std::string>(); });
-        EXPECT_EQ(BrowseForFolder(host.window, path), 0);
-    }
+    EXPECT_EQ(BrowseForFolder(host.window, path), 0);
     EXPECT_EQ(path, "/tmp/here");
-    const ScopedFileAnswer chosen([](const FileDialogRequest&) { return std::optional<std::string>("/tmp/there"); });
+    answer = "/tmp/there";
     EXPECT_EQ(BrowseForFolder(host.window, path), 1);
     EXPECT_EQ(path, "/tmp/there");
 }

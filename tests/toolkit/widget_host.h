@@ -90,6 +90,29 @@ inline Point MiddleOf(const MarlinWnd& widget)
     return MiddleOf(widget.GetClientArea());
 }
 
+// The points of a widget, drawn anew, whose colour is wanted; row by row.
+template <typename Wanted>
+std::vector<Point> PixelsWhere(MarlinWnd& widget, Wanted wanted)
+{
+    widget.RepaintNow();
+    std::vector<Point> found;
+    const Rect area = widget.GetClientArea();
+    for (int y = 0; y < area.bottom; ++y) {
+        for (int x = 0; x < area.right; ++x) {
+            if (wanted(PixelAt(widget.window, {x, y})))
+                found.push_back({x, y});
+        }
+    }
+    return found;
+}
+
+inline AccessibleDescription DescriptionOf(MarlinWnd& widget)
+{
+    AccessibleDescription description;
+    EXPECT_EQ(widget.Send(kWmDescribe, 0, reinterpret_cast<MessageParam>(&description)), 1);
+    return description;
+}
+
 // WhenModal, once the keyboard has come to the dialog.
 inline void WhenModalHasFocus(std::function<void(WindowHandle)> act)
 {

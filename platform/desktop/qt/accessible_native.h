@@ -16,6 +16,8 @@ namespace jotlet {
 // Makes our windows known to the platform's accessibility; asked by a reader only.
 void InstallAccessibility();
 QAccessible::Role RoleOf(AccessibleRole role);
+// The window got the keyboard: says which of its parts has it. Called once the window's own focus was told.
+void TellFocus(NativeWidget& window);
 
 class PartAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
@@ -46,9 +48,14 @@ private:
     QPointer<NativeWidget> window;
 };
 
-class NativeAccessible final : public QAccessibleWidget {
+class NativeAccessible;
+// What the bus sees of a window; null for other windows.
+NativeAccessible* InterfaceOf(WindowHandle window);
+
+class NativeAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
     explicit NativeAccessible(NativeWidget* window);
+    using QAccessibleWidget::widget;
     ~NativeAccessible() override;
 
     QString text(QAccessible::Text kind) const override;
@@ -58,12 +65,27 @@ public:
     QAccessibleInterface* childAt(int x, int y) const override;
     int indexOfChild(const QAccessibleInterface* child) const override;
     QAccessibleInterface* focusChild() const override;
+    QAccessible::State state() const override;
+    void* interface_cast(QAccessible::InterfaceType type) override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString& name) override;
+
+    QVariant currentValue() const override;
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override;
+    QVariant minimumValue() const override;
+    QVariant minimumStepSize() const override { return 1.0; }
+
     // Asks the window again at the next question.
     void Forget() { age.invalidate(); }
     const std::vector<PartAccessible*>& Parts() const;
 
 private:
+    // Asks the window, and tells the reader of new names and a new value.
     void Refresh() const;
+    void TakeParts(const std::vector<AccessiblePart>& told) const;
+    bool HasFocusedPart() const;
 
     NativeWidget* Window() const { return static_cast<NativeWidget*>(widget()); }
 

@@ -15,13 +15,13 @@ struct Bitmap::Data {
 };
 
 // A picture of the program, decoded once and shared. Null when there is none; `scale` is 2 for one drawn at twice the
-// size.
+// size, which serves every screen that is sharper than 1.
 struct StoredPicture {
     QImage image;
     int scale = 1;
 };
 StoredPicture FindPicture(const QString& name);
-// An icon's picture nearest to the wanted side in device pixels; null when there is none.
+// An icon's smallest picture that has the wanted side in device pixels, else its largest; null when there is none.
 QImage FindIcon(int iconId, int pixels);
 
 }  // namespace jotlet

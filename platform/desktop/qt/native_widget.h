@@ -5,12 +5,16 @@
 #include <QRegion>
 #include <QWidget>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "platform/desktop/native_window.h"
 #include "platform/desktop/qt/surface.h"
 
 namespace jotlet {
+
+// Of a dialog: kDialogPicker (resources/dialog_template.h).
+inline constexpr std::uint32_t kStylePicker = 0x80000000;
 
 class NativeWidget : public QWidget {
 public:
@@ -30,7 +34,9 @@ public:
 
     // Calls the procedure; a dialog's default follows when it left the message alone.
     MessageParam Deliver(std::uint32_t message, MessageParam wParam, MessageParam lParam);
-    void PostMessage(std::uint32_t message, MessageParam wParam, MessageParam lParam);
+    // A request is dropped when its turn comes while a modal run keeps input from the window.
+    enum class Posted { Message, Request };
+    void PostMessage(const WndMessage& message, Posted kind = Posted::Message);
 
     // Geometry. `margin` lies round the client area: the frame's border and title, or a child's border line.
     const QMargins& Margin() const { return margin; }
@@ -40,6 +46,8 @@ public:
     void Place(const QRect& bounds);
     void ApplyLimits();
     QSize Limited(QSize whole);
+    // The whole window on the screen. Of a dialog that was never shown, with the decoration that it is likely to get.
+    QRect Whole() const;
     // Sends kWmMove and kWmSize for what changed since the last call.
     void ReportGeometry();
 
@@ -50,13 +58,16 @@ public:
     Surface& GetSurface();
     QColor BackgroundColour() const;
 
-    // The end: tells the window and its children, forgets the handles. The object goes when no handler runs.
+    // The end: tells the window and its children, forgets the handles. The object goes when no handler of it can run.
     void Die();
+    // How deep the loop was nested when the window was made.
+    int BirthLoop() const { return birthLoop; }
 
     void* userWord = nullptr;
     WindowProcedure procedure = nullptr;
     // A dialog's units: average character width and height of its font.
     QSize dialogBase{6, 13};
+    bool takesReturn = false;  // TakeReturnKey
 
     void BeginTimer(int id, Milliseconds period);
     void EndTimer(int id);
@@ -85,6 +96,10 @@ protected:
     QPaintEngine* paintEngine() const override { return QWidget::paintEngine(); }
 
 private:
+    void ShowTip(const QPoint& screen);
+    bool IsDecorated() const;
+    QMargins Decoration() const;
+    void AllowForDecoration();
     MessageParam DialogDefault(std::uint32_t message, MessageParam wParam);
 
     WindowHandle handle;
@@ -94,7 +109,9 @@ private:
     bool alive = true;
     bool painting = false;
     bool ending = false;
+    int birthLoop;
     QMargins margin;
+    std::optional<QMargins> assumedDecoration;  // when the window was placed, until it is seen what it got
     Surface surface;
     QRegion invalid;
     bool eraseWanted = false;

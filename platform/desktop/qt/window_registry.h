@@ -42,7 +42,8 @@ std::vector<WindowHandle> AllHandles();
 // A class registered under a name; null when there is none.
 const WindowClass* FindClass(std::string_view name);
 
-// Handlers now running, of all windows. A window destroyed meanwhile is deleted when the last one returns.
+// Handlers now running, of all windows. A window destroyed meanwhile is deleted when none of its own can be among them:
+// when the last one returns, of those that began since the loop was entered in which the window was made.
 class HandlerScope {
 public:
     HandlerScope();
@@ -51,6 +52,16 @@ public:
     HandlerScope& operator=(const HandlerScope&) = delete;
 };
 int HandlerDepth();
-void DeleteWhenIdle(QWidget* widget);
+void DeleteWhenIdle(NativeWidget* widget);
+
+// A nested loop of our own. What is born and destroyed in it need not wait for the handlers round it.
+class LoopScope {
+public:
+    LoopScope();
+    ~LoopScope();
+    LoopScope(const LoopScope&) = delete;
+    LoopScope& operator=(const LoopScope&) = delete;
+};
+int LoopDepth();
 
 }  // namespace jotlet

@@ -149,7 +149,8 @@ protected:
                 .toDate = {},
                 .findEnabled = false,
                 .findText = {},
-                .exportPath = {}};
+                .exportPath = {},
+                .everyNote = false};
     }
 
     TempFolder folder;

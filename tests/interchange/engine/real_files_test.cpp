@@ -1,6 +1,4 @@
 // Files that other programs wrote. Rows come out as the text between the separators; doubled quotes stay doubled.
-#include <cstdlib>
-
 #include "engine_fixture.h"
 #include "support/temp_folder.h"
 
@@ -23,13 +21,6 @@ Rows ReadRows(DelimitedReader& reader)
         }
     }
     return rows;
-}
-
-std::string Replaced(std::string text, std::string_view what, std::string_view by)
-{
-    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
-        text.replace(at, what.size(), by);
-    return text;
 }
 
 // The rows of the sheet behind the samples (samples/README), as they must come out. The spreadsheet dropped the tab of
@@ -80,82 +71,6 @@ TEST_F(RealFilesTest, EveryFormOfASpreadsheetsTextGivesTheRowsOfTheSheet)
     EXPECT_EQ(Load(Sample("comma"), ',', LineEnds::CrLf), Rows{});
     EXPECT_TRUE(reader.HasIncompleteEnd());
 }
-
-TEST_F(RealFilesTest, ASpreadsheetsNotesComeInByTheNamesOfItsColumns)
-{
-    ASSERT_TRUE(LoadImportText(reader, Sample("comma")));
-    const ImportCounts counts = Import(reader.Text());
-    EXPECT_EQ(counts.rows, 8u);
-    EXPECT_EQ(counts.added, 8u);
-    const std::vector<NoteText> notes = Notes();
-    ASSERT_EQ(notes.size(), 8u);
-    const DateValue today{14, 3, 2007};
-    EXPECT_EQ(notes[0], (NoteText{"plain", "text", IndexToColour(1), "Calls", today}));
-    EXPECT_EQ(notes[2], (NoteText{"line\r\nbreak", "two\r\nlines", IndexToColour(3), "", today}));
-    EXPECT_EQ(notes[5].text, "only text");
-    EXPECT_EQ(notes[6].colour, IndexToColour(1));  // of "1.5" the whole number counts
-}
-
-// Python's csv module writes the rows; its dialects differ in separator, quoting and line ends.
-class PythonDialect : public RealFilesTest, public testing::WithParamInterface<const char*> {
-protected:
-    bool Write(const Rows& rows)
-    {
-        constexpr std::string_view kScript =
-            "import csv, sys\n"
-            "fields = open(sys.argv[2], newline='', encoding='utf-8').read()\n"
-            "rows = [row.split('\\x1f') for row in fields.split('\\x1e')]\n"
-            "with open(sys.argv[3], 'w', newline='', encoding='utf-8') as out:\n"
-            "    csv.writer(out, dialect=sys.argv[1]).writerows(rows)\n";
-        std::string fields;
-        for (const Row& row : rows) {
-            fields += fields.empty() ? "" : "\x1e";
-            for (std::size_t i = 0; i < row.size(); ++i)
-                fields += (i == 0 ? "" : "\x1f") + row[i];
-        }
-        WriteAll(folder.File("write.py"), kScript);
-        WriteAll(folder.File("fields"), fields);
-        const std::string command = "python3 '" + folder.File("write.py") + "' " + GetParam() + " '" +
-                                    folder.File("fields") + "' '" + out + "'";
-        return std::system(command.c_str()) == 0;
-    }
-};
-
-TEST_P(PythonDialect, RowsComeBackWithDoubledQuotes)
-{
-    if (std::system("python3 -c 'import csv' 2>/dev/null") != 0)
-        GTEST_SKIP() << "python3 is not installed";
-    const bool isUnix = std::string_view(GetParam()) == "unix";
-    const char separator = std::string_view(GetParam()) == "excel-tab" ? '\t' : ',';
-    const std::string lineEnd = isUnix ? "\n" : "\r\n";
-    Rows rows = {{"Title", "Text", "Color"},
-                 {"plain", "", "1"},
-                 {"", "", ""},
-                 {"comma, here", "tab\there", "both,\t"},
-                 {"a \"quoted\" word", "\"all\"", "\""},
-                 {"ends in a quote\"", "\",\"", "\"\t\""},
-                 {"two" + lineEnd + "lines", "quote\"" + lineEnd + "and end", lineEnd},
-                 {"M\xC3\xBCll", "\xE2\x82\xAC,\xF0\x9F\x98\x80", " blanks "},
-                 {"fewer"},
-                 {"more", "2", "3", "4", "5"}};
-    if (!isUnix)
-        rows.push_back({"lone\rreturn", "lone\nfeed", "'single'"});
-    ASSERT_TRUE(Write(rows));
-
-    Rows wanted = rows;
-    for (Row& row : wanted) {
-        for (std::string& field : row) {
-            field = Replaced(field, "\"", "\"\"");
-            if (isUnix)  // the file holds no CR LF, so every line end of it becomes one
-                field = Replaced(field, "\n", "\r\n");
-        }
-    }
-    EXPECT_EQ(Load(out, separator), wanted);
-    EXPECT_FALSE(reader.HasIncompleteEnd());
-}
-
-INSTANTIATE_TEST_SUITE_P(Dialects, PythonDialect, testing::Values("excel", "excel-tab", "unix"),
-                         [](const auto& dialect) { return Replaced(dialect.param, "-", "_"); });
 
 }  // namespace
 }  // namespace jotlet::test

@@ -28,17 +28,6 @@ protected:
     }
 };
 
-TEST_F(EventLife, AnInvitationMakesAParticipantWhoWaits)
-{
-    Outbox outbox(notePath, kEvent);
-    outbox.Add(Person("Ann"));
-    NoteRecord note = Note(kEventNone);
-    EXPECT_EQ(outbox.Commit(note), kCommittedWithWork);
-    EXPECT_THAT(People(), ElementsAre("Ann:1"));
-    EXPECT_EQ(note.eventState, kEventHasRecipients);
-    EXPECT_EQ(note.eventStatus, kStatusNotAnnounced);
-}
-
 TEST_F(EventLife, AnAnnouncedChangeMakesEverybodyWait)
 {
     for (const int from : kAnyStatus)
@@ -87,16 +76,18 @@ TEST_F(EventLife, ANoteWithoutParticipantsStaysOrdinaryAndNothingIsWritten)
 {
     Put("Eve", 1, kOtherEvent);
     const std::string before = test::ReadAll(path);
-    {
-        Outbox outbox(notePath, kEvent);
-        outbox.Add(Person("Ann"));
-        RemoveByRule(outbox, "Ann", kStatusNotAnnounced);
-        NoteRecord note = Note(kEventNone);
-        EXPECT_EQ(outbox.Commit(note), kCommitted);
-        EXPECT_EQ(note.eventState, kEventNone);
-    }
-    EXPECT_THAT(People(), IsEmpty());
+    Outbox outbox(notePath, kEvent);
+    outbox.Add(Person("Ann"));
+    RemoveByRule(outbox, "Ann", kStatusNotAnnounced);
+    NoteRecord note = Note(kEventNone);
+    EXPECT_EQ(outbox.Commit(note), kCommitted);
+    EXPECT_EQ(note.eventState, kEventNone);
     EXPECT_EQ(test::ReadAll(path), before);
+    outbox.Add(Person("Ann"));
+    EXPECT_EQ(outbox.Commit(note), kCommittedWithWork) << "with somebody it becomes an event";
+    EXPECT_THAT(People(), ElementsAre("Ann:1"));
+    EXPECT_EQ(note.eventState, kEventHasRecipients);
+    EXPECT_EQ(note.eventStatus, kStatusNotAnnounced);
 }
 
 TEST_F(EventLife, CommitMovesTheNoteByItsStateAndWhoIsLeft)
@@ -156,15 +147,6 @@ TEST_F(EventLife, OnlyAGroupEventIsNotifiedAndOnlyByAKnownMode)
     EXPECT_THAT(People(), ElementsAre("Ann:3"));
 }
 
-TEST_F(EventLife, AWithdrawnEventWithoutAnybodyIsRemoved)
-{
-    Put("Eve", 3, kOtherEvent);
-    NoteRecord note = Note(kEventHasRecipients, kStatusChange);
-    EXPECT_EQ(NotifyEvent(notePath, note, kNotifyWithdrawal), 1);
-    EXPECT_EQ(note.active, 0);
-    EXPECT_THAT(People(kOtherEvent), ElementsAre("Eve:3"));
-}
-
 TEST_F(EventLife, AllMeansAllAlsoPastThirtyAndOtherEventsAreNeverTouched)
 {
     for (int i = 0; i < 33; ++i) {
@@ -182,6 +164,9 @@ TEST_F(EventLife, AllMeansAllAlsoPastThirtyAndOtherEventsAreNeverTouched)
     EXPECT_EQ(People().size(), 33u);
     EXPECT_EQ(PurgeEvent(notePath, kEvent), 1);
     EXPECT_THAT(People(), IsEmpty());
+    note = Note(kEventHasRecipients, kStatusChange);
+    EXPECT_EQ(NotifyEvent(notePath, note, kNotifyWithdrawal), 1);
+    EXPECT_EQ(note.active, 0) << "nobody is left to be told";
     EXPECT_EQ(People(kOtherEvent), others);
 }
 
@@ -202,14 +187,11 @@ TEST_F(EventLife, ARecordHeldByAnotherCopyStaysAndKeepsAWithdrawnNoteInTheFile)
 TEST(StatusWord, HasAWordForEightNumbers)
 {
     std::string word;
-    EXPECT_EQ(StatusWord(1, word), 1);
-    EXPECT_EQ(word, "wait for send");
-    EXPECT_EQ(StatusWord(3, word), 1);
-    EXPECT_EQ(word, "accepted");
-    EXPECT_EQ(StatusWord(6, word), 1);
-    EXPECT_EQ(word, "accepted");
-    EXPECT_EQ(StatusWord(8, word), 1);
-    EXPECT_EQ(word, "canceld");
+    for (const auto& [status, known] :
+         {std::pair(1, "wait for send"), {3, "accepted"}, {6, "accepted"}, {8, "canceld"}}) {
+        EXPECT_EQ(StatusWord(status, word), 1);
+        EXPECT_EQ(word, known);
+    }
     for (const int unknown : {0, 9, -1, 255}) {
         EXPECT_EQ(StatusWord(unknown, word), 0);
         EXPECT_EQ(word, "?");

@@ -100,10 +100,15 @@ TEST_F(IdentityTest, ANewIdentityReachesTheHeaderAndTheRecordsOfTheOldOwnerAlone
     Add("mine");
     Add("theirs", &stranger);
     Add("hidden", nullptr, true);
+    TableHeader header;
+    const auto stamp = file->GetChangeStamp();
+    EXPECT_EQ(UpdateFileIdentity(*file, Identity("Pinwell", "PinwellMail"), "gate", ""), 0);
+    EXPECT_EQ(file->GetChangeStamp(), stamp) << "server and port alone leave the records alone";
+    ASSERT_EQ(file->ReadHeader(header), 1);
+    EXPECT_EQ(FieldText(header.server), "gate");
     EXPECT_EQ(UpdateFileIdentity(*file, Identity("Ann", "ann@x.example"), "relay", "99"), 1);
     EXPECT_EQ(Owners(), (Texts{"mine=Ann", "theirs=Bob", "hidden=Ann"}));
     EXPECT_TRUE(IsRefreshEnabled());
-    TableHeader header;
     ASSERT_EQ(file->ReadHeader(header), 1);
     EXPECT_EQ(FieldText(header.fileOwner.name), "Ann");
     EXPECT_EQ(FieldText(header.fileUser.email), "ann@x.example");
@@ -111,17 +116,6 @@ TEST_F(IdentityTest, ANewIdentityReachesTheHeaderAndTheRecordsOfTheOldOwnerAlone
     EXPECT_EQ(FieldText(header.port), "99");
     EXPECT_EQ(std::uint32_t{header.openCount}, 1u);
     EXPECT_EQ(IsFileOwnedLocally(*file), 0);
-}
-
-TEST_F(IdentityTest, ServerAndPortAloneLeaveTheRecordsAlone)
-{
-    Add("mine");
-    const auto stamp = file->GetChangeStamp();
-    EXPECT_EQ(UpdateFileIdentity(*file, Identity("Pinwell", "PinwellMail"), "relay", ""), 0);
-    EXPECT_EQ(file->GetChangeStamp(), stamp);
-    TableHeader header;
-    ASSERT_EQ(file->ReadHeader(header), 1);
-    EXPECT_EQ(FieldText(header.server), "relay");
 }
 
 TEST_F(IdentityTest, ANoteThatAnotherCopyEditsKeepsItsOwner)

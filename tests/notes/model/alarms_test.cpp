@@ -75,7 +75,6 @@ protected:
         const AlarmCheck check = FindDueAlarm(File(), ManualClock(moment));
         if (!check.due)
             return "";
-        LeaveAlarm(File(), *check.due);
         return std::string(FieldText(check.due->note.title));
     }
     // The same, and marked as fired.
@@ -84,7 +83,7 @@ protected:
         AlarmCheck check = FindDueAlarm(File(), ManualClock(moment));
         if (!check.due)
             return "";
-        EXPECT_EQ(MarkAlarmFired(File(), *check.due), 1);
+        EXPECT_TRUE(MarkAlarmFired(*check.due));
         return std::string(FieldText(check.due->note.title));
     }
     NoteRecord Stored(RecordAddress address)
@@ -211,7 +210,7 @@ TEST_F(AlarmsDue, AReaderCannotMarkItSoItStaysForTheOthers)
         TableFile reader(path, "look");
         AlarmCheck check = FindDueAlarm(reader, ManualClock(At(2, 1, 2010)));
         ASSERT_TRUE(check.due);
-        EXPECT_EQ(MarkAlarmFired(reader, *check.due), 0);
+        EXPECT_EQ(MarkAlarmFired(*check.due).state, SaveState::Refused);
     }
     ownerPassword = "help";
     EXPECT_EQ(FireAt(At(2, 1, 2010)), "milk");
@@ -286,7 +285,7 @@ int CopyOfTheProgram(const std::string& path, const LocalTime& now, Line& line)
     line.Say("ready");
     while (line.Hear() == "tick") {
         AlarmCheck check = FindDueAlarm(file, clock);
-        if (check.due && MarkAlarmFired(file, *check.due) != 1)
+        if (check.due && !MarkAlarmFired(*check.due))
             return 2;
         line.Say(check.due ? std::string(FieldText(check.due->note.title)) : "-");
     }
@@ -337,7 +336,7 @@ TEST_F(AlarmsDue, AnAlarmOnViewInOneProcessIsPassedOverByTheOther)
         AlarmCheck check = FindDueAlarm(theirs, ManualClock(At(1, 2, 2010)));
         line.Say(check.due ? "shown" : "-");
         line.Hear();
-        return check.due && MarkAlarmFired(theirs, *check.due) == 1 ? 0 : 1;
+        return check.due && MarkAlarmFired(*check.due) ? 0 : 1;
     });
     ASSERT_EQ(other.Talk().Hear(), "shown");
     const AlarmCheck check = FindDueAlarm(File(), ManualClock(At(1, 2, 2010)));

@@ -69,16 +69,24 @@ TEST_F(NoteFileTest, AFileThatCannotBeMadeSaysWhy)
     EXPECT_NE(opened.failure, OpenFailure::None);
 }
 
-TEST_F(NoteFileTest, AFullDiskLeavesNoFile)
+TEST_F(NoteFileTest, ADiskThatFillsUpAtAnyMomentLeavesNoFileAndSaysWhy)
 {
-    FailingFileSystem files;
-    files.failAt = 1;
-    files.andAllBehind = true;
-    const ScopedFileSystem use(files);
-    FileError error;
-    EXPECT_EQ(CreateNoteFile(other, WithExamples::Yes, clock, &error), 0);
-    EXPECT_EQ(error.kind, FileErrorKind::NoSpace);
-    EXPECT_EQ(TableFile::Exists(other), 0);
+    for (int failAt = 1;; ++failAt) {
+        SCOPED_TRACE(failAt);
+        FailingFileSystem files;
+        files.failAt = failAt;
+        files.andAllBehind = true;
+        const ScopedFileSystem use(files);
+        FileError error;
+        if (CreateNoteFile(other, WithExamples::Yes, clock, &error) == 1)
+            break;
+        EXPECT_EQ(error.kind, FileErrorKind::NoSpace);
+        EXPECT_EQ(folder.FileCount(), 1u);
+        ASSERT_LT(failAt, 60);
+    }
+    path = other;
+    Open("");
+    EXPECT_EQ(Titles().size(), 4u);
 }
 
 }  // namespace

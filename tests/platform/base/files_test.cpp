@@ -99,21 +99,6 @@ TEST_F(FilesTest, CreatingEmptiesAFileOnlyWhenNobodyHasItOpen)
     EXPECT_TRUE(FileHandleOwner(FileOpen(path)));
 }
 
-TEST_F(FilesTest, OpeningWaitsForOneWhoIsAloneWithTheFile)
-{
-    WriteAll(path, "x");
-    auto alone = std::make_unique<FileHandleOwner>(FileOpen(path, FileAccess::ReadWrite, FileSharing::None));
-    ForkedProcess other([&](Line& line) {
-        line.Say("ready");
-        const FileHandleOwner file(FileOpen(path));
-        line.Say(file ? "open" : "failed");
-        return 0;
-    });
-    EXPECT_EQ(other.Talk().Hear(), "ready");
-    alone.reset();
-    EXPECT_EQ(other.Talk().Hear(), "open");
-}
-
 TEST_F(FilesTest, WhoWaitedForAFileThatIsReplacedGetsTheNewOne)
 {
     WriteAll(path, "old");
@@ -170,32 +155,42 @@ TEST_F(FilesTest, HandlesAreNotInheritedByStartedPrograms)
     EXPECT_EQ(system(("test ! -e /proc/self/fd/" + std::to_string(file.Get())).c_str()), 0);
 }
 
-TEST_F(FilesTest, WithoutLocksFilesOpenAndCountAsBusy)
+TEST_F(FilesTest, AFailedLockCallIsNoProofThatThereAreNoLocks)
 {
     WriteAll(path, "x");
     FailingFileSystem share;
-    share.lockFailure = ENOLCK;
     const ScopedFileSystem scope(share);
-    EXPECT_EQ(FileIsBusy(path), 1);
-    EXPECT_TRUE(FileHandleOwner(FileOpen(path)));
-    EXPECT_TRUE(FileHandleOwner(FileCreate(folder.File("export.csv"))));
+    for (const int failure : {EOPNOTSUPP, ENOSYS, EINVAL, ENOLCK, EIO, ETIMEDOUT, ESTALE}) {
+        SCOPED_TRACE(failure);
+        share.lockFailure = failure;
+        const bool noLocksHere = failure == EOPNOTSUPP || failure == ENOSYS || failure == EINVAL;
+        FileError error;
+        EXPECT_EQ(FileIsBusy(path), 1);
+        const FileHandleOwner opened(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, &error, 0));
+        EXPECT_EQ(static_cast<bool>(opened), noLocksHere);
+        EXPECT_EQ(error.systemError, noLocksHere ? 0 : failure);
+        EXPECT_EQ(static_cast<bool>(FileHandleOwner(FileCreate(folder.File("export.csv")))), noLocksHere);
+    }
 }
 
-TEST(FileMountTest, MountsTellWhereTheirLocksGo)
+TEST(FileMountTest, MountsTellWhereTheirLocksGoAndWhatTheyCache)
 {
     struct Case {
         const char *type, *options;
-        bool local;
+        bool locksTravel, isCoherent;
     };
     for (const Case& c :
-         {Case{"nfs4", "rw,vers=4.2,hard,local_lock=none,addr=10.0.0.1", false},
-          Case{"nfs", "rw,vers=3,nolock,local_lock=all", true}, Case{"nfs", "rw,local_lock=posix", true},
-          Case{"nfs", "rw,local_lock=flock", false}, Case{"cifs", "rw,vers=3.1.1,nobrl", true},
-          Case{"cifs", "rw,vers=3.1.1,nobrlx", false}, Case{"smb3", "rw", false},
-          Case{"fuse.sshfs", "rw,user_id=0", true}, Case{"fuseblk", "rw", false}, Case{"9p", "rw", true},
-          Case{"gfs2", "rw,localflocks", true}, Case{"gfs2", "rw", false}, Case{"", "", true}}) {
+         {Case{"nfs4", "rw,vers=4.2,hard,local_lock=none,addr=10.0.0.1", true, false},
+          Case{"nfs", "rw,vers=3,nolock,local_lock=all", false, false}, Case{"nfs", "rw,local_lock=posix", false, false},
+          Case{"nfs", "rw,local_lock=flock", true, false}, Case{"cifs", "rw,vers=3.1.1,nobrl", false, false},
+          Case{"cifs", "rw,vers=3.1.1,nobrlx", true, false}, Case{"smb3", "rw", true, false},
+          Case{"fuse.glusterfs", "rw", true, false}, Case{"fuse.ceph", "rw", true, false},
+          Case{"fuse.sshfs", "rw,user_id=0", false, false}, Case{"fuseblk", "rw", true, true},
+          Case{"9p", "rw", false, false}, Case{"gfs2", "rw,localflocks", false, true}, Case{"gfs2", "rw", true, true},
+          Case{"", "", false, false}}) {
         SCOPED_TRACE(testing::Message() << c.type << " " << c.options);
-        EXPECT_EQ(MountKeepsLocksLocal(c.type, c.options), c.local);
+        EXPECT_EQ(DriveOfMount(c.type, c.options).locksTravel, c.locksTravel);
+        EXPECT_EQ(DriveOfMount(c.type, c.options).isCoherent, c.isCoherent);
     }
 }
 

@@ -1,12 +1,9 @@
 #include "platform/base/paths.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 
-#include "tests/support/child_process.h"
 #include "tests/support/scoped_variable.h"
 #include "tests/support/temp_folder.h"
 
@@ -23,30 +20,17 @@ protected:
         fs::create_directory(program);
         SetProgramPath(program + "/jotlet");
     }
-    ~PathsTest() override
-    {
-        chmod(program.c_str(), 0755);
-        SetProgramPath({});
-    }
-
-    // An installed program: its folder is there, and nobody may write to it.
-    void MakeProgramFolderReadOnly()
-    {
-        if (geteuid() == 0)
-            installed = "/usr/share";  // root could write there, and the program does not
-        else
-            chmod(program.c_str(), 0555);
-        SetProgramPath(installed + "/jotlet");
-    }
+    ~PathsTest() override { SetProgramPath({}); }
 
     test::TempFolder scratch;
     std::string program = scratch.File("program");
-    std::string installed = program;
+    std::string data = scratch.File("share/Jotlet");
     test::ScopedVariable dataHome;
 };
 
-TEST_F(PathsTest, AWritableProgramFolderHoldsEverything)
+TEST_F(PathsTest, APortableProgramsFolderHoldsEverything)
 {
+    test::UsePortableProgram(program);
     EXPECT_EQ(GetProgramFolder(), program);
     EXPECT_EQ(GetDataFolder(), program);
     EXPECT_EQ(GetProgramFilePath("Pinwell.ini"), program + "/Pinwell.ini");
@@ -59,16 +43,14 @@ TEST_F(PathsTest, AWritableProgramFolderHoldsEverything)
 TEST_F(PathsTest, TheModuleIniReplacesTheExtensionOfTheProgramAlone)
 {
     SetProgramPath(program + "/with.dot/jotlet.bin");
-    EXPECT_EQ(GetModuleIniPath().Path().substr(GetModuleIniPath().Path().rfind('/')), "/jotlet.ini");
+    EXPECT_EQ(GetModuleIniPath().Path(), data + "/jotlet.ini");
     SetProgramPath(program + "/.jotlet");
-    EXPECT_EQ(GetModuleIniPath().Path(), program + "/.jotlet.ini");
+    EXPECT_EQ(GetModuleIniPath().Path(), data + "/.jotlet.ini");
 }
 
-TEST_F(PathsTest, AReadOnlyProgramFolderSendsWhatIsWrittenToTheUsersData)
+TEST_F(PathsTest, WhatIsWrittenGoesToTheUsersDataAndHidesWhatWasShipped)
 {
-    MakeProgramFolderReadOnly();
-    const std::string data = scratch.File("share/Jotlet");
-    EXPECT_EQ(GetProgramFolder(), installed);
+    EXPECT_EQ(GetProgramFolder(), program);
     EXPECT_EQ(GetDataFolder(), data);
     EXPECT_TRUE(fs::is_directory(data));
     EXPECT_EQ(fs::status(data).permissions() & fs::perms::all, fs::perms::owner_all);
@@ -77,29 +59,32 @@ TEST_F(PathsTest, AReadOnlyProgramFolderSendsWhatIsWrittenToTheUsersData)
     EXPECT_EQ(works, data + "/Works/My.jot");
     EXPECT_EQ(GetDataFilePath("E-Book.tb1"), data + "/E-Book.tb1");
 
-    EXPECT_EQ(GetProgramFilePath("add.wav"), installed + "/add.wav");
+    EXPECT_EQ(GetProgramFilePath("add.wav"), program + "/add.wav");
     test::WriteAll(data + "/add.wav", "own");
     EXPECT_EQ(GetProgramFilePath("add.wav"), data + "/add.wav");
+
+    test::WriteAll(program + "/Pinwell.ini", "[Preference]\nLastYear=2099\nSound=1\nSplash=0\n");
+    const IniFile ini = GetSuiteIniPath();
+    EXPECT_EQ(ini.IniWriteText("Preference", "Sound", "0") + ini.IniWriteText("Preference", "Splash", ""), 2);
+    EXPECT_EQ(ini.IniReadText("Preference", "LastYear"), "2099");
+    EXPECT_EQ(ini.IniReadText("Preference", "Sound"), "0");
+    EXPECT_EQ(ini.IniReadText("Preference", "Splash"), std::nullopt);
+    EXPECT_EQ(test::ReadAll(data + "/Pinwell.ini"), "[Preference]\nSound=0\nSplash=\n");
 }
 
-TEST_F(PathsTest, SettingsOfTheUserHideTheShippedOnesKeyByKey)
+TEST_F(PathsTest, SettingsNameFilesFromTheDataFolderSoThatItCanBeCopied)
 {
-    test::WriteAll(program + "/Pinwell.ini", "[Preference]\nLastYear=2099\nSound=1\nSplash=0\n");
-    chmod(program.c_str(), 0555);
-    EXPECT_EQ(test::RunAsOrdinaryUser(scratch.Path(),
-                                      [&] {
-                                          SetProgramPath(program + "/jotlet");
-                                          const IniFile ini = GetSuiteIniPath();
-                                          return ini.IniWriteText("Preference", "Sound", "0") == 1 &&
-                                                         ini.IniWriteText("Preference", "Splash", "") == 1 &&
-                                                         ini.IniReadText("Preference", "LastYear") == "2099" &&
-                                                         ini.IniReadText("Preference", "Sound") == "0" &&
-                                                         !ini.IniReadText("Preference", "Splash")
-                                                     ? 0
-                                                     : 1;
-                                      }),
-              0);
-    EXPECT_EQ(test::ReadAll(scratch.File("share/Jotlet/Pinwell.ini")), "[Preference]\nSound=0\nSplash=\n");
+    test::UsePortableProgram(program);
+    const std::string inside = PathForSettings(program + "/Works/my.jot");
+    EXPECT_EQ(inside, "Works/my.jot");
+    const std::string outside = program + "2/my.jot";
+    EXPECT_EQ(PathForSettings(outside), outside);
+    const std::string copy = scratch.File("stick");
+    fs::create_directory(copy);
+    test::UsePortableProgram(copy);
+    EXPECT_EQ(PathFromSettings(inside), copy + "/Works/my.jot");
+    EXPECT_EQ(PathFromSettings(outside), outside);
+    EXPECT_EQ(PathFromSettings(""), "");
 }
 
 TEST_F(PathsTest, ADeletedWorksFolderComesBackAndTheCurrentFolderStays)
@@ -110,13 +95,14 @@ TEST_F(PathsTest, ADeletedWorksFolderComesBackAndTheCurrentFolderStays)
     EXPECT_EQ(GetWorksFolder(works), 1);
     EXPECT_TRUE(fs::remove(works));
     EXPECT_EQ(GetWorksFilePath(works, "a.jot"), 1);
-    EXPECT_TRUE(fs::is_directory(program + "/Works"));
+    EXPECT_TRUE(fs::is_directory(data + "/Works"));
     EXPECT_EQ(fs::current_path(), before);
 }
 
 TEST_F(PathsTest, AWorksFolderThatCannotBeMadeGivesNoPath)
 {
-    test::WriteAll(program + "/Works", "a file in the way");
+    fs::create_directories(data);
+    test::WriteAll(data + "/Works", "a file in the way");
     std::string works = "before";
     EXPECT_EQ(GetWorksFilePath(works, "a.jot"), 0);
     EXPECT_EQ(works, "");
@@ -125,7 +111,6 @@ TEST_F(PathsTest, AWorksFolderThatCannotBeMadeGivesNoPath)
 
 TEST_F(PathsTest, ARelativeDataHomeIsNotUsed)
 {
-    MakeProgramFolderReadOnly();
     const test::ScopedVariable relative("XDG_DATA_HOME", "share");
     const test::ScopedVariable home("HOME", scratch.File("home"));
     EXPECT_EQ(GetDataFolder(), scratch.File("home/.local/share/Jotlet"));

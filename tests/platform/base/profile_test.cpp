@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include <filesystem>
 
 #include "tests/support/child_process.h"
+#include "tests/support/failing_file_system.h"
 #include "tests/support/temp_folder.h"
 
 namespace jotlet {
@@ -130,7 +130,7 @@ TEST_F(ProfileTest, ALinkedFileStaysALink)
 
 TEST_F(ProfileTest, ALeftoverOfAKilledWriterIsInNobodysWay)
 {
-    test::WriteAll(ini.Path() + ".new", "half a fi");
+    test::WriteAll(ini.Path() + ".jotlet-new", "half a fi");
     ASSERT_EQ(ini.IniWriteText("A", "B", "1"), 1);
     EXPECT_EQ(test::ReadAll(ini.Path()), "[A]\nB=1\n");
     EXPECT_EQ(FilesInFolder(), 1u);
@@ -145,20 +145,27 @@ TEST_F(ProfileTest, AReadOnlyFileIsNotReplaced)
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
-TEST_F(ProfileTest, AFullDiskLeavesTheOldFile)
+TEST_F(ProfileTest, AtEveryFailingCallTheFileIsTheOldOneOrTheNewOne)
 {
-    test::WriteAll(ini.Path(), "[A]\nB=1\n");
-    test::ChildProcess child([&] {
-        // A size limit of the process stands in for the full disk: the write of the new file fails half way.
-        const rlimit limit{64, 64};
-        signal(SIGXFSZ, SIG_IGN);
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            return 2;
-        return ini.IniWriteText("A", "Long", std::string(200, 'x'));
-    });
-    EXPECT_EQ(child.Wait(), 0);
-    EXPECT_EQ(test::ReadAll(ini.Path()), "[A]\nB=1\n");
-    EXPECT_EQ(FilesInFolder(), 1u);
+    const std::string old = "[A]\nB=1\n";
+    for (int failAt = 1;; ++failAt) {
+        test::WriteAll(ini.Path(), old);
+        test::FailingFileSystem disk;
+        disk.failAt = failAt;
+        disk.halfWrite = true;
+        SCOPED_TRACE(failAt);
+        const std::array<ProfileEntry, 2> together{{{"B", "2"}, {"C", "3"}}};
+        {
+            const ScopedFileSystem scope(disk);
+            const bool written = ini.IniWriteTexts("A", together) == 1;
+            EXPECT_EQ(written, disk.failedCall.empty() || disk.failedCall == "sync folder");
+            EXPECT_EQ(test::ReadAll(ini.Path()), written ? "[A]\nB=2\nC=3\n" : old);
+        }
+        EXPECT_EQ(FilesInFolder(), 1u);
+        if (disk.failedCall.empty())
+            break;
+        ASSERT_LT(failAt, 20);
+    }
 }
 
 TEST_F(ProfileTest, CopiesThatWriteAtOnceNeverLoseEachOthersKeys)
@@ -196,15 +203,20 @@ TEST_F(ProfileTest, AReaderNeverSeesHalfAFileAndAKilledWriterSpoilsNothing)
         test::Signal running;
         test::ChildProcess writer([&] {
             for (int i = 0;; ++i) {
-                ini.IniWriteText("A", "Long", std::string(static_cast<std::size_t>(i % 7 + 1) * 3000, 'x'));
+                const std::string both = std::to_string(i);
+                const std::string longOne(static_cast<std::size_t>(i % 7 + 1) * 3000, 'x');
+                ini.IniWriteTexts("A", std::array<ProfileEntry, 3>{{{"One", both}, {"Long", longOne}, {"Two", both}}});
                 if (i == round)
                     running.Give();
             }
             return 0;
         });
         ASSERT_TRUE(running.Await());
-        for (int i = 0; i < 50; ++i)
+        for (int i = 0; i < 50; ++i) {
             ASSERT_EQ(ini.IniReadText("A", "Fixed"), "here");
+            const std::string text = ReadProfileFile(ini.Path()).value_or("");
+            ASSERT_EQ(FindProfileValue(text, "A", "One"), FindProfileValue(text, "A", "Two"));
+        }
         writer.Kill();
         writer.Wait();
         ASSERT_EQ(ini.IniReadText("A", "Fixed"), "here");

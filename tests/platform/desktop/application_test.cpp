@@ -34,7 +34,7 @@ std::vector<MessageParam> Commands(const Recorder& recorder)
 // Runs the loop round `act`, with the accelerators in force.
 void RunWith(Recorder& target, const std::function<void()>& act)
 {
-    target.answer = [&, act](const WndMessage& m) -> std::optional<MessageParam> {
+    target.answer = [&, act](const WndMessage& m) -> Recorder::Answer {
         if (m.message == kStep) {
             act();
             QuitLoop(5);
@@ -103,8 +103,19 @@ TEST_F(ApplicationTest, OwnerTakesNoInputDuringAModalRunButItsTimersGoOn)
     Recorder top({});
     Recorder modal({.parent = top.window, .show = false});
     StartTimer(top.window, 3, Milliseconds(2));
+    TestPress(top.window, {5, 5});
+    CaptureMouse(top.window);
     top.Clear();
     WhenModal([&](WindowHandle window) {
+        EXPECT_EQ(CapturedWindow(), 0U);
+        EXPECT_EQ(top.Of(kWmCaptureLost).size(), 1U);
+        TestRelease(top.window, {5, 5});
+        PostRequest(top.window, kWmCommand, 1, 0);
+        PostTo(top.window, kWmCommand, 2, 0);
+        PostRequest(window, kWmCommand, 3, 0);
+        ServeEvents();
+        EXPECT_THAT(Commands(top), ElementsAre(2)) << "what the user asked for of a window that is blocked now";
+        EXPECT_THAT(Commands(modal), ElementsAre(3));
         TestClick(top.window, {5, 5});
         TestKey(top.window, kKeyDown);
         TestWheel(top.window, {5, 5}, 120);
@@ -122,36 +133,48 @@ TEST_F(ApplicationTest, OwnerTakesNoInputDuringAModalRunButItsTimersGoOn)
 TEST_F(ApplicationTest, FocusIsBackWhereItWasAfterAModalRun)
 {
     Recorder top({});
-    Recorder child({.style = kStyleDefault, .bounds = Rect::At(0, 0, 10, 10), .parent = top.window});
+    Recorder child(top, Rect::At(0, 0, 10, 10));
     ServeUntil([&] { return IsForeground(top.window); }, Milliseconds(1000));
     FocusWindow(child.window);
     Recorder modal({.parent = top.window, .show = false});
     WhenModal([](WindowHandle window) { EndModal(window, 1); });
     RunModal(modal.window, top.window);
     EXPECT_TRUE(ServeUntil([&] { return FocusedWindow() == child.window; }, Milliseconds(1000)));
-}
-
-TEST_F(ApplicationTest, ModalRunOfAWindowThatDiesEnds)
-{
-    Recorder top({});
-    Recorder modal({.parent = top.window, .show = false});
     WhenModal([](WindowHandle window) { DestroyNativeWindow(window); });
-    EXPECT_EQ(RunModal(modal.window, top.window), 0);
+    EXPECT_EQ(RunModal(modal.window, top.window), 0) << "it ends with its window";
     EXPECT_EQ(RunModal(modal.window, top.window), 0);
 }
 
-TEST_F(ApplicationTest, QuitDuringAModalRunEndsBothLoops)
+TEST_F(ApplicationTest, QuitEndsWhateverIsOpenWithoutConsent)
 {
     Recorder top({});
     Recorder modal({.parent = top.window, .show = false});
-    WhenModal([](WindowHandle) { QuitLoop(9); });
-    top.answer = [&](const WndMessage& m) -> std::optional<MessageParam> {
-        if (m.message == kStep)
-            RunModal(modal.window, top.window);
-        return std::nullopt;
+    const auto ask = [&] { return ShowBox(top.window, "Delete?", "", BoxIcon::Question, BoxButtons::YesNo); };
+    const std::function<bool()> openers[] = {
+        [&] { return RunModal(modal.window, top.window) != 0; },
+        [&] { return ask() == Answer::Yes; },
+        [&] { return RunFileDialog(top.window, {}).has_value(); },
+        [&] {
+            return TrackPopupMenu(top.window, {{"Open", 1}}, {5, 5}), !Commands(top).empty();
+        },
     };
-    PostTo(top.window, kStep, 0, 0);
-    EXPECT_EQ(TheApplication()->Run(top.window, {}), 9);
+    for (const auto& open : openers) {
+        int consents = 0;
+        top.answer = [&](const WndMessage& m) -> Recorder::Answer {
+            if (m.message == kStep) {
+                PostTo(top.window, kStep + 1, 0, 0);
+                consents += open();
+                consents += ask() == Answer::Yes;  // no box after the end has come
+            } else if (m.message == kStep + 1) {
+                EXPECT_EQ(ModalDepth(), 1);
+                QuitLoop(9);
+            }
+            return std::nullopt;
+        };
+        PostTo(top.window, kStep, 0, 0);
+        EXPECT_EQ(TheApplication()->Run(top.window, {}), 9);
+        EXPECT_EQ(consents, 0);
+    }
 }
 
 TEST_F(ApplicationTest, DescriptorIsServedFromTheLoopUntilTheWatchEnds)
@@ -173,12 +196,6 @@ TEST_F(ApplicationTest, DescriptorIsServedFromTheLoopUntilTheWatchEnds)
     close(ends[1]);
 }
 
-TEST_F(ApplicationTest, WaitEndsWithItsConditionOrItsTime)
-{
-    EXPECT_FALSE(ServeUntil([] { return false; }, Milliseconds(15)));
-    EXPECT_TRUE(ServeUntil([] { return true; }, Milliseconds(0)));
-}
-
 TEST_F(ApplicationTest, MenuAnswerPostsItsCommandButNotThatOfAGreyedEntry)
 {
     Recorder top({});
@@ -192,32 +209,6 @@ TEST_F(ApplicationTest, MenuAnswerPostsItsCommandButNotThatOfAGreyedEntry)
     EXPECT_TRUE(Commands(top).empty());
     ServeEvents();
     EXPECT_THAT(Commands(top), ElementsAre(1, 3));
-}
-
-TEST_F(ApplicationTest, BoxesTakeTheGivenAnswersAndThenTheCautiousOne)
-{
-    ScopedAnswers outer({Answer::Yes});
-    EXPECT_EQ(ShowBox(0, "Delete?", "Pinwell", BoxIcon::Question, BoxButtons::YesNo), Answer::Yes);
-    EXPECT_EQ(ShowBox(0, "Again?", "Pinwell", BoxIcon::Question, BoxButtons::YesNo), Answer::No);
-    {
-        ScopedAnswers inner;
-        EXPECT_EQ(ShowBox(0, "Done.", "Pinwell", BoxIcon::Information, BoxButtons::Ok), Answer::Ok);
-        Beep();
-        EXPECT_EQ(inner.beeps, 1);
-        EXPECT_THAT(inner.texts, ElementsAre("Done."));
-    }
-    EXPECT_THAT(outer.texts, ElementsAre("Delete?", "Again?"));
-    EXPECT_EQ(outer.beeps, 0);
-}
-
-TEST_F(ApplicationTest, FileAnswersSeeTheRequest)
-{
-    const ScopedFileAnswer answer([](const FileDialogRequest& request) -> std::optional<std::string> {
-        return request.mode == FileDialogMode::Save ? std::optional<std::string>("/tmp/" + request.fileName)
-                                                    : std::nullopt;
-    });
-    EXPECT_EQ(RunFileDialog(0, {.mode = FileDialogMode::Save, .fileName = "a.jot"}), "/tmp/a.jot");
-    EXPECT_EQ(RunFileDialog(0, {}), std::nullopt);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "platform/desktop/dialog.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/device_context.h"
+#include "platform/desktop/message_box.h"
 #include "platform/desktop/test_input.h"
 #include "support/window_test.h"
 
@@ -29,28 +30,18 @@ enum Ids {
 DialogTemplate Form()
 {
     DialogTemplate form{.id = 9, .caption = "Form", .x = 4, .y = 8, .width = 200, .height = 160};
+    const auto radio = [](int id, int x, std::uint32_t style) {
+        return ControlTemplate{
+            .kind = Kind::Radio, .id = id, .text = "r", .x = x, .y = 84, .width = 20, .height = 10, .style = style};
+    };
     form.controls = {
         {.kind = Kind::Text, .id = kLabel, .text = "&Name", .x = 3, .y = 3, .width = 40, .height = 8},
         {.kind = Kind::Edit, .id = kName, .x = 3, .y = 12, .width = 80, .height = 12},
         {.kind = Kind::Edit, .id = kNotes, .x = 3, .y = 28, .width = 80, .height = 40, .style = kControlMultiLine},
         {.kind = Kind::Check, .id = kMark, .text = "Mark", .x = 3, .y = 72, .width = 40, .height = 10},
-        {.kind = Kind::Radio,
-         .id = kFirst,
-         .text = "1",
-         .x = 3,
-         .y = 84,
-         .width = 20,
-         .height = 10,
-         .style = kControlGroup},
-        {.kind = Kind::Radio, .id = kSecond, .text = "2", .x = 25, .y = 84, .width = 20, .height = 10},
-        {.kind = Kind::Radio,
-         .id = kThird,
-         .text = "3",
-         .x = 50,
-         .y = 84,
-         .width = 20,
-         .height = 10,
-         .style = kControlGroup},
+        radio(kFirst, 3, kControlGroup),
+        radio(kSecond, 25, 0),
+        radio(kThird, 50, kControlGroup),
         {.kind = Kind::ListBox, .id = kList, .x = 90, .y = 3, .width = 60, .height = 50, .style = kControlSorted},
         {.kind = Kind::Combo, .id = kCategory, .x = 90, .y = 60, .width = 60, .height = 60},
         {.kind = Kind::DropList, .id = kColour, .x = 90, .y = 80, .width = 60, .height = 60},
@@ -146,70 +137,77 @@ TEST_F(DialogTest, UntouchedTextComesBackByteForByte)
     EXPECT_EQ(Text(kNotes), odd);
 }
 
-TEST_F(DialogTest, EditedTextIsUtf8WithCrLf)
-{
-    SetItemTextOf(dialog, kNotes, "caf\xE9");
-    Type(kNotes, "a\nb");
-    EXPECT_EQ(Text(kNotes), "a\r\nbcaf\xC3\xA9");
-}
-
 TEST_F(DialogTest, LimitCountsBytesAndNeverSplitsACharacter)
 {
-    LimitItemText(dialog, kName, 5);
-    LimitItemText(dialog, kNotes, 5);
-    LimitItemText(dialog, kCategory, 5);
     for (const int id : {kName, kNotes, kCategory}) {
         SCOPED_TRACE(id);
-        Type(id, "ab\xC3\xA4");
-        EXPECT_EQ(Text(id), "ab\xC3\xA4");
-        Type(id, "\xC3\xA4");
-        EXPECT_EQ(Text(id), "ab\xC3\xA4");
-        Type(id, "c");
-        Type(id, "d");
-        EXPECT_EQ(Text(id),
-                  "ab\xC3\xA4"
-                  "c");
+        LimitItemText(dialog, id, 5);
+        const auto type = [&](std::string_view text) { return Type(id, text), Text(id); };
+        EXPECT_EQ(type("ab\xC3\xA4"), "ab\u00e4");
+        EXPECT_EQ(type("\xC3\xA4"), "ab\u00e4");
+        EXPECT_EQ(type("cd"), "ab\u00e4c");
         TestKey(Item(id), kKeyBack);
-        Type(id, "e");
-        EXPECT_EQ(Text(id),
-                  "ab\xC3\xA4"
-                  "e");
+        EXPECT_EQ(type("e"), "ab\u00e4e");
     }
 }
 
-TEST_F(DialogTest, LineBreakCountsAsTheTwoBytesItIsStoredAs)
+TEST_F(DialogTest, PasteLeavesOutWhatAFieldCannotHold)
 {
-    LimitItemText(dialog, kNotes, 4);
-    Type(kNotes, "a\nbc");
-    EXPECT_EQ(Text(kNotes), "a\r\nb");
-    SetItemTextOf(dialog, kNotes, "");
-    Type(kNotes, "abc\n");
-    EXPECT_EQ(Text(kNotes), "abc");
+    using namespace std::string_view_literals;
+    struct Case {
+        int id;
+        int limit;
+        std::optional<std::string_view> pasted;
+        std::string_view held;
+        int beeps = 0;
+    };
+    constexpr auto kLines =
+        "a\0b\r\nc\xE2\x80\xA8"
+        "d\xE2\x80\xA9"
+        "e\rf\n"sv;
+    for (const Case& c : {Case{kNotes, 0, std::nullopt, ""},
+                          {kNotes, 0, "", ""},
+                          {kName, 0, std::nullopt, ""},
+                          {kNotes, 0, "a\0b\nc"sv, "ab\r\nc"},
+                          {kName, 0, kLines, "ab c d e f "},
+                          {kCategory, 0, kLines, "ab c d e f "},
+                          {kName, 3, "a\r\nbc", "a b", 1},
+                          {kNotes, 3, "abcd", "abc", 1},
+                          {kNotes, 4, "abcd", "abcd"}}) {
+        SCOPED_TRACE(c.held);
+        SetItemTextOf(dialog, c.id, "");
+        LimitItemText(dialog, c.id, c.limit);
+        const ScopedAnswers boxes;
+        TestPaste(Item(c.id), c.pasted);
+        EXPECT_EQ(Text(c.id), c.held);
+        EXPECT_EQ(boxes.beeps, c.beeps);
+    }
 }
 
-TEST_F(DialogTest, TextThatIsTooLongAlreadyMayShrinkButNotGrow)
+TEST_F(DialogTest, TypedTextIsStoredAsUtf8WithCrLfWithinTheLimitAndInTheTemplatesCase)
 {
+    const struct {
+        int id;
+        int limit;  // 0: none
+        std::string_view before, typed, held;
+    } rows[] = {
+        {kNotes, 0, "caf\xE9", "a\nb", "a\r\nbcaf\xC3\xA9"},
+        {kNotes, 4, "", "a\nbc", "a\r\nb"},
+        {kNotes, 4, "", "abc\n", "abc"},
+        {kName, 3, "abcdef", "x", "abcdef"},
+        {kMail, 0, "", "Ann@Example.ORG", "ann@example.org"},
+        {kName, 0, "", "Ann", "Ann"},
+    };
+    for (const auto& row : rows) {
+        LimitItemText(dialog, row.id, row.limit);
+        SetItemTextOf(dialog, row.id, row.before);
+        Type(row.id, row.typed);
+        EXPECT_EQ(Text(row.id), row.held);
+    }
     LimitItemText(dialog, kName, 3);
     SetItemTextOf(dialog, kName, "abcdef");
-    EXPECT_EQ(Text(kName), "abcdef");
-    Type(kName, "x");
-    EXPECT_EQ(Text(kName), "abcdef");
     TestKey(Item(kName), kKeyDelete);
-    EXPECT_EQ(Text(kName), "bcdef");
-}
-
-TEST_F(DialogTest, CapitalsBecomeSmallWhereTheTemplateSaysSo)
-{
-    Type(kMail, "Ann@Example.ORG");
-    EXPECT_EQ(Text(kMail), "ann@example.org");
-    Type(kName, "Ann");
-    EXPECT_EQ(Text(kName), "Ann");
-}
-
-TEST_F(DialogTest, PasswordKeepsItsText)
-{
-    Type(kSecret, "pass W\xC3\xB6rd");
-    EXPECT_EQ(Text(kSecret), "pass W\xC3\xB6rd");
+    EXPECT_EQ(Text(kName), "bcdef") << "what is too long already may shrink";
 }
 
 TEST_F(DialogTest, ReturnPressesTheDefaultButtonAndEscapeCancels)
@@ -221,9 +219,19 @@ TEST_F(DialogTest, ReturnPressesTheDefaultButtonAndEscapeCancels)
     SendTo(dialog, kWmClose, 0, 0);
     EXPECT_THAT(commands, ElementsAre(Command{1, 0}, Command{2, 0}, Command{2, 0}, Command{2, 0}, Command{2, 0}));
     commands.clear();
+    for (const int id : {int{kNotes}, int{kIdCancel}})
+        TestKey(Item(id), kKeyReturn, {.control = true});
+    EXPECT_THAT(commands, ElementsAre(Command{1, 0}, Command{1, 0}));
+    commands.clear();
     EnableItem(dialog, kIdOk, false);
     TestKey(Item(kName), kKeyReturn);
+    TestKey(Item(kNotes), kKeyReturn, {.control = true});
+    TestPushItem(dialog, kIdOk);
+    ShowItem(dialog, kIdCancel, false);
+    TestPushItem(dialog, kIdCancel);
     EXPECT_TRUE(commands.empty());
+    EXPECT_FALSE(IsEnabled(Item(kIdOk)));
+    EXPECT_FALSE(IsVisible(Item(kIdCancel)));
 }
 
 TEST_F(DialogTest, ReturnInAMultiLineEditStaysThereAndTabMovesOn)
@@ -252,17 +260,6 @@ TEST_F(DialogTest, RadioButtonsExcludeEachOtherWithinTheirGroupAlone)
     EXPECT_FALSE(IsItemChecked(dialog, kFirst));
     TestPushItem(dialog, kMark);
     EXPECT_TRUE(IsItemChecked(dialog, kMark));
-}
-
-TEST_F(DialogTest, DisabledOrHiddenButtonIsNotPressed)
-{
-    EnableItem(dialog, kIdOk, false);
-    ShowItem(dialog, kIdCancel, false);
-    TestPushItem(dialog, kIdOk);
-    TestPushItem(dialog, kIdCancel);
-    EXPECT_TRUE(commands.empty());
-    EXPECT_FALSE(IsEnabled(Item(kIdOk)));
-    EXPECT_FALSE(IsVisible(Item(kIdCancel)));
 }
 
 TEST_F(DialogTest, SortedBoxPlacesRowsWithoutRegardToCase)
@@ -403,22 +400,6 @@ TEST_F(DialogTest, OwnerDrawnRowsAreMeasuredAndDrawnByTheDialog)
     EXPECT_TRUE(row);
     EXPECT_TRUE(field);
     DestroyNativeWindow(drawing);
-}
-
-TEST_F(DialogTest, EndingAModalDialogFromItsOwnButtonGivesTheResult)
-{
-    const auto procedure = [](WindowHandle window, std::uint32_t message, MessageParam wParam,
-                              MessageParam) -> MessageParam {
-        if (message == kWmCommand && LowWord(wParam) <= 2)
-            EndModal(window, LowWord(wParam) == kIdOk);
-        return message == kWmInitDialog;
-    };
-    for (const int button : {kIdOk, kIdCancel}) {
-        const WindowHandle modal = CreateDialogWindow(Form(), dialog, procedure, nullptr);
-        WhenModal([button](WindowHandle window) { TestPushItem(window, button); });
-        EXPECT_EQ(RunModal(modal, dialog), button == kIdOk);
-        DestroyNativeWindow(modal);
-    }
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // Shapes, pictures and text, drawn into bitmaps and read back.
-#include <filesystem>
-#include <fstream>
-
 #include "platform/desktop/device_context.h"
+#include "support/temp_folder.h"
 #include "support/window_test.h"
 
 namespace jotlet {
@@ -41,22 +39,51 @@ protected:
     Font sans{{"MS Sans Serif", -11}};
 };
 
-TEST_F(DrawingTest, LinesAndFramesCoverExactlyTheirPixels)
+TEST_F(DrawingTest, ShapesCoverExactlyTheirPixels)
 {
-    dc->DrawLine(10, 5, 20, 5, kInk);
-    EXPECT_EQ(Ink(), (Rect{10, 5, 21, 6}));
-    dc->FillRect({0, 0, 200, 100}, kPaper);
-    dc->DrawLine(7, 30, 7, 20, kInk);
-    EXPECT_EQ(Ink(), (Rect{7, 20, 8, 31}));
-    dc->FillRect({0, 0, 200, 100}, kPaper);
-    dc->FrameRect({10, 10, 14, 13}, kInk);
-    EXPECT_EQ(Ink(), (Rect{10, 10, 14, 13}));
-    EXPECT_EQ(bitmap.Pixel({11, 11}), kPaper);
-    EXPECT_EQ(bitmap.Pixel({13, 12}), kInk);
-    dc->FillRect({0, 0, 200, 100}, kPaper);
-    dc->DrawLine(10, 10, 20, 15, kInk);
-    EXPECT_EQ(bitmap.Pixel({10, 10}), kInk);
-    EXPECT_EQ(bitmap.Pixel({20, 15}), kInk);
+    Bitmap two(Size{2, 1});
+    MakeBitmapContext(two)->FillRect({0, 0, 1, 1}, kInk);
+    const struct {
+        std::function<void()> draw;
+        Rect ink;
+        Point on, off;
+    } rows[] = {
+        {[&] { dc->DrawLine(10, 5, 20, 5, kInk); }, {10, 5, 21, 6}, {20, 5}, {21, 5}},
+        {[&] { dc->DrawLine(7, 30, 7, 20, kInk); }, {7, 20, 8, 31}, {7, 30}, {7, 31}},
+        {[&] { dc->DrawLine(10, 10, 20, 15, kInk); }, {10, 10, 21, 16}, {20, 15}, {20, 10}},
+        {[&] {
+             dc->FrameRect({10, 10, 14, 13}, kInk);
+         },
+         {10, 10, 14, 13},
+         {13, 12},
+         {11, 11}},
+        {[&] {
+             dc->StretchBitmap(two, {10, 10, 50, 20});
+         },
+         {10, 10, 50, 20},
+         {29, 15},
+         {9, 15}},
+        {[&] {
+             dc->SetClip({0, 0, 50, 50}), dc->FillRect({40, 40, 60, 60}, kInk);
+         },
+         {40, 40, 50, 50},
+         {49, 49},
+         {}},
+        {[&] {
+             dc->FillRect({40, 40, 60, 60}, kInk);
+         },
+         {40, 40, 60, 60},
+         {59, 59},
+         {}},
+    };
+    for (const auto& row : rows) {
+        dc->ClearClip();
+        dc->FillRect({0, 0, 200, 100}, kPaper);
+        row.draw();
+        EXPECT_EQ(Ink(), row.ink);
+        EXPECT_EQ(bitmap.Pixel(row.on), kInk) << row.ink;
+        EXPECT_EQ(bitmap.Pixel(row.off), kPaper) << row.ink;
+    }
 }
 
 TEST_F(DrawingTest, EmptyOrInsideOutAreasDrawNothing)
@@ -83,16 +110,6 @@ TEST_F(DrawingTest, PatternFrameBeginsAtTheAreasCorner)
     EXPECT_EQ(bitmap.Pixel({11, 9}), kInk);
 }
 
-TEST_F(DrawingTest, ClipHoldsUntilItIsCleared)
-{
-    dc->SetClip({0, 0, 50, 50});
-    dc->FillRect({40, 40, 60, 60}, kInk);
-    EXPECT_EQ(Ink(), (Rect{40, 40, 50, 50}));
-    dc->ClearClip();
-    dc->FillRect({40, 40, 60, 60}, kInk);
-    EXPECT_EQ(Ink(), (Rect{40, 40, 60, 60}));
-}
-
 TEST_F(DrawingTest, SingleLineStandsWhereItsFlagsSay)
 {
     const Rect area{20, 20, 180, 80};
@@ -107,17 +124,13 @@ TEST_F(DrawingTest, SingleLineStandsWhereItsFlagsSay)
     EXPECT_NEAR(middle.top + middle.bottom, 100, 4);
 }
 
-TEST_F(DrawingTest, TextIsClippedToItsAreaUnlessToldOtherwise)
+TEST_F(DrawingTest, LongTextIsClippedToItsAreaOrEndsInAnEllipsisThere)
 {
     const std::string text = "a rather long line of text";
-    EXPECT_LE(InkOf(text, {10, 10, 60, 40}, kTextSingleLine).right, 60);
-    EXPECT_GT(InkOf(text, {10, 10, 60, 40}, kTextSingleLine | kTextNoClip).right, 60);
-}
-
-TEST_F(DrawingTest, EllipsisFitsTheAreaAndShortTextHasNone)
-{
-    const Rect area{0, 0, 60, 20};
-    const Rect cut = InkOf("a rather long line of text", area, kTextSingleLine | kTextEndEllipsis);
+    const Rect area{10, 10, 60, 40};
+    EXPECT_LE(InkOf(text, area, kTextSingleLine).right, 60);
+    EXPECT_GT(InkOf(text, area, kTextSingleLine | kTextNoClip).right, 60);
+    const Rect cut = InkOf(text, area, kTextSingleLine | kTextEndEllipsis);
     EXPECT_LE(cut.right, 60);
     EXPECT_GT(cut.right, 40);
     EXPECT_EQ(InkOf("short", area, kTextSingleLine | kTextEndEllipsis), InkOf("short", area, kTextSingleLine));
@@ -145,12 +158,6 @@ TEST_F(DrawingTest, LineThatEndsAtABreakShowsAnEllipsisWhenMoreFollows)
     EXPECT_LE(cut.bottom, line);
 }
 
-TEST_F(DrawingTest, AmpersandsAreLetters)
-{
-    EXPECT_GT(dc->MeasureText("R&D", sans).width, dc->MeasureText("RD", sans).width);
-    EXPECT_EQ(dc->MeasureText("caf\xE9", sans), dc->MeasureText("caf\xC3\xA9", sans));
-}
-
 TEST_F(DrawingTest, FontsHaveTheirHeights)
 {
     for (const int cell : {20, 35}) {
@@ -159,6 +166,8 @@ TEST_F(DrawingTest, FontsHaveTheirHeights)
         EXPECT_LE(height, cell);
         EXPECT_GE(height, cell - 2);
     }
+    EXPECT_GT(dc->MeasureText("R&D", sans).width, dc->MeasureText("RD", sans).width);
+    EXPECT_EQ(dc->MeasureText("caf\xE9", sans), dc->MeasureText("caf\xC3\xA9", sans));
     const Font bold({"MS Sans Serif", -11, 700});
     EXPECT_GT(dc->MeasureText("weight", bold).width, dc->MeasureText("weight", sans).width);
     const Font small({"Small Fonts", -9});
@@ -212,37 +221,23 @@ TEST_F(DrawingTest, ReplaceTouchesExactlyOneColourAndCopiesStayApart)
     dc->DrawBitmap(none, 0, 0);
 }
 
-TEST_F(DrawingTest, StretchDoublesPixelsCleanly)
-{
-    Bitmap two(Size{2, 1});
-    MakeBitmapContext(two)->FillRect({0, 0, 1, 1}, kInk);
-    dc->StretchBitmap(two, {10, 10, 50, 20});
-    EXPECT_EQ(bitmap.Pixel({29, 15}), kInk);
-    EXPECT_EQ(bitmap.Pixel({30, 15}), 0U);
-    EXPECT_EQ(Ink(), (Rect{10, 10, 50, 20}));
-}
-
 TEST_F(DrawingTest, ProgramsPicturesHaveTheirSizes)
 {
     EXPECT_EQ(Bitmap::FromResource("tbar1.bmp").GetSize(), (Size{556, 25}));
-    EXPECT_EQ(Bitmap::FromResource("splash.bmp").GetSize(), (Size{261, 226}));
     EXPECT_EQ(Bitmap::FromResource(2011).GetSize(), (Size{21, 13}));
     EXPECT_TRUE(Bitmap::FromResource("no such picture").IsNone());
     EXPECT_TRUE(Bitmap::FromResource(-1).IsNone());
-    dc->DrawIcon(2000, 10, 10);
-    EXPECT_NE(Ink(), Rect{});
     dc->DrawIcon(987654, 50, 50);
-}
-
-class PictureFile {
-public:
-    explicit PictureFile(const std::string& bytes)
-    {
-        std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    EXPECT_EQ(Ink(), Rect{});
+    // The pixels that icons of 12 and of 16 take at the scales between 1 and 3, and beyond.
+    for (const int side : {12, 15, 16, 18, 20, 21, 24, 28, 30, 32, 36, 40, 48, 60}) {
+        for (const int icon : {2000, 3000}) {
+            dc->FillRect({0, 0, 200, 100}, kPaper);
+            dc->DrawIcon(icon, 10, 10, side);
+            EXPECT_GT(Ink().Width(), side / 3) << icon << " at " << side;
+        }
     }
-    ~PictureFile() { std::filesystem::remove(path); }
-    const std::string path = (std::filesystem::temp_directory_path() / "jotlet_drawing_test.bmp").string();
-};
+}
 
 std::string BmpHeader(std::uint32_t width, std::uint32_t height)
 {
@@ -266,14 +261,23 @@ std::string BmpHeader(std::uint32_t width, std::uint32_t height)
 
 TEST_F(DrawingTest, PictureFilesAreReadAndBadOnesRefused)
 {
-    EXPECT_EQ(Bitmap::FromFile(PictureFile(BmpHeader(1, 1) + std::string("\x14\x0A\xC8\0", 4)).path).Pixel({0, 0}),
-              kInk);
-    EXPECT_TRUE(Bitmap::FromFile("/no/such/file.bmp").IsNone());
-    EXPECT_TRUE(Bitmap::FromFile("/").IsNone());
+    const test::TempFolder folder;
+    const auto read = [&](const std::string& bytes, int& left) {
+        test::WriteAll(folder.File("a.bmp"), bytes);
+        return Bitmap::FromFile(folder.File("a.bmp"), left);
+    };
+    int left = 1;
+    const std::string pixel = BmpHeader(1, 1) + std::string("\x14\x0A\xC8\0", 4);
+    EXPECT_EQ(read(pixel, left).Pixel({0, 0}), kInk);
+    EXPECT_EQ(left, 0);
+    EXPECT_TRUE(read(pixel, left).IsNone()) << "nothing is left for another one";
+    left = 1 << 30;
+    EXPECT_TRUE(Bitmap::FromFile("/no/such/file.bmp", left).IsNone());
+    EXPECT_TRUE(Bitmap::FromFile("/", left).IsNone());
     for (const std::string& bad :
          {std::string(), std::string("BM"), BmpHeader(20000, 20000), BmpHeader(4097, 1), BmpHeader(0x7FFFFFFF, 2),
           BmpHeader(0, 0), std::string("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>")})
-        EXPECT_TRUE(Bitmap::FromFile(PictureFile(bad).path).IsNone()) << bad.size();
+        EXPECT_TRUE(read(bad, left).IsNone()) << bad.size();
 }
 
 }  // namespace

@@ -39,28 +39,32 @@ TEST_F(FrameTest, ClientAreaLiesInsideTheMargin)
     EXPECT_EQ(ClientRect(frame.window),
               (Rect{0, 0, 300 - 2 * kFrameMarginSide, 200 - kFrameMarginTop - kFrameMarginBottom}));
     EXPECT_EQ(ClientToScreen(frame.window, {0, 0}), (Point{50 + kFrameMarginSide, 60 + kFrameMarginTop}));
-    Recorder child({.style = kStyleDefault, .bounds = Rect::At(3, 4, 10, 10), .parent = frame.window});
+    Recorder child(frame, Rect::At(3, 4, 10, 10));
     EXPECT_EQ(WindowRect(child.window), Rect::At(53 + kFrameMarginSide, 64 + kFrameMarginTop, 10, 10));
+}
+
+TEST_F(FrameTest, DefaultPositionIsLeftToThePlatform)
+{
+    Recorder other({.style = kStyleOverlapped, .bounds = Rect::At(kUseDefault, kUseDefault, 420, 230), .show = false});
+    EXPECT_EQ(WindowRect(other.window).Width(), 420);
+    EXPECT_EQ(WindowRect(other.window).Height(), 230);
 }
 
 TEST_F(FrameTest, HitTestTellsBordersCornersCaptionAndClient)
 {
-    EXPECT_EQ(HitAt(150, 100), kHitClient);
-    EXPECT_EQ(HitAt(150, 12), kHitCaption);
-    EXPECT_EQ(HitAt(2, 100), kHitLeft);
-    EXPECT_EQ(HitAt(298, 100), kHitRight);
-    EXPECT_EQ(HitAt(150, 1), kHitTop);
-    EXPECT_EQ(HitAt(150, 198), kHitBottom);
-    EXPECT_EQ(HitAt(1, 1), kHitTopLeft);
-    EXPECT_EQ(HitAt(298, 1), kHitTopRight);
-    EXPECT_EQ(HitAt(1, 198), kHitBottomLeft);
-    EXPECT_EQ(HitAt(298, 198), kHitBottomRight);
-    EXPECT_EQ(HitAt(500, 500), kHitNowhere);
+    const struct {
+        int x, y;
+        MessageParam hit;
+    } rows[] = {{150, 100, kHitClient},   {150, 12, kHitCaption},      {2, 100, kHitLeft},     {298, 100, kHitRight},
+                {150, 1, kHitTop},        {150, 198, kHitBottom},      {1, 1, kHitTopLeft},    {298, 1, kHitTopRight},
+                {1, 198, kHitBottomLeft}, {298, 198, kHitBottomRight}, {500, 500, kHitNowhere}};
+    for (const auto& [x, y, hit] : rows)
+        EXPECT_EQ(HitAt(x, y), hit) << x << ", " << y;
 }
 
 TEST_F(FrameTest, PressInTheMarginIsToldApartFromOneInTheClientArea)
 {
-    frame.answer = [](const WndMessage& m) -> std::optional<MessageParam> {
+    frame.answer = [](const WndMessage& m) -> Recorder::Answer {
         return m.message >= kWmNcLButtonDown && m.message <= kWmNcRButtonUp ? std::optional<MessageParam>(0)
                                                                             : std::nullopt;
     };
@@ -78,45 +82,35 @@ TEST_F(FrameTest, PressInTheMarginIsToldApartFromOneInTheClientArea)
     EXPECT_THAT(frame.Input(), ElementsAre(kWmLButtonDown, kWmLButtonUp));
 }
 
-TEST_F(FrameTest, SizeStaysWithinTheLimits)
+TEST_F(FrameTest, DragsMoveAndSizeWithinTheLimits)
 {
+    const struct {
+        Point from, to;
+        Rect after;
+    } rows[] = {
+        {{150, 12}, {170, 42}, Rect::At(70, 90, 300, 200)},
+        {{298, 198}, {318, 208}, Rect::At(50, 60, 320, 210)},
+        {{298, 198}, {900, 900}, Rect::At(50, 60, kMost.width, kMost.height)},
+        {{2, 100}, {252, 100}, {150, 60, 350, 260}},  // the right edge stays
+    };
+    for (const auto& row : rows) {
+        MoveTo(frame.window, Rect::At(50, 60, 300, 200));
+        TestPress(frame.window, At(row.from.x, row.from.y));
+        TestMove(frame.window, At(row.to.x, row.to.y), true);
+        EXPECT_EQ(WindowRect(frame.window), row.after);
+        TestRelease(frame.window, At(row.from.x, row.from.y));
+        TestMove(frame.window, At(10, 10));
+        EXPECT_EQ(WindowRect(frame.window), row.after) << "the drag is over";
+    }
     MoveTo(frame.window, Rect::At(0, 0, 1000, 1000));
     EXPECT_EQ(WindowRect(frame.window), Rect::At(0, 0, kMost.width, kMost.height));
     MoveTo(frame.window, Rect::At(0, 0, 10, 10));
     EXPECT_EQ(WindowRect(frame.window), Rect::At(0, 0, kLeast.width, kLeast.height));
 }
 
-TEST_F(FrameTest, CaptionDragMovesTheWindow)
-{
-    TestPress(frame.window, At(150, 12));
-    TestMove(frame.window, At(170, 42), true);
-    EXPECT_EQ(WindowRect(frame.window), Rect::At(70, 90, 300, 200));
-    TestRelease(frame.window, At(150, 12));
-    TestMove(frame.window, At(10, 10));
-    EXPECT_EQ(WindowRect(frame.window), Rect::At(70, 90, 300, 200));
-}
-
-TEST_F(FrameTest, CornerDragSizesWithinTheLimits)
-{
-    TestPress(frame.window, At(298, 198));
-    TestMove(frame.window, At(318, 208), true);
-    EXPECT_EQ(WindowRect(frame.window), Rect::At(50, 60, 320, 210));
-    TestMove(frame.window, At(900, 900), true);
-    EXPECT_EQ(WindowRect(frame.window), Rect::At(50, 60, kMost.width, kMost.height));
-    TestRelease(frame.window, At(0, 0));
-}
-
-TEST_F(FrameTest, LeftBorderDragKeepsTheRightEdge)
-{
-    TestPress(frame.window, At(2, 100));
-    TestMove(frame.window, At(252, 100), true);
-    EXPECT_EQ(WindowRect(frame.window), (Rect{150, 60, 350, 260}));
-    TestRelease(frame.window, At(0, 0));
-}
-
 TEST_F(FrameTest, HitTestAnswerOfTheWindowDecides)
 {
-    frame.answer = [](const WndMessage& m) -> std::optional<MessageParam> {
+    frame.answer = [](const WndMessage& m) -> Recorder::Answer {
         return m.message == kWmNcHitTest ? std::optional<MessageParam>(kHitNowhere) : std::nullopt;
     };
     const Rect before = WindowRect(frame.window);
@@ -130,7 +124,7 @@ TEST_F(FrameTest, HitTestAnswerOfTheWindowDecides)
 TEST_F(FrameTest, MarginIsPaintedByItsOwnMessageBeforeTheClientArea)
 {
     std::vector<std::uint32_t> order;
-    frame.answer = [&](const WndMessage& m) -> std::optional<MessageParam> {
+    frame.answer = [&](const WndMessage& m) -> Recorder::Answer {
         if (m.message == kWmNcPaint || m.message == kWmEraseBkgnd || m.message == kWmPaint)
             order.push_back(m.message);
         if (m.message == kWmNcPaint) {
@@ -144,6 +138,9 @@ TEST_F(FrameTest, MarginIsPaintedByItsOwnMessageBeforeTheClientArea)
     EXPECT_THAT(order, ElementsAre(kWmNcPaint, kWmEraseBkgnd, kWmPaint));
     EXPECT_EQ(PixelAt(frame.window, {-1, -1}), Rgb(9, 9, 9));
     EXPECT_EQ(PixelAt(frame.window, {0, 0}), Rgb(255, 255, 255));
+    DrawOutsidePaint(frame.window, [](DeviceContext& dc) { dc.FillRect({-50, -50, 1000, 1000}, Rgb(7, 7, 7)); });
+    EXPECT_EQ(PixelAt(frame.window, {0, 0}), Rgb(7, 7, 7));
+    EXPECT_EQ(PixelAt(frame.window, {-1, 0}), Rgb(9, 9, 9)) << "drawing in the client area stays there";
     // The client area alone leaves the margin as it is.
     order.clear();
     InvalidateArea(frame.window, nullptr, true);
@@ -151,17 +148,10 @@ TEST_F(FrameTest, MarginIsPaintedByItsOwnMessageBeforeTheClientArea)
     EXPECT_THAT(order, ElementsAre(kWmEraseBkgnd, kWmPaint));
 }
 
-TEST_F(FrameTest, ClientDrawingNeverReachesTheMargin)
-{
-    DrawOutsidePaint(frame.window, [](DeviceContext& dc) { dc.FillRect({-50, -50, 1000, 1000}, Rgb(7, 7, 7)); });
-    EXPECT_EQ(PixelAt(frame.window, {0, 0}), Rgb(7, 7, 7));
-    EXPECT_NE(PixelAt(frame.window, {-1, 0}), Rgb(7, 7, 7));
-}
-
 TEST_F(FrameTest, HeldButtonLoopServesEverythingAndSwallowsTheRelease)
 {
     bool posted = false;
-    frame.answer = [&](const WndMessage& m) -> std::optional<MessageParam> {
+    frame.answer = [&](const WndMessage& m) -> Recorder::Answer {
         if (m.message == kWmNcLButtonDown) {
             StartTimer(m.window, 1, Milliseconds(1));
             PostTo(m.window, 6000, 0, 0);
@@ -181,13 +171,6 @@ TEST_F(FrameTest, HeldButtonLoopServesEverythingAndSwallowsTheRelease)
     EXPECT_TRUE(posted);
     EXPECT_TRUE(frame.Of(kWmNcLButtonUp).empty());
     EXPECT_TRUE(frame.Of(kWmLButtonUp).empty());
-}
-
-TEST_F(FrameTest, DefaultPositionIsLeftToThePlatform)
-{
-    Recorder other({.style = kStyleOverlapped, .bounds = Rect::At(kUseDefault, kUseDefault, 420, 230), .show = false});
-    EXPECT_EQ(WindowRect(other.window).Width(), 420);
-    EXPECT_EQ(WindowRect(other.window).Height(), 230);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ using PaintingTest = WindowTest;
 
 Recorder::Handler Fill(Colour colour, std::vector<Rect>* areas = nullptr)
 {
-    return [colour, areas](const WndMessage& m) -> std::optional<MessageParam> {
+    return [colour, areas](const WndMessage& m) -> Recorder::Answer {
         if (m.message != kWmPaint)
             return std::nullopt;
         const auto& paint = *reinterpret_cast<const PaintInfo*>(m.lParam);
@@ -35,26 +35,18 @@ TEST_F(PaintingTest, OnlyTheInvalidPartIsDrawn)
     EXPECT_EQ(PixelAt(top.window, {15, 15}), kBlue);
     EXPECT_EQ(PixelAt(top.window, {9, 15}), kRed);
     EXPECT_EQ(PixelAt(top.window, {20, 15}), kRed);
-}
-
-TEST_F(PaintingTest, InvalidPartsGatherUntilTheNextCycleAndNothingInvalidPaintsNothing)
-{
-    std::vector<Rect> areas;
-    Recorder top({}, Fill(kRed, &areas));
     areas.clear();
-    const Rect a{0, 0, 5, 5};
-    const Rect b{50, 50, 60, 60};
-    InvalidateArea(top.window, &a, false);
-    InvalidateArea(top.window, &b, false);
+    for (const Rect& one : {Rect{0, 0, 5, 5}, Rect{50, 50, 60, 60}})
+        InvalidateArea(top.window, &one, false);
     UpdateNow(top.window);
     UpdateNow(top.window);
-    EXPECT_THAT(areas, testing::ElementsAre(Rect{0, 0, 60, 60}));
+    EXPECT_THAT(areas, testing::ElementsAre(Rect{0, 0, 60, 60})) << "gathered, and then nothing is left";
 }
 
 TEST_F(PaintingTest, EraseHappensOnlyWhenAskedForAndTellsThePaint)
 {
     std::vector<bool> erased;
-    Recorder top({}, [&](const WndMessage& m) -> std::optional<MessageParam> {
+    Recorder top({}, [&](const WndMessage& m) -> Recorder::Answer {
         if (m.message == kWmPaint)
             erased.push_back(reinterpret_cast<const PaintInfo*>(m.lParam)->erased);
         return std::nullopt;
@@ -68,21 +60,17 @@ TEST_F(PaintingTest, EraseHappensOnlyWhenAskedForAndTellsThePaint)
     UpdateNow(top.window);
     EXPECT_EQ(top.Of(kWmEraseBkgnd).size(), 1U);
     EXPECT_THAT(erased, testing::ElementsAre(false, true));
-}
-
-TEST_F(PaintingTest, ClassWithoutBackgroundIsNotErased)
-{
-    Recorder top({.background = Background::None});
-    DrawOutsidePaint(top.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 100, 100}, kRed); });
-    InvalidateArea(top.window, nullptr, true);
-    UpdateNow(top.window);
-    EXPECT_EQ(PixelAt(top.window, {50, 50}), kRed);
+    Recorder bare({.background = Background::None});
+    DrawOutsidePaint(bare.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 100, 100}, kRed); });
+    InvalidateArea(bare.window, nullptr, true);
+    UpdateNow(bare.window);
+    EXPECT_EQ(PixelAt(bare.window, {50, 50}), kRed) << "a class without a background";
 }
 
 TEST_F(PaintingTest, DrawingOutsideAPaintShowsAtOnceAlsoInsideAHandler)
 {
     Recorder top({});
-    top.answer = [](const WndMessage& m) -> std::optional<MessageParam> {
+    top.answer = [](const WndMessage& m) -> Recorder::Answer {
         if (m.message == kWmLButtonDown) {
             DrawOutsidePaint(m.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 10, 10}, kRed); });
             EXPECT_EQ(PixelAt(m.window, {5, 5}), kRed);
@@ -96,7 +84,7 @@ TEST_F(PaintingTest, DrawingOutsideAPaintShowsAtOnceAlsoInsideAHandler)
 
 TEST_F(PaintingTest, WindowContextTakenDuringAPaintLeavesThePaintAsItWas)
 {
-    Recorder top({}, [](const WndMessage& m) -> std::optional<MessageParam> {
+    Recorder top({}, [](const WndMessage& m) -> Recorder::Answer {
         if (m.message != kWmPaint)
             return std::nullopt;
         auto& dc = *reinterpret_cast<const PaintInfo*>(m.lParam)->dc;
@@ -117,6 +105,17 @@ TEST_F(PaintingTest, ChildLiesOverItsParent)
     UpdateNow(top.window);
     DrawOutsidePaint(top.window, [](DeviceContext& dc) { dc.FillRect({0, 0, 100, 100}, kWhite); });
     EXPECT_EQ(PixelAt(child.window, {5, 5}), kBlue);
+    child.Clear();
+    MoveTo(child.window, Rect::At(30, 40, 10, 10));
+    EXPECT_EQ(child.Of(kWmMove).size(), 1U);
+    EXPECT_EQ(child.Of(kWmSize).size(), 1U);
+    MoveTo(child.window, Rect::At(35, 40, 10, 10));
+    EXPECT_EQ(child.Of(kWmSize).size(), 1U) << "a move alone tells no size";
+    EXPECT_EQ(WindowRect(child.window), Rect::At(35, 40, 10, 10));
+    Recorder framed({.style = kStyleDefault | kStyleBorder, .bounds = Rect::At(10, 10, 20, 20), .parent = top.window});
+    EXPECT_EQ(ClientRect(framed.window), (Rect{0, 0, 18, 18}));
+    EXPECT_EQ(PixelAt(framed.window, {0, 0}), kWhite);
+    EXPECT_NE(PixelAt(framed.window, {-1, -1}), kWhite) << "the border lies outside the client area";
 }
 
 TEST_F(PaintingTest, ResizeKeepsNothingInvalidForLongAndPaintsTheWhole)
@@ -134,17 +133,6 @@ TEST_F(PaintingTest, ResizeKeepsNothingInvalidForLongAndPaintsTheWhole)
     EXPECT_EQ(PixelAt(top.window, {150, 119}), kNoColour);
 }
 
-TEST_F(PaintingTest, MoveAloneTellsNoSize)
-{
-    Recorder top({});
-    Recorder child({.style = kStyleDefault, .bounds = Rect::At(0, 0, 10, 10), .parent = top.window});
-    child.Clear();
-    MoveTo(child.window, Rect::At(30, 40, 10, 10));
-    EXPECT_EQ(child.Of(kWmMove).size(), 1U);
-    EXPECT_TRUE(child.Of(kWmSize).empty());
-    EXPECT_EQ(WindowRect(child.window), Rect::At(30, 40, 10, 10));
-}
-
 TEST_F(PaintingTest, HiddenWindowIsNotPaintedAndIsPaintedWhenShown)
 {
     std::vector<Rect> areas;
@@ -159,7 +147,7 @@ TEST_F(PaintingTest, HiddenWindowIsNotPaintedAndIsPaintedWhenShown)
 
 TEST_F(PaintingTest, PaintThatDestroysItsWindowDoesNoHarm)
 {
-    Recorder top({.show = false}, [](const WndMessage& m) -> std::optional<MessageParam> {
+    Recorder top({.show = false}, [](const WndMessage& m) -> Recorder::Answer {
         if (m.message == kWmPaint)
             DestroyNativeWindow(m.window);
         return std::nullopt;
@@ -187,16 +175,6 @@ TEST_F(PaintingTest, FlushPaintsAndLeavesMessagesAndTimersWaiting)
     EXPECT_EQ(top.Of(6001)[0].wParam, 1);
     EXPECT_EQ(top.Of(6001)[1].wParam, 2);
     EXPECT_EQ(top.Of(6001)[2].wParam, 3);
-}
-
-TEST_F(PaintingTest, BorderLineLiesOutsideTheClientArea)
-{
-    Recorder top({});
-    Recorder child({.style = kStyleDefault | kStyleBorder, .bounds = Rect::At(10, 10, 20, 20), .parent = top.window});
-    UpdateNow(top.window);
-    EXPECT_EQ(ClientRect(child.window), (Rect{0, 0, 18, 18}));
-    EXPECT_EQ(PixelAt(child.window, {0, 0}), kWhite);
-    EXPECT_NE(PixelAt(child.window, {-1, -1}), kWhite);
 }
 
 }  // namespace

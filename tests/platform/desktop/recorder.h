@@ -23,7 +23,8 @@ public:
         WindowHandle parent = 0;
         bool show = true;
     };
-    using Handler = std::function<std::optional<MessageParam>(const WndMessage&)>;
+    using Answer = std::optional<MessageParam>;
+    using Handler = std::function<Answer(const WndMessage&)>;
 
     explicit Recorder(const Options& options, Handler handler = {}) : answer(std::move(handler))
     {
@@ -37,6 +38,11 @@ public:
         if (options.show)
             ShowNative(window, true);
         UpdateNow(window);
+    }
+    // A visible child window.
+    Recorder(const Recorder& parent, const Rect& bounds)
+        : Recorder({.style = kStyleDefault, .bounds = bounds, .parent = parent.window})
+    {
     }
     ~Recorder() { DestroyNativeWindow(window); }
     Recorder(const Recorder&) = delete;

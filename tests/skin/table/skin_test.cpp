@@ -19,7 +19,7 @@ class SkinTest : public testing::Test {
 protected:
     SkinTest()
     {
-        SetProgramPath(scratch.File("jotlet"));
+        test::UsePortableProgram(scratch.Path());
         fs::create_directories(scratch.File("Styles/Metal"));
     }
     ~SkinTest() override { SetProgramPath({}); }

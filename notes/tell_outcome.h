@@ -1,0 +1,17 @@
+// What a person reads when a command on a note did not end as wished.
+#pragma once
+
+#include <string>
+
+#include "notes/commands/held_note.h"
+#include "platform/desktop/messages.h"
+
+namespace jotlet {
+
+// Empty for Done, and where nothing is to be said: NothingChosen, Hidden, Withdrawn, GroupEvent.
+std::string OutcomeText(const TableFile& file, const NoteResult& result);
+// Shows that text, if any, and tells of participants who could not be written to. True for Done.
+bool TellOutcome(WindowHandle owner, const TableFile* file, const NoteResult& result);
+void TellMissedParticipants(WindowHandle owner, const TableFile& file);
+
+}  // namespace jotlet

@@ -1,0 +1,47 @@
+// Turns on a drive whose locks stay on each machine: who has made the file at a path has the turn, and gives it back by
+// removing the file. Servers make a file exclusively for one of several callers only (NFS since its version 3).
+//
+// Nobody waits for ever for a holder that is gone: on its own computer its process is looked for; elsewhere it is taken
+// for gone when its file shows no sign of life for kTurnSilenceMs, by the server's clock alone. So a holder that stays
+// longer at work calls Beat, and one that was held up for longer than kTurnTrustMs no longer writes (IsSure).
+//
+// Threads: Beat may be called from another thread than the rest.
+// Errors:  nothing throws; false, and errno (EAGAIN: somebody else has the turn).
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "platform/base/files.h"
+
+namespace jotlet {
+
+inline constexpr int kTurnSilenceMs = 20'000;
+inline constexpr int kTurnTrustMs = 10'000;
+// How often a holder at long work calls Beat.
+inline constexpr int kTurnBeatMs = 3'000;
+
+class TurnFile {
+public:
+    TurnFile() = default;
+    ~TurnFile() { Release(); }
+    TurnFile(const TurnFile&) = delete;
+    TurnFile& operator=(const TurnFile&) = delete;
+
+    bool Take(const std::string& path, int patienceMs);
+    void Release();
+    // A sign of life; nothing without the turn.
+    void Beat();
+    // The turn is held, and nobody can have taken it for abandoned.
+    bool IsSure() const;
+
+private:
+    mutable std::mutex guard;
+    std::string taken;  // the path; empty without the turn
+    FileHandleOwner file;
+    std::int64_t given = 0;     // back, the last time
+    std::int64_t lastSign = 0;  // milliseconds, sleep of the computer included
+};
+
+}  // namespace jotlet
