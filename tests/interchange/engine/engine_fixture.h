@@ -15,6 +15,7 @@
 #include "notes/model/note_record.h"
 #include "notes/model/palette.h"
 #include "platform/base/text.h"
+#include "store/passwords.h"
 #include "store/record_query.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
@@ -22,9 +23,22 @@
 
 namespace jotlet::test {
 
-inline std::string Text(std::span<const char> field)
+using Rows = std::vector<std::vector<std::string>>;
+
+inline Rows ReadRows(DelimitedReader& reader)
 {
-    return std::string(FieldText(field));
+    Rows rows;
+    reader.Reset();
+    while (reader.NextRecord() == 1) {
+        rows.emplace_back();
+        reader.Rewind();
+        for (int code = DelimitedReader::kField; code == DelimitedReader::kField;) {
+            code = reader.NextField();
+            EXPECT_NE(code, DelimitedReader::kNoMore) << "a record ended before its last field";
+            rows.back().emplace_back(reader.Field());
+        }
+    }
+    return rows;
 }
 
 struct NoteText {
@@ -37,8 +51,8 @@ struct NoteText {
     bool operator==(const NoteText&) const = default;
     friend std::ostream& operator<<(std::ostream& out, const NoteText& note)
     {
-        return out << '{' << note.title << '|' << note.text << '|' << std::hex << note.colour << std::dec << '|'
-                   << note.category << '|' << note.date.day << '.' << note.date.month << '.' << note.date.year << '}';
+        return out << '{' << note.title << '|' << note.text << '|' << note.colour << '|' << note.category << '|'
+                   << note.date.day << '.' << note.date.month << '.' << note.date.year << '}';
     }
 };
 
@@ -49,15 +63,25 @@ protected:
         ResumeRefresh();
         SetCalendarLastYear(kCalendarDefaultLastYear);
         SetClockFormat(ClockFormat::Hours24);
+        Create(path);
+    }
+
+    void Create(const std::string& newPath)
+    {
+        path = newPath;
         EXPECT_EQ(CreateNoteFile(path, WithExamples::No, clock), 1);
         Open("");
     }
-
     void Open(const std::string& password)
     {
         table.reset();
         table = std::make_unique<TableFile>(path, password);
         ASSERT_TRUE(table->IsOpen());
+    }
+    void SetPasswords()
+    {
+        std::string current;
+        ASSERT_EQ(SetNetworkPasswords(path, current, {.owner = "o", .assistant = "a", .reader = "r"}), 1);
     }
     NoteRecord Record(const NoteText& content) const
     {
@@ -70,41 +94,28 @@ protected:
         note.date = content.date;
         return note;
     }
-    void Add(const NoteText& content) { EXPECT_EQ(table->AddRecord(BytesOf(Record(content))), 1); }
+    void Add(const NoteRecord& record) { ASSERT_EQ(table->AddRecord(BytesOf(record)), 1); }
+    void Add(const NoteText& content) { Add(Record(content)); }
+    std::vector<RecordAddress> AddMany(const std::vector<NoteRecord>& records)
+    {
+        std::vector<RecordAddress> addresses;
+        EXPECT_EQ(table->AddRecords(std::as_bytes(std::span(records)), addresses), 1);
+        return addresses;
+    }
 
     // Every note that this copy may see, in file order.
     std::vector<NoteText> Notes() const
     {
         std::vector<NoteText> notes;
         const FieldRange whole[] = {{0, kNoteRecordSize}};
-        EXPECT_EQ(
-            table->ForEachRecord(
-                whole,
-                [&](RecordAddress, std::span<const std::byte> bytes) {
-                    NoteRecord note;
-                    std::ranges::copy(bytes, BytesOf(note).begin());
-                    notes.push_back({Text(note.title), Text(note.text), note.colour, Text(note.category), note.date});
-                    return true;
-                }),
-            1);
-        return notes;
-    }
-    std::vector<std::string> Titles() const
-    {
-        std::vector<std::string> titles;
-        for (const NoteText& note : Notes())
-            titles.push_back(note.title);
-        return titles;
-    }
-    void SetPasswords()
-    {
-        ASSERT_EQ(table->UpdateHeader([](TableHeader& header) {
-            StoreText(header.fileOwner.ownerPassword, "o");
-            StoreText(header.fileOwner.assistantPassword, "a");
-            StoreText(header.fileOwner.readerPassword, "r");
+        table->ForEachRecord(whole, [&](RecordAddress, std::span<const std::byte> bytes) {
+            NoteRecord note;
+            std::ranges::copy(bytes, BytesOf(note).begin());
+            notes.push_back({std::string(FieldText(note.title)), std::string(FieldText(note.text)), note.colour,
+                             std::string(FieldText(note.category)), note.date});
             return true;
-        }),
-                  1);
+        });
+        return notes;
     }
 
     // The import of `text` with its columns mapped by name, or by position when it has no line of names.
@@ -116,41 +127,25 @@ protected:
         GetNoteImportFields(fields);
         std::vector<ImportAlias> aliases;
         GetNoteFieldAliases(aliases);
-        std::vector<std::string> columns;
-        if (reader.NextRecord() == 1) {
-            reader.Rewind();
-            int code = DelimitedReader::kField;
-            while (code == DelimitedReader::kField) {
-                code = reader.NextField();
-                columns.emplace_back(reader.Field());
-            }
-        }
+        const std::vector<std::string> columns = ReadRows(reader).front();
         ColumnMap map = PositionalMap(fields, columns.size());
         if (names)
             map = AliasMap(map, columns, fields, aliases);
         EXPECT_TRUE(ApplyMap(map, fields));
-        ImportRequest request{.table = table.get(),
-                              .reader = &reader,
-                              .fields = fields,
-                              .firstLineNames = names,
-                              .prepare = {},
-                              .added = {},
-                              .progress = progress};
+        ImportRequest request;
+        request.table = table.get();
+        request.reader = &reader;
+        request.fields = fields;
+        request.firstLineNames = names;
+        request.progress = progress;
         return RunNoteImport(request, clock);
     }
     ReportRequest Request(ReportKind kind) const
     {
-        return {.kind = kind,
-                .table = table.get(),
-                .selection = ReportSelection::All,
-                .currentId = 0,
-                .hasCurrent = false,
-                .fromDate = {},
-                .toDate = {},
-                .findEnabled = false,
-                .findText = {},
-                .exportPath = {},
-                .everyNote = false};
+        ReportRequest request;
+        request.kind = kind;
+        request.table = table.get();
+        return request;
     }
 
     TempFolder folder;

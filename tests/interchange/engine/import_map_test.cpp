@@ -1,97 +1,63 @@
 #include "interchange/engine/import_map.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace jotlet {
-
 namespace {
+
+using testing::ElementsAre;
 
 const std::string kNone(kIgnoredField);
 
-class ImportMapTest : public testing::Test {
-protected:
-    ImportMapTest()
-    {
-        GetNoteImportFields(fields);
-        GetNoteFieldAliases(aliases);
-    }
-    ColumnMap ByAlias(const std::vector<std::string>& names) const
-    {
-        return AliasMap(PositionalMap(fields, names.size()), names, fields, aliases);
-    }
-
-    std::vector<ImportField> fields;
-    std::vector<ImportAlias> aliases;
-};
-
-TEST_F(ImportMapTest, NamesMatchWithoutBlanksAndCase)
+TEST(ImportMapTest, NamesMatchWithoutBlanksAndCase)
 {
-    EXPECT_EQ(NamesMatch("Note Title", "NOTETITLE"), 0);
-    EXPECT_EQ(NamesMatch(" n o t e ", "Note"), 0);
-    EXPECT_EQ(NamesMatch("", "   "), 0);
-    EXPECT_NE(NamesMatch("Note\tTitle", "NoteTitle"), 0);  // a tab is no blank
-    EXPECT_NE(NamesMatch("Note", "Notes"), 0);
+    EXPECT_EQ(NamesMatch(" n o t e ", "NOTE"), 0);
+    EXPECT_EQ(NamesMatch("Note\tTitle", "NoteTitle"), -1);  // a tab is no blank
+    EXPECT_EQ(NamesMatch("Notes", "Note"), 1);
     EXPECT_EQ(NamesMatch(std::string(255, 'a') + "x", std::string(255, 'A') + "y"), 0);
+    EXPECT_EQ(NamesMatch(std::string(254, 'a') + "x", std::string(254, 'A') + "y"), -1);
 }
 
-TEST_F(ImportMapTest, PositionsMapAsFarAsThereAreFieldsAndColumns)
+TEST(ImportMapTest, ColumnsFindTheirFieldsByTheNamesOfOtherPrograms)
 {
-    EXPECT_THAT(PositionalMap(fields, 6), testing::ElementsAre("Title", "Text", "Color", "Category", kNone, kNone));
-    EXPECT_THAT(PositionalMap(fields, 2), testing::ElementsAre("Title", "Text"));
-    EXPECT_THAT(PositionalMap(fields, 0), testing::IsEmpty());
-}
-
-TEST_F(ImportMapTest, ColumnsFindTheirFieldsByTheNamesOfOtherPrograms)
-{
-    EXPECT_THAT(ByAlias({"Categories", "NOTES COLOR", "notebody", "Subject"}),
-                testing::ElementsAre("Category", "Color", "Text", "Title"));
-    EXPECT_THAT(ByAlias({"Owner", "Title", ""}), testing::ElementsAre(kNone, "Title", kNone));
-    EXPECT_THAT(ByAlias({std::string(253, ' ') + "Title"}), testing::ElementsAre(kNone));
-}
-
-TEST_F(ImportMapTest, TheFirstColumnThatReachesAFieldKeepsIt)
-{
-    EXPECT_THAT(ByAlias({"Title", "Subject", "Title", "Text"}), testing::ElementsAre("Title", kNone, kNone, "Text"));
-}
-
-TEST_F(ImportMapTest, OfSeveralMatchingAliasesTheLastWithAFieldDecides)
-{
+    std::vector<ImportField> fields;
+    GetNoteImportFields(fields);
+    std::vector<ImportAlias> aliases;
+    GetNoteFieldAliases(aliases);
+    const auto map = [&](const std::vector<std::string>& names) {
+        return AliasMap(PositionalMap(fields, names.size()), names, fields, aliases);
+    };
+    EXPECT_THAT(map({"Categories", "NOTES COLOR", "notebody", "Subject"}),
+                ElementsAre("Category", "Color", "Text", "Title"));
+    EXPECT_THAT(map({"Title", "Subject", "Owner", "Text", "Title"}), ElementsAre("Title", kNone, kNone, "Text", kNone))
+        << "the first column that reaches a field keeps it";
+    EXPECT_THAT(map({std::string(247, ' ') + "Title"}), ElementsAre("Title"));
+    EXPECT_THAT(map({std::string(248, ' ') + "Title"}), ElementsAre(kNone));
     aliases = {{"Title", "X"}, {"Text", "X"}, {"No such field", "X"}};
-    EXPECT_THAT(ByAlias({"x"}), testing::ElementsAre("Text"));
-}
-
-TEST_F(ImportMapTest, WithoutAliasesTheMapStays)
-{
+    EXPECT_THAT(map({"x"}), ElementsAre("Text")) << "the last alias with a field decides";
     aliases.clear();
-    EXPECT_THAT(ByAlias({"Subject", "x"}), testing::ElementsAre("Title", "Text"));
+    EXPECT_THAT(map({"a", "b", "c", "d", "e"}), ElementsAre("Title", "Text", "Color", "Category", kNone));
 }
 
-TEST_F(ImportMapTest, TheNewestChoiceOfAFieldWins)
+TEST(ImportMapTest, AFieldIsChosenForOneColumnAndAMapWithNothingInItIsRefused)
 {
+    std::vector<ImportField> fields;
+    GetNoteImportFields(fields);
     ColumnMap map = PositionalMap(fields, 4);
     ChooseField(map, 3, "Title");
-    EXPECT_THAT(map, testing::ElementsAre(kNone, "Text", "Color", "Title"));
+    EXPECT_THAT(map, ElementsAre(kNone, "Text", "Color", "Title"));
+    ChooseField(map, 4, "Text");
     ChooseField(map, 1, kIgnoredField);
-    EXPECT_THAT(map, testing::ElementsAre(kNone, kNone, "Color", "Title"));
-    ChooseField(map, 9, "Text");
-    EXPECT_THAT(map, testing::ElementsAre(kNone, kNone, "Color", "Title"));
-}
+    EXPECT_THAT(map, ElementsAre(kNone, kNone, "Color", "Title"));
 
-TEST_F(ImportMapTest, AMapWithNothingInItIsRefused)
-{
-    fields[0].mapped = true;
-    EXPECT_FALSE(ApplyMap(ColumnMap{}, fields));
+    fields[1].mapped = true;
     EXPECT_FALSE(ApplyMap(ColumnMap{kNone, kNone}, fields));
-    EXPECT_TRUE(fields[0].mapped);
-    EXPECT_TRUE(ApplyMap(ColumnMap{kNone, "Text", "Color"}, fields));
-    EXPECT_FALSE(fields[0].mapped);
     EXPECT_TRUE(fields[1].mapped);
-    EXPECT_EQ(fields[1].column, 1);
+    EXPECT_TRUE(ApplyMap(map, fields));
+    EXPECT_TRUE(fields[0].mapped && !fields[1].mapped && fields[2].mapped && !fields[3].mapped);
+    EXPECT_EQ(fields[0].column, 3);
     EXPECT_EQ(fields[2].column, 2);
-    EXPECT_FALSE(fields[3].mapped);
 }
 
 }  // namespace
-
 }  // namespace jotlet

@@ -3,21 +3,18 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "interchange/engine/delimited_reader.h"
+#include "engine_fixture.h"
 #include "platform/base/files.h"
-#include "support/temp_folder.h"
 
 namespace jotlet::test {
 namespace {
 
-std::string Utf16(std::u16string_view text, bool bigEndian)
+std::string Utf16(std::u16string_view text, bool bigEndian = false)
 {
     std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
     for (const char16_t unit : text) {
-        const char low = static_cast<char>(unit & 0xFF);
-        const char high = static_cast<char>(unit >> 8);
-        bytes += bigEndian ? high : low;
-        bytes += bigEndian ? low : high;
+        const char pair[] = {static_cast<char>(unit >> 8), static_cast<char>(unit & 0xFF)};
+        bytes += {pair[bigEndian ? 0 : 1], pair[bigEndian ? 1 : 0]};
     }
     return bytes;
 }
@@ -25,12 +22,9 @@ std::string Utf16(std::u16string_view text, bool bigEndian)
 TEST(ImportTextTest, WhereTheFirstLineEndsInLfEachLoneLfBecomesCrLf)
 {
     const std::pair<std::string_view, std::string_view> cases[] = {
-        {"a\nb\n", "a\r\nb\r\n"},
-        {"\n", "\r\n"},
         {"a\n\nb", "a\r\n\r\nb"},
         {"a\r\nb\nc\r\n", "a\r\nb\nc\r\n"},
         {"a\rb", "a\rb"},
-        {"\r\na\n", "\r\na\n"},
         {"", ""},
         // Line ends of a cell say nothing of the file's, and a quote opens a cell only where one begins.
         {"\"a\r\nb\",c\nd\n", "\"a\r\nb\",c\r\nd\r\n"},
@@ -40,31 +34,30 @@ TEST(ImportTextTest, WhereTheFirstLineEndsInLfEachLoneLfBecomesCrLf)
         {"\"open\r\nx\n", "\"open\r\nx\n"},
         {"\"open\nx\n", "\"open\r\nx\r\n"},
         {std::string_view("a\0,b\nc\0\n", 9), "a,b\r\nc\r\n"},  // behind a zero byte nothing would be seen
+        {"\xEF\xBB\xBF\"a\",b\r\n", "\"a\",b\r\n"},
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(PrepareImportText(std::string(text)), expected);
     EXPECT_EQ(PrepareImportText("a\nb\n", LineEnds::CrLf), "a\nb\n");
 }
 
-TEST(ImportTextTest, ByteOrderMarksGoAndUtf16BecomesUtf8)
+TEST(ImportTextTest, Utf16BecomesUtf8AndWhatIsBrokenInItIsReplaced)
 {
-    EXPECT_EQ(PrepareImportText("\xEF\xBB\xBF\"a\",b\r\n"), "\"a\",b\r\n");
-    const std::u16string_view text = u"M\u00FCll,\u20AC,\U0010FFFF\n";
-    const std::string expected = "M\xC3\xBCll,\xE2\x82\xAC,\xF4\x8F\xBF\xBF\r\n";
-    EXPECT_EQ(PrepareImportText(Utf16(text, false)), expected);
-    EXPECT_EQ(PrepareImportText(Utf16(text, true)), expected);
-}
-
-TEST(ImportTextTest, BrokenUtf16IsReplacedAndNeverReadPastItsEnd)
-{
-    const std::string replaced = "\xEF\xBF\xBD";
-    EXPECT_EQ(PrepareImportText(Utf16(std::u16string{0xD800, u'a'}, false)), replaced + "a");
-    EXPECT_EQ(PrepareImportText(Utf16(std::u16string{0xDC00, u'a'}, true)), replaced + "a");
-    EXPECT_EQ(PrepareImportText(Utf16(std::u16string{u'a', 0xD800}, false)), "a" + replaced);
-    EXPECT_EQ(PrepareImportText("\xFF\xFE"
-                                "a"),
-              replaced);
-    EXPECT_EQ(PrepareImportText("\xFF\xFE"), "");
+    const std::string bad = "\xEF\xBF\xBD";
+    const std::pair<std::u16string, std::string> cases[] = {
+        {u"M\u00FC,\u07FF\u0800\uFFFF\U00010000\U0010FFFF\n",
+         "M\xC3\xBC,\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF\r\n"},
+        {{0xD800, u'a'}, bad + "a"},
+        {{0xDC00, u'a'}, bad + "a"},
+        {{0xDBFF, 0xE000}, bad + "\xEE\x80\x80"},
+        {{u'a', 0xD800}, "a" + bad},
+        {u"", ""},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(PrepareImportText(Utf16(text, false)), expected);
+        EXPECT_EQ(PrepareImportText(Utf16(text, true)), expected);
+    }
+    EXPECT_EQ(PrepareImportText("\xFF\xFEz"), bad);
 }
 
 // The text grows within its own bytes: what is written must never reach what is still to be read.
@@ -76,58 +69,58 @@ TEST(ImportTextTest, ATextThatGrowsInBothStepsComesOutWhole)
         text += i % 3 == 0 ? u"\u20AC\u4E2D\n" : i % 3 == 1 ? u"\u20AC\n" : u"a\n\n";
         expected += i % 3 == 0 ? "\xE2\x82\xAC\xE4\xB8\xAD\r\n" : i % 3 == 1 ? "\xE2\x82\xAC\r\n" : "a\r\n\r\n";
     }
-    EXPECT_TRUE(PrepareImportText(Utf16(text, false)) == expected);
-    EXPECT_TRUE(PrepareImportText(Utf16(text + u"\u20AC", true)) == expected + "\xE2\x82\xAC");
+    EXPECT_TRUE(PrepareImportText(Utf16(text)) == expected);
 }
 
-class ImportFileTest : public testing::Test {
-protected:
-    std::string Write(std::string_view bytes)
-    {
-        const std::string path = folder.File("in.csv");
-        WriteAll(path, bytes);
-        return path;
-    }
-
-    TempFolder folder;
-    DelimitedReader reader;
-};
-
-TEST_F(ImportFileTest, AFileIsReadAndPreparedWhoeverHoldsIt)
+TEST(ImportTextTest, AFileIsReadWhoeverHoldsItAndWhatIsNoneSaysSo)
 {
-    const std::string path = Write("\xEF\xBB\xBFTitle\nmilk\n");
+    const TempFolder folder;
+    const std::string path = folder.File("in.csv");
+    WriteAll(path, "\xEF\xBB\xBFTitle\nmilk\n");
     const FileHandleOwner held(FileOpen(path, FileAccess::ReadWrite, FileSharing::None));  // by a spreadsheet
+    DelimitedReader reader;
     EXPECT_TRUE(LoadImportText(reader, path));
     EXPECT_EQ(reader.Text(), "Title\r\nmilk\r\n");
-    EXPECT_EQ(reader.LoadText(path), 1);
-    EXPECT_EQ(reader.Text(), "\xEF\xBB\xBFTitle\nmilk\n");  // as it stands
+    EXPECT_EQ(LoadImportText(reader, folder.File("missing.csv")).detail.kind, FileErrorKind::Missing);
+    EXPECT_EQ(reader.Text(), "");
+    for (const std::string& noFile : {folder.Path(), std::string("/dev/zero")})
+        EXPECT_EQ(LoadImportText(reader, noFile).detail.kind, FileErrorKind::NotRegularFile);
 
     std::string head;
     EXPECT_TRUE(ReadImportHead(path, 5, head));
     EXPECT_EQ(head, "\xEF\xBB\xBFTi");
     EXPECT_TRUE(ReadImportHead(path, 5000, head));
     EXPECT_EQ(head.size(), 14u);
-}
-
-TEST_F(ImportFileTest, WhatIsNoFileSaysSo)
-{
-    reader.SetText("left over\r\n");
-    ImportFileResult result = LoadImportText(reader, folder.File("missing.csv"));
-    EXPECT_EQ(result.error, ImportFileError::System);
-    EXPECT_EQ(result.detail.kind, FileErrorKind::Missing);
-    EXPECT_EQ(reader.Text(), "");
-    EXPECT_EQ(LoadImportText(reader, folder.Path()).detail.kind, FileErrorKind::NotRegularFile);
-    EXPECT_EQ(LoadImportText(reader, "/dev/zero").detail.kind, FileErrorKind::NotRegularFile);
-}
-
-TEST_F(ImportFileTest, AFileThatClaimsToBeHugeIsRefusedBeforeItIsRead)
-{
-    const std::string path = Write("x");
+    // A file that claims to be huge is refused before it is read.
     ASSERT_EQ(truncate(path.c_str(), off_t{3} << 30), 0);
     EXPECT_EQ(LoadImportText(reader, path).error, ImportFileError::TooLarge);
-    std::string head;
     EXPECT_TRUE(ReadImportHead(path, 16, head));
-    EXPECT_EQ(head.size(), 16u);
+}
+
+// Samples of what a spreadsheet writes (samples/README). Doubled quotes stay doubled, and the spreadsheet dropped the
+// tab of "tabhere" itself.
+TEST(ImportTextTest, EveryFormOfASpreadsheetsTextGivesTheRowsOfTheSheet)
+{
+    Rows sheet = {{"Subject", "Notes Body", "Color", "Category"},
+                  {"plain", "text", "1", "Calls"},
+                  {"comma, inside", "a;b", "2", "Ideas"},
+                  {"line\r\nbreak", "two\r\nlines", "3", ""},
+                  {"quote \"\"inside\"\"", "\"\"all\"\"", "0", "Test"},
+                  {"M\xC3\xBCll \xE2\x82\xAC", "\xF0\x9F\x98\x80 ok", "4", "Personal"},
+                  {"", "only text", "", ""},
+                  {"007", "=1+1", "1.5", "Clients"},
+                  {"tabhere", " blanks ", "-1", "Travel"}};
+    for (const std::string name : {"comma", "all-quoted", "utf16", "tab", "windows-1252"}) {
+        SCOPED_TRACE(name);
+        DelimitedReader reader;
+        ASSERT_TRUE(LoadImportText(reader, JOTLET_SOURCE_DIR "/tests/interchange/samples/calc-" + name + ".csv"));
+        reader.separator = DelimitedReader::DetectSeparator(reader.Text());
+        EXPECT_EQ(reader.separator, name == "tab" ? '\t' : ',');
+        if (name == "windows-1252")  // its bytes stay; what has none was a question mark already
+            sheet[5] = {"M\xFCll \x80", "? ok", "4", "Personal"};
+        EXPECT_EQ(ReadRows(reader), sheet);
+        EXPECT_FALSE(reader.HasIncompleteEnd());
+    }
 }
 
 }  // namespace
