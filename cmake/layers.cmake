@@ -31,6 +31,27 @@ function(jotlet_library folder)
     target_include_directories(${target} INTERFACE ${CMAKE_SOURCE_DIR})
     target_link_libraries(${target} INTERFACE ${below} jotlet_flags)
   endif()
+  jotlet_headers_alone(${target} ${folder} LINKS ${below} ${arg_PRIVATE_LINKS} INCLUDES ${arg_PRIVATE_INCLUDES})
+endfunction()
+
+# Lets the target `headers` (no part of a normal build) compile each header of a box by itself, with what the box links and
+# nothing more: a header that needs another one to stand before it, or one from above, does not compile.
+add_custom_target(headers)
+function(jotlet_headers_alone target folder)
+  cmake_parse_arguments(arg "" "" "LINKS;INCLUDES" ${ARGN})
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/${folder}/*.h)
+  set(sources "")
+  foreach(header IN LISTS headers)
+    set(source ${CMAKE_BINARY_DIR}/headers/${header}.cpp)
+    file(CONFIGURE OUTPUT ${source} CONTENT "#include \"${header}\"\n#include \"${header}\"\n")
+    list(APPEND sources ${source})
+  endforeach()
+  if(sources)
+    add_library(${target}_headers OBJECT EXCLUDE_FROM_ALL ${sources})
+    target_include_directories(${target}_headers PRIVATE ${CMAKE_SOURCE_DIR} ${arg_INCLUDES})
+    target_link_libraries(${target}_headers PRIVATE ${arg_LINKS} jotlet_flags)
+    add_dependencies(headers ${target}_headers)
+  endif()
 endfunction()
 
 # Flags that every target shares.

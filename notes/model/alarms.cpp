@@ -55,7 +55,7 @@ AlarmCheck FindDueAlarm(TableFile& file, const Clock& clock)
 SaveResult MarkAlarmFired(DueAlarm& alarm)
 {
     alarm.note.alarmState = kAlarmFired;
-    const SaveResult saved = alarm.hold->Save(BytesOf(alarm.note));
+    SaveResult saved = alarm.hold->Save(BytesOf(alarm.note));
     alarm.hold.reset();
     return saved;
 }
