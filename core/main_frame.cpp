@@ -37,16 +37,9 @@ constexpr BarItem kBarItems[] = {
 
 }  // namespace
 
-MainFrame::MainFrame(std::string suite) : suiteName(std::move(suite))
-{
-    SetFrame(this);
-}
+MainFrame::MainFrame(std::string suite) : suiteName(std::move(suite)) {}
 
-MainFrame::~MainFrame()
-{
-    if (GetFrame() == this)
-        SetFrame(nullptr);
-}
+MainFrame::~MainFrame() = default;
 
 Size MainFrame::ClientSize() const
 {

@@ -23,7 +23,7 @@ enum class Animate { No, Yes };
 
 class MainFrame : public MarlinWnd {
 public:
-    // `suiteName`: the window's title until a file is open. Becomes GetFrame().
+    // `suiteName`: the window's title until a file is open.
     explicit MainFrame(std::string suiteName);
     ~MainFrame() override;
 

@@ -14,7 +14,6 @@ namespace {
 constexpr std::string_view kSection = "Preference";
 
 struct Process {
-    MainFrame* frame = nullptr;
     std::string moduleName = "Jotlet";
     std::string commandLine;
 };
@@ -32,16 +31,6 @@ int ReadSwitch(const IniFile& settings, std::string_view key)
 }
 
 }  // namespace
-
-MainFrame* GetFrame()
-{
-    return TheProcess().frame;
-}
-
-void SetFrame(MainFrame* frame)
-{
-    TheProcess().frame = frame;
-}
 
 const std::string& GetModuleName()
 {

@@ -1,4 +1,4 @@
-// What the whole process shares: its names, its command line, its one frame, the switches read once at the start.
+// What the whole process shares: its names, its command line, the switches read once at the start.
 #pragma once
 
 #include <string>
@@ -6,12 +6,6 @@
 #include "platform/desktop/messages.h"
 
 namespace jotlet {
-
-class MainFrame;
-
-// Null before the frame is constructed and after it is gone.
-MainFrame* GetFrame();
-void SetFrame(MainFrame* frame);
 
 // "Jotlet": left half of the window title, and in the names that identify the running program.
 const std::string& GetModuleName();

@@ -20,12 +20,6 @@ void DrawBitmap(DeviceContext& dc, Bitmap& bitmap, int x, int y, Colour from, Co
     dc.DrawBitmap(bitmap, x, y);
 }
 
-void DrawBitmapResource(DeviceContext& dc, int x, int y, int id, Colour from, Colour to)
-{
-    Bitmap bitmap = Bitmap::FromResource(id);
-    DrawBitmap(dc, bitmap, x, y, from, to);
-}
-
 Bitmap LoadResourceBitmap(std::string_view name)
 {
     Bitmap bitmap = Bitmap::FromResource(name);

@@ -16,8 +16,6 @@ constexpr Colour Darken(Colour colour, int steps);
 int ReplaceColour(Bitmap& bitmap, Colour from, Colour to);
 // At natural size; unless `from` and `to` are both kNoColour the bitmap is recoloured first, and stays so.
 void DrawBitmap(DeviceContext& dc, Bitmap& bitmap, int x, int y, Colour from = kNoColour, Colour to = kNoColour);
-// A numbered picture of the program, recoloured the same way.
-void DrawBitmapResource(DeviceContext& dc, int x, int y, int id, Colour from, Colour to);
 // A named picture ("tbar1.bmp"). Throws std::runtime_error "Unable to find resource": a broken build.
 Bitmap LoadResourceBitmap(std::string_view name);
 void DrawResourceBitmap(DeviceContext& dc, int x, int y, std::string_view name);

@@ -28,13 +28,6 @@ Point Middle(const Rect& r)
 
 }  // namespace
 
-void RectToClient(WindowHandle window, Rect& rect)
-{
-    const Point topLeft = ScreenToClient(window, {rect.left, rect.top});
-    const Point bottomRight = ScreenToClient(window, {rect.right, rect.bottom});
-    rect = {topLeft.x, topLeft.y, bottomRight.x, bottomRight.y};
-}
-
 void RectToScreen(WindowHandle window, Rect& rect)
 {
     const Point topLeft = ClientToScreen(window, {rect.left, rect.top});

@@ -8,7 +8,6 @@
 namespace jotlet {
 
 // Convert both corners in place.
-void RectToClient(WindowHandle window, Rect& rect);
 void RectToScreen(WindowHandle window, Rect& rect);
 // Middle of `owner` (of the desktop when 0), moved back onto the desktop where it would pass its right or bottom edge.
 void CentreOver(WindowHandle owner, WindowHandle window);

@@ -268,19 +268,9 @@ void WriteReportHeading(std::string& out, const DateValue& from, const DateValue
     AppendAll(out, {"Jotlet Report (from ", DateText(from), " to ", DateText(to), ")\r\n\r\n"});
 }
 
-void WriteReportRecord(std::string& out, const NoteRecord& note)
-{
-    AppendReport(out, ViewOf(note));
-}
-
 void WriteCsvHeader(std::string& out)
 {
     out += "\"Title\",\"Text\",\"Color\",\"Category\"\r\n";
-}
-
-void WriteCsvRow(std::string& out, const NoteRecord& note)
-{
-    AppendCsv(out, ViewOf(note));
 }
 
 }  // namespace jotlet

@@ -54,8 +54,6 @@ int GetReportPath(std::string& path);
 
 // The pieces, each appended to `out`.
 void WriteReportHeading(std::string& out, const DateValue& from, const DateValue& to);
-void WriteReportRecord(std::string& out, const NoteRecord& note);
 void WriteCsvHeader(std::string& out);
-void WriteCsvRow(std::string& out, const NoteRecord& note);
 
 }  // namespace jotlet

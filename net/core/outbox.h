@@ -51,7 +51,6 @@ public:
 
     // The note file's path with ".tsi" behind it.
     const std::string& Path() const { return path; }
-    std::uint64_t EventId() const { return eventId; }
     // All slots in use; a removed participant's has `active` 0.
     std::span<const SendRecord> Slots() const { return slots; }
 

@@ -183,14 +183,6 @@ bool TimeFromSlot(int slot, TimeValue& time)
     return true;
 }
 
-void TodayParts(int& year, int& month, int& day, const Clock& clock)
-{
-    const LocalTime now = clock.Now();
-    year = now.year;
-    month = now.month;
-    day = now.day;
-}
-
 void Today(DateValue& date, const Clock& clock)
 {
     const LocalTime now = clock.Now();

@@ -91,7 +91,6 @@ bool TimeFromSlot(int slot, TimeValue& time);
 
 // --- now
 
-void TodayParts(int& year, int& month, int& day, const Clock& clock = SystemClock());
 void Today(DateValue& date, const Clock& clock = SystemClock());
 // With a step above 0 the minute is lowered to a multiple of it. Stamps in records use step 5.
 void Now(TimeValue& time, int step, const Clock& clock = SystemClock());

@@ -57,17 +57,6 @@ LockOutcome LockForHandleLife(FileHandle handle, std::int64_t byte, bool exclusi
     }
 }
 
-LockOutcome FileLock::TakeShared(FileHandle file, std::int64_t wantedByte, int patienceMs)
-{
-    Release();
-    const LockOutcome outcome = LockForHandleLife(file, wantedByte, false, patienceMs);
-    if (outcome == LockOutcome::Taken) {
-        handle = file;
-        byte = wantedByte;
-    }
-    return outcome;
-}
-
 LockOutcome FileLock::TakeExclusive(FileHandle file, std::int64_t wantedByte, int patienceMs)
 {
     Release();

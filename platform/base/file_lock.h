@@ -48,10 +48,8 @@ public:
     ~FileLock() { Release(); }
 
     // Asks again and again for up to `patienceMs`; 0 asks once. Gives back what it held before.
-    LockOutcome TakeShared(FileHandle handle, std::int64_t byte, int patienceMs);
     LockOutcome TakeExclusive(FileHandle handle, std::int64_t byte, int patienceMs);
     void Release();
-    bool IsHeld() const { return handle != kNoFile; }
 
 private:
     FileHandle handle = kNoFile;  // not owned

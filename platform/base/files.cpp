@@ -119,16 +119,6 @@ std::int64_t FileWrite(FileHandle handle, const void* buffer, std::size_t count)
     return Files().Write(handle, {static_cast<const std::byte*>(buffer), count});
 }
 
-std::int64_t FileReadAt(FileHandle handle, std::span<std::byte> buffer, std::int64_t offset)
-{
-    return Files().ReadAt(handle, buffer, offset);
-}
-
-std::int64_t FileWriteAt(FileHandle handle, std::span<const std::byte> buffer, std::int64_t offset)
-{
-    return Files().WriteAt(handle, buffer, offset);
-}
-
 bool FileReadWhole(FileHandle handle, std::span<std::byte> buffer, std::int64_t offset)
 {
     while (!buffer.empty()) {

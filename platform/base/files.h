@@ -56,10 +56,7 @@ void FileClose(FileHandle handle);
 // Bytes moved (fewer at the end of the file, or when the disk is full), or -1. At the handle's own position.
 std::int64_t FileRead(FileHandle handle, void* buffer, std::size_t count);
 std::int64_t FileWrite(FileHandle handle, const void* buffer, std::size_t count);
-// The same at an offset, leaving the handle's position alone.
-std::int64_t FileReadAt(FileHandle handle, std::span<std::byte> buffer, std::int64_t offset);
-std::int64_t FileWriteAt(FileHandle handle, std::span<const std::byte> buffer, std::int64_t offset);
-// True when every byte was moved.
+// The same at an offset, leaving the handle's position alone. True when every byte was moved.
 bool FileReadWhole(FileHandle handle, std::span<std::byte> buffer, std::int64_t offset);
 bool FileWriteWhole(FileHandle handle, std::span<const std::byte> buffer, std::int64_t offset);
 

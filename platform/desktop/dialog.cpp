@@ -100,12 +100,6 @@ WindowHandle DialogItem(WindowHandle dialog, int id)
     return 0;
 }
 
-int ControlId(WindowHandle control)
-{
-    const WindowEntry* entry = FindEntry(control);
-    return entry ? entry->controlId : 0;
-}
-
 int DialogUnitsX(WindowHandle dialog, int units)
 {
     const NativeWidget* native = NativeOf(dialog);

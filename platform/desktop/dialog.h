@@ -26,7 +26,6 @@ WindowHandle CreateDialogWindow(const DialogTemplate& dialogTemplate, WindowHand
 
 // Controls by id.
 WindowHandle DialogItem(WindowHandle dialog, int id);
-int ControlId(WindowHandle control);
 std::string ItemText(WindowHandle dialog, int id);
 void SetItemTextOf(WindowHandle dialog, int id,
                    std::string_view text);  // no change notification from the caller's own text

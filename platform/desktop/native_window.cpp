@@ -65,15 +65,6 @@ std::string ClassNameOf(WindowHandle window)
     return entry ? entry->className : std::string();
 }
 
-bool HasWindowOfClass(std::string_view className)
-{
-    for (const WindowHandle handle : AllHandles()) {
-        if (ClassNameOf(handle) == className)
-            return true;
-    }
-    return false;
-}
-
 void SetUserWord(WindowHandle window, void* word)
 {
     if (NativeWidget* native = NativeOf(window))

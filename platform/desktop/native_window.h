@@ -54,7 +54,6 @@ void DestroyNativeWindow(WindowHandle window);
 bool IsWindow(WindowHandle window);
 WindowHandle ParentOf(WindowHandle window);
 std::string ClassNameOf(WindowHandle window);  // "Edit", "Button", ... for stock controls
-bool HasWindowOfClass(std::string_view className);
 
 // One word for whoever made the window.
 void SetUserWord(WindowHandle window, void* word);

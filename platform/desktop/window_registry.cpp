@@ -90,15 +90,6 @@ WindowHandle HandleOf(const QWidget* widget)
     return 0;
 }
 
-NativeWidget* NearestNative(QWidget* widget)
-{
-    for (; widget; widget = widget->parentWidget()) {
-        if (auto* native = dynamic_cast<NativeWidget*>(widget))
-            return native;
-    }
-    return nullptr;
-}
-
 std::vector<WindowHandle> AllHandles()
 {
     std::vector<WindowHandle> handles;

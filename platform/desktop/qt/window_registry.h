@@ -35,7 +35,6 @@ QWidget* WidgetOf(WindowHandle handle);
 // combo, a list's viewport) so count as the control.
 WindowHandle HandleOf(const QWidget* widget);
 void SetHandleOf(QWidget* widget, WindowHandle handle);
-NativeWidget* NearestNative(QWidget* widget);
 
 std::vector<WindowHandle> AllHandles();
 
