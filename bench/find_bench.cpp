@@ -19,6 +19,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/test_input.h"
+#include "resources/dialog_ids.h"
 #include "store/table_file.h"
 
 namespace jotlet {
@@ -126,7 +127,7 @@ int Run(int count)
                 Measure(window, search, exitCode);
             TestPushItem(window, kIdCancel);
         });
-        dialog.DoModal(nullptr, kFindDialogId);
+        dialog.DoModal(nullptr, find_dialog_ids::kDialog);
     }
     fs::remove_all(folder);
     return exitCode;

@@ -6,6 +6,7 @@
 #include "platform/base/paths.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "store/compaction.h"
 #include "toolkit/compact_progress_dialog.h"
@@ -73,7 +74,7 @@ std::optional<std::string> AskFilePassword(MarlinWnd* owner, const std::string& 
     if (PasswordsOf(*header).owner.empty())
         return std::string{};
     PasswordDialog dialog(GetBareFileName(path));
-    if (dialog.DoModal(owner, PasswordDialog::kTemplate) != 1 ||
+    if (dialog.DoModal(owner, password_dialog_ids::kDialog) != 1 ||
         RoleOfPassword(*header, dialog.Password()) == Role::None)
         return std::nullopt;
     return dialog.Password();
@@ -173,11 +174,11 @@ int RunNetworkPasswords(MarlinWnd* owner, const std::string& path, std::string& 
         return 0;
     }
     NetworkPasswordsDialog dialog(stored);
-    if (dialog.DoModal(owner, NetworkPasswordsDialog::kTemplate) != 1)
+    if (dialog.DoModal(owner, network_passwords_ids::kDialog) != 1)
         return 0;
     for (;;) {
         VerifyPasswordsDialog verify(dialog.Passwords());
-        const int answer = verify.DoModal(owner, VerifyPasswordsDialog::kTemplate);
+        const int answer = verify.DoModal(owner, verify_passwords_ids::kDialog);
         if (answer == VerifyPasswordsDialog::kSame)
             break;
         if (answer != VerifyPasswordsDialog::kDiffers)

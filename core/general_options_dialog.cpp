@@ -6,6 +6,7 @@
 #include "platform/base/paths.h"
 #include "platform/base/session.h"
 #include "platform/base/start_program.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "toolkit/marlin_wnd_list_view.h"
 
@@ -41,7 +42,7 @@ void StartTray()
 int RunGeneralOptions(MarlinWnd* frame)
 {
     GeneralOptionsDialog dialog;
-    dialog.DoModal(frame, GeneralOptionsDialog::kTemplate);
+    dialog.DoModal(frame, general_options_ids::kDialog);
     BroadcastToCopies(kBroadcastSettingsChanged, static_cast<std::int64_t>(frame ? frame->window : 0));
     return 1;
 }
@@ -52,14 +53,14 @@ MessageParam GeneralOptionsDialog::OnInitDialog(WndMessage&)
     for (const Setting& box : std::span(settings).first<3>())
         CheckItem(window, box.id, IsSet(file, box.key));
     if (TrayRuns()) {
-        CheckItem(window, kTrayId, true);
-        Enable(kTrayId, false);
+        CheckItem(window, general_options_ids::kTray, true);
+        Enable(general_options_ids::kTray, false);
     }
     for (int seconds = 1; seconds <= kLongestRefresh; ++seconds)
-        AddRow(window, kRefreshId, std::to_string(seconds) + " sec.");
+        AddRow(window, general_options_ids::kRefresh, std::to_string(seconds) + " sec.");
     int refresh = kDefaultRefresh;
     file.IniReadInt(kSection, "NetworkRefresh", refresh);
-    SelectRow(window, kRefreshId, refresh >= 1 && refresh <= kLongestRefresh ? refresh - 1 : -1);
+    SelectRow(window, general_options_ids::kRefresh, refresh >= 1 && refresh <= kLongestRefresh ? refresh - 1 : -1);
     for (Setting& setting : settings) {
         setting.read = file.IniReadText(kSection, setting.key);
         setting.shown = Shown(setting);
@@ -78,8 +79,8 @@ MessageParam GeneralOptionsDialog::OnCommand(WndMessage& record)
 
 std::string GeneralOptionsDialog::Shown(const Setting& setting) const
 {
-    if (setting.id == kRefreshId)
-        return std::to_string(SelectedRow(window, kRefreshId) + 1);
+    if (setting.id == general_options_ids::kRefresh)
+        return std::to_string(SelectedRow(window, general_options_ids::kRefresh) + 1);
     return Checked(setting.id) ? "1" : "0";
 }
 
@@ -100,7 +101,7 @@ void GeneralOptionsDialog::Accept()
     store(settings[2]);
     store(settings[3]);
     MarlinWndListView::RestartAllRefreshTimers();
-    if (Checked(kTrayId) && IsEnabled(DialogItem(window, kTrayId)) && !TrayRuns())
+    if (Checked(general_options_ids::kTray) && IsEnabled(DialogItem(window, general_options_ids::kTray)) && !TrayRuns())
         StartTray();
     EndDialog(1);
 }

@@ -11,13 +11,6 @@ namespace jotlet {
 
 class GeneralOptionsDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1003;
-    static constexpr int kSoundId = 100;
-    static constexpr int kAnimationId = 101;
-    static constexpr int kSplashId = 102;
-    static constexpr int kRefreshId = 103;
-    static constexpr int kTrayId = 104;
-
     MessageParam OnInitDialog(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
 
@@ -32,10 +25,10 @@ private:
     std::string Shown(const Setting& setting) const;
     void Accept();
 
-    std::array<Setting, 4> settings = {Setting{"Sound", kSoundId},
-                                       {"Annimation", kAnimationId},
-                                       {"Splash", kSplashId},
-                                       {"NetworkRefresh", kRefreshId}};
+    std::array<Setting, 4> settings = {Setting{"Sound", general_options_ids::kSound},
+                                       {"Annimation", general_options_ids::kAnimation},
+                                       {"Splash", general_options_ids::kSplash},
+                                       {"NetworkRefresh", general_options_ids::kRefresh}};
 };
 
 // Runs the dialog and then tells all running copies, whether the user pressed OK or Cancel. Always 1.

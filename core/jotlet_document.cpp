@@ -12,6 +12,7 @@
 #include "platform/base/paths.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/compact_progress_dialog.h"
 #include "toolkit/pane_list.h"
@@ -139,7 +140,7 @@ void JotletModule::OnDriveAnswers(bool answers)
 bool JotletModule::RunNewFileDialog(std::string& path)
 {
     NewFileDialog dialog{std::string(kNoteExtension)};
-    if (dialog.DoModal(this, NewFileDialog::kTemplate) != 1)
+    if (dialog.DoModal(this, new_file_dialog_ids::kDialog) != 1)
         return false;
     path = dialog.Path();
     return true;

@@ -14,6 +14,7 @@
 #include "net/internet_events_dialog.h"
 #include "net/server_setup.h"
 #include "notes/check_alarms.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/about_dialog.h"
 #include "toolkit/pane_list.h"
@@ -181,7 +182,7 @@ void JotletModule::Exit()
 void JotletModule::About()
 {
     AboutDialog dialog;
-    dialog.DoModal(this, AboutDialog::kTemplate);
+    dialog.DoModal(this, about_dialog_ids::kDialog);
     FocusPane();
 }
 

@@ -8,6 +8,7 @@
 #include "platform/base/file_system.h"
 #include "platform/base/files.h"
 #include "platform/base/paths.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/browse_for_folder.h"
 
@@ -51,25 +52,26 @@ NewFileDialog::NewFileDialog(std::string fileExtension) : extension(std::move(fi
 MessageParam NewFileDialog::OnInitDialog(WndMessage&)
 {
     CentreOverParent();
-    LimitItemText(window, kNameId, kMaxPath);
-    LimitItemText(window, kFolderId, kMaxPath);
-    CheckItem(window, kExamplesId, WantsExamples());
+    LimitItemText(window, new_file_dialog_ids::kName, kMaxPath);
+    LimitItemText(window, new_file_dialog_ids::kFolder, kMaxPath);
+    CheckItem(window, new_file_dialog_ids::kExamples, WantsExamples());
     std::string works;
     GetWorksFolder(works);
-    SetItemText(kFolderId, works);
+    SetItemText(new_file_dialog_ids::kFolder, works);
     Enable(kIdOk, false);
-    FocusItem(window, kNameId);
+    FocusItem(window, new_file_dialog_ids::kName);
     return 0;
 }
 
 MessageParam NewFileDialog::OnCommand(WndMessage& record)
 {
     switch (LowWord(record.wParam)) {
-        case kNameId:
-        case kFolderId:
-            Enable(kIdOk, !GetItemText(kNameId).empty() && !GetItemText(kFolderId).empty());
+        case new_file_dialog_ids::kName:
+        case new_file_dialog_ids::kFolder:
+            Enable(kIdOk, !GetItemText(new_file_dialog_ids::kName).empty() &&
+                              !GetItemText(new_file_dialog_ids::kFolder).empty());
             return 1;
-        case kBrowseId:
+        case new_file_dialog_ids::kBrowse:
             Browse();
             return 1;
         case kIdOk:
@@ -82,18 +84,19 @@ MessageParam NewFileDialog::OnCommand(WndMessage& record)
 
 void NewFileDialog::Browse()
 {
-    std::string folder = GetItemText(kFolderId);
+    std::string folder = GetItemText(new_file_dialog_ids::kFolder);
     if (!BrowseForFolder(window, folder))
         return;
-    SetItemText(kFolderId, folder);
-    Enable(kIdOk, !GetItemText(kNameId).empty() && !folder.empty());
+    SetItemText(new_file_dialog_ids::kFolder, folder);
+    Enable(kIdOk, !GetItemText(new_file_dialog_ids::kName).empty() && !folder.empty());
 }
 
 void NewFileDialog::Accept()
 {
-    if (GetItemText(kNameId).empty() || GetItemText(kFolderId).empty())
+    if (GetItemText(new_file_dialog_ids::kName).empty() || GetItemText(new_file_dialog_ids::kFolder).empty())
         return;
-    path = NewFilePath(AbsoluteFolder(GetItemText(kFolderId)), GetItemText(kNameId), extension);
+    path = NewFilePath(AbsoluteFolder(GetItemText(new_file_dialog_ids::kFolder)),
+                       GetItemText(new_file_dialog_ids::kName), extension);
     if (FileExists(path) == 1) {
         ShowMessage(window, kFileExists);
         return;
@@ -102,7 +105,7 @@ void NewFileDialog::Accept()
         ShowMessage(window, kCannotMake);
         return;
     }
-    StoreWantsExamples(Checked(kExamplesId));
+    StoreWantsExamples(Checked(new_file_dialog_ids::kExamples));
     EndDialog(1);
 }
 

@@ -9,12 +9,6 @@ namespace jotlet {
 
 class NewFileDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1001;
-    static constexpr int kNameId = 100;
-    static constexpr int kFolderId = 101;
-    static constexpr int kBrowseId = 102;
-    static constexpr int kExamplesId = 104;
-
     explicit NewFileDialog(std::string extension);
 
     // After an end with 1: the full path of the file that the user asked for.

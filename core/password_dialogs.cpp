@@ -4,14 +4,15 @@
 #include <utility>
 
 #include "platform/base/text.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 
 namespace jotlet {
 namespace {
 
 constexpr int kTypingLimit = 20;
-constexpr std::array kBoxes = {NetworkPasswordsDialog::kOwnerId, NetworkPasswordsDialog::kAssistantId,
-                               NetworkPasswordsDialog::kReaderId};
+constexpr std::array kBoxes = {network_passwords_ids::kOwner, network_passwords_ids::kAssistant,
+                               network_passwords_ids::kReader};
 
 }  // namespace
 
@@ -20,9 +21,9 @@ PasswordDialog::PasswordDialog(std::string dialogTitle) : title(std::move(dialog
 MessageParam PasswordDialog::OnInitDialog(WndMessage&)
 {
     SetWindowTitle(window, title);
-    LimitItemText(window, kPasswordId, kTypingLimit);
+    LimitItemText(window, password_dialog_ids::kPassword, kTypingLimit);
     CentreOverParent();
-    FocusItem(window, kPasswordId);
+    FocusItem(window, password_dialog_ids::kPassword);
     return 0;
 }
 
@@ -30,12 +31,12 @@ MessageParam PasswordDialog::OnInitDialog(WndMessage&)
 MessageParam PasswordDialog::OnCommand(WndMessage& record)
 {
     switch (LowWord(record.wParam)) {
-        case kPasswordId:
+        case password_dialog_ids::kPassword:
             if (HighWord(record.wParam) == kEditChanged)
-                Enable(kIdOk, !GetItemText(kPasswordId).empty());
+                Enable(kIdOk, !GetItemText(password_dialog_ids::kPassword).empty());
             return 1;
         case kIdOk:
-            password = GetItemText(kPasswordId);
+            password = GetItemText(password_dialog_ids::kPassword);
             EndDialog(1);
             return 1;
         default:
@@ -55,7 +56,7 @@ MessageParam NetworkPasswordsDialog::OnInitDialog(WndMessage&)
             SetItemText(kBoxes[i], *texts[i]);
     }
     Enable(kIdOk, false);
-    FocusItem(window, kOwnerId);
+    FocusItem(window, network_passwords_ids::kOwner);
     return 0;
 }
 
@@ -64,21 +65,23 @@ MessageParam NetworkPasswordsDialog::OnInitDialog(WndMessage&)
 MessageParam NetworkPasswordsDialog::OnCommand(WndMessage& record)
 {
     switch (LowWord(record.wParam)) {
-        case kOwnerId:
-            if (HighWord(record.wParam) == kEditChanged && (!GetItemText(kOwnerId).empty() || !passwords.owner.empty()))
+        case network_passwords_ids::kOwner:
+            if (HighWord(record.wParam) == kEditChanged &&
+                (!GetItemText(network_passwords_ids::kOwner).empty() || !passwords.owner.empty()))
                 Enable(kIdOk, true);
             return 1;
-        case kAssistantId:
-        case kReaderId:
-            if (HighWord(record.wParam) == kEditChanged && !GetItemText(kOwnerId).empty())
+        case network_passwords_ids::kAssistant:
+        case network_passwords_ids::kReader:
+            if (HighWord(record.wParam) == kEditChanged && !GetItemText(network_passwords_ids::kOwner).empty())
                 Enable(kIdOk, true);
             return 1;
         case kIdOk:
             if (!FitAll())
                 return 1;
-            passwords = {.owner = std::string(CutText(GetItemText(kOwnerId), kMaxPasswordLength)),
-                         .assistant = std::string(CutText(GetItemText(kAssistantId), kMaxPasswordLength)),
-                         .reader = std::string(CutText(GetItemText(kReaderId), kMaxPasswordLength))};
+            passwords = {
+                .owner = std::string(CutText(GetItemText(network_passwords_ids::kOwner), kMaxPasswordLength)),
+                .assistant = std::string(CutText(GetItemText(network_passwords_ids::kAssistant), kMaxPasswordLength)),
+                .reader = std::string(CutText(GetItemText(network_passwords_ids::kReader), kMaxPasswordLength))};
             EndDialog(1);
             return 1;
         default:

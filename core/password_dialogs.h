@@ -11,9 +11,6 @@ namespace jotlet {
 // Asks once for the password of a file.
 class PasswordDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1002;
-    static constexpr int kPasswordId = 100;
-
     // `title`: the bare file name.
     explicit PasswordDialog(std::string title);
 
@@ -30,11 +27,6 @@ private:
 // Sets the passwords of all three roles.
 class NetworkPasswordsDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1004;
-    static constexpr int kOwnerId = 100;
-    static constexpr int kAssistantId = 101;
-    static constexpr int kReaderId = 102;
-
     // `stored`: what the boxes show at first.
     explicit NetworkPasswordsDialog(NetworkPasswords stored);
 
@@ -53,7 +45,6 @@ private:
 // Asks for the three new passwords once more. Ends with 1 when all are the same, with 0 when not, with 2 on Cancel.
 class VerifyPasswordsDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1005;
     static constexpr int kDiffers = 0;
     static constexpr int kSame = 1;
     static constexpr int kCancelled = 2;

@@ -1,6 +1,7 @@
 #include "core/skins_dialog.h"
 
 #include "platform/base/session.h"
+#include "resources/dialog_ids.h"
 
 namespace jotlet {
 
@@ -13,7 +14,7 @@ void ChooseSkin(std::string_view skinFile)
 void ShowSkinDialog(MarlinWnd* owner)
 {
     SkinsDialog dialog;
-    dialog.DoModal(owner, SkinsDialog::kTemplate);
+    dialog.DoModal(owner, skins_dialog_ids::kDialog);
 }
 
 MessageParam SkinsDialog::OnInitDialog(WndMessage&)
@@ -21,12 +22,12 @@ MessageParam SkinsDialog::OnInitDialog(WndMessage&)
     CentreOverParent();
     skins = ListSkins();
     for (const SkinEntry& skin : skins)
-        AddRow(window, kListId, skin.skinName);
+        AddRow(window, skins_dialog_ids::kSkinList, skin.skinName);
     const int current = FindSkin(skins, GetCurrentSkinFile());
     Enable(kIdOk, current >= 0);
     if (current >= 0)
-        SelectRow(window, kListId, current);
-    FocusItem(window, kListId);
+        SelectRow(window, skins_dialog_ids::kSkinList, current);
+    FocusItem(window, skins_dialog_ids::kSkinList);
     return 0;
 }
 
@@ -34,8 +35,8 @@ MessageParam SkinsDialog::OnCommand(WndMessage& record)
 {
     const int code = HighWord(record.wParam);
     switch (LowWord(record.wParam)) {
-        case kListId:
-            Enable(kIdOk, SelectedRow(window, kListId) >= 0);
+        case skins_dialog_ids::kSkinList:
+            Enable(kIdOk, SelectedRow(window, skins_dialog_ids::kSkinList) >= 0);
             if (code == kListDoubleClick)
                 Accept();
             return 1;
@@ -49,7 +50,7 @@ MessageParam SkinsDialog::OnCommand(WndMessage& record)
 
 void SkinsDialog::Accept()
 {
-    const int row = SelectedRow(window, kListId);
+    const int row = SelectedRow(window, skins_dialog_ids::kSkinList);
     if (row < 0 || row >= static_cast<int>(skins.size()))
         return;
     ChooseSkin(skins[static_cast<std::size_t>(row)].skinFile);

@@ -10,9 +10,6 @@ namespace jotlet {
 
 class SkinsDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 2020;
-    static constexpr int kListId = 100;
-
     MessageParam OnInitDialog(WndMessage& record) override;
     MessageParam OnCommand(WndMessage& record) override;
 

@@ -8,7 +8,6 @@ namespace jotlet {
 
 class SplashDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1010;
     static constexpr Size kSize{261, 226};
 
     MessageParam OnInitDialog(WndMessage& record) override;

@@ -17,6 +17,7 @@
 #include "platform/base/session.h"
 #include "platform/desktop/application.h"
 #include "resources/accelerators.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 
 namespace jotlet {
@@ -122,7 +123,7 @@ private:
 void RunSplash()
 {
     SplashDialog splash;
-    splash.DoModal(nullptr, SplashDialog::kTemplate);
+    splash.DoModal(nullptr, splash_dialog_ids::kDialog);
 }
 
 int RunFrame(Application& application)

@@ -3,6 +3,7 @@
 #include "interchange/engine/import_run.h"
 #include "interchange/import_wizard.h"
 #include "platform/desktop/cursor.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
@@ -45,7 +46,7 @@ std::size_t RunImport(MarlinWnd* parent, TableFile& table)
     GetNoteImportFields(fields);
     GetNoteFieldAliases(aliases);
     ImportWizard wizard(std::move(fields), std::move(aliases));
-    if (wizard.DoModal(parent, kImportDialogId) != 1)
+    if (wizard.DoModal(parent, import_wizard_ids::kDialog) != 1)
         return 0;
 
     CompactProgressDialog progress(parent);

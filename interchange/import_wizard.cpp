@@ -11,30 +11,17 @@
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/choose_file.h"
 
 namespace jotlet {
 namespace {
 
+using namespace import_wizard_ids;
+
 constexpr char kSection[] = "Preference";
 constexpr char kImportKey[] = "ImportFile";
-
-constexpr int kPathEdit = 98;
-constexpr int kBrowseButton = 99;
-constexpr int kPreviewEdit = 100;
-constexpr int kNamesYes = 101;
-constexpr int kNamesNo = 102;
-constexpr int kCommaRadio = 103;
-constexpr int kTabRadio = 104;
-constexpr int kQualifierCombo = 105;
-constexpr int kSourceList = 200;
-constexpr int kTargetList = 201;
-constexpr int kFieldCombo = 202;
-constexpr int kDefaultMapButton = 203;
-constexpr int kClearMapButton = 204;
-constexpr int kBackButton = 3000;
-constexpr int kNextButton = 3001;
 
 constexpr int kPathLimit = 259;
 constexpr char kNoQualifier[] = "None";

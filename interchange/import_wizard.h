@@ -13,8 +13,6 @@
 
 namespace jotlet {
 
-inline constexpr int kImportDialogId = 2013;
-
 class ImportWizard : public MarlinDialog {
 public:
     // `aliases` empty: the map buttons are not offered.

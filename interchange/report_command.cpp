@@ -3,6 +3,7 @@
 #include "interchange/report_dialogs.h"
 #include "platform/base/paths.h"
 #include "platform/base/profile.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 
 namespace jotlet {
@@ -14,7 +15,7 @@ constexpr char kExportKey[] = "ExportFile";
 void RunReport(MarlinWnd* parent, ReportRequest& request)
 {
     PrintReportDialog dialog(request);
-    dialog.DoModal(parent, kPrintReportDialogId);
+    dialog.DoModal(parent, report_dialog_ids::kDialog);
 }
 
 void RunExport(MarlinWnd* parent, ReportRequest& request)
@@ -22,7 +23,7 @@ void RunExport(MarlinWnd* parent, ReportRequest& request)
     const IniFile settings = GetModuleIniPath();
     request.exportPath = PathFromSettings(settings.IniReadText(kSection, kExportKey).value_or(""));
     ExportDialog dialog(request);
-    if (dialog.DoModal(parent, kExportDialogId) != 1 || !dialog.Exported())
+    if (dialog.DoModal(parent, export_dialog_ids::kDialog) != 1 || !dialog.Exported())
         return;
     settings.IniWriteText(kSection, kExportKey, PathForSettings(request.exportPath));
     ShowTextMessage(parent ? parent->window : 0, "Operation successful." + dialog.Remarks());

@@ -11,6 +11,7 @@
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/shell.h"
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "store/record_query.h"
 #include "toolkit/choose_file.h"
@@ -19,18 +20,8 @@
 namespace jotlet {
 namespace {
 
-constexpr int kAllRadio = 100;
-constexpr int kRangeRadio = 101;
-constexpr int kCurrentRadio = 102;
-constexpr int kFindBox = 200;
-constexpr int kFindEdit = 201;
-constexpr int kFromButton = 300;
-constexpr int kToButton = 301;
-constexpr int kPrintButton = 401;
-constexpr int kExportButton = 500;
-constexpr int kExportEdit = 700;
-constexpr int kBrowseButton = 701;
-constexpr int kReportView = 1000;
+using namespace report_dialog_ids;
+using namespace export_dialog_ids;
 
 constexpr int kFindLimit = 1023;
 constexpr int kPathLimit = 260;
@@ -123,7 +114,7 @@ void SelectionDialog::PickDate(int button)
     const Point corner = ClientToScreen(window, {place.left, place.bottom});
     DateDialog dialog(picked.day, picked.month, picked.year, &picked);
     dialog.SetPosition(corner.x, corner.y);
-    if (dialog.DoModal(this, DateDialog::kTemplate) != 1)
+    if (dialog.DoModal(this, date_picker_ids::kDialog) != 1)
         return;
     const DateValue& from = button == kFromButton ? picked : request.fromDate;
     const DateValue& to = button == kFromButton ? request.toDate : picked;

@@ -9,9 +9,6 @@
 
 namespace jotlet {
 
-inline constexpr int kPrintReportDialogId = 2011;
-inline constexpr int kExportDialogId = 2012;
-
 // What both share: the selection, the date range, the text to find. They fill a request that the caller owns.
 class SelectionDialog : public MarlinDialog {
 public:

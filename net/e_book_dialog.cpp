@@ -2,6 +2,7 @@
 
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "store/record_query.h"
@@ -10,11 +11,9 @@
 namespace jotlet {
 namespace {
 
-constexpr int kNewButton = 101;
-constexpr int kEditButton = 102;
-constexpr int kDeleteButton = 103;
-constexpr int kNameEdit = 100;
-constexpr int kEmailEdit = 101;
+using namespace e_book_ids;
+using namespace e_book_record_ids;
+
 constexpr int kNameLimit = 50;
 constexpr int kEmailLimit = 260;
 // From the list's bottom to the client area's: the row of buttons.
@@ -47,7 +46,7 @@ int ShowEBook(MarlinWnd* parent)
     }
     {
         EBookDialog dialog;
-        dialog.DoModal(parent, kEBookDialogId);
+        dialog.DoModal(parent, e_book_ids::kDialog);
     }
     return CloseEBook();
 }
@@ -110,7 +109,7 @@ void EBookDialog::NewContact()
 {
     EBookRecord contact{};
     EBookRecordDialog dialog(contact);
-    if (dialog.DoModal(this, kEBookRecordDialogId) != 1)
+    if (dialog.DoModal(this, e_book_record_ids::kDialog) != 1)
         return;
     if (AddContact(contact) != 1) {
         TellNotWritten(window);
@@ -127,7 +126,7 @@ void EBookDialog::EditContact()
     if (!TakeSelected(hold, contact))
         return;
     EBookRecordDialog dialog(contact);
-    if (dialog.DoModal(this, kEBookRecordDialogId) == 1) {
+    if (dialog.DoModal(this, e_book_record_ids::kDialog) == 1) {
         if (hold->Save(BytesOf(contact)))
             PlaySoundFile("add.wav");
         else

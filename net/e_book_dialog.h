@@ -10,9 +10,6 @@
 
 namespace jotlet {
 
-inline constexpr int kEBookDialogId = 1012;
-inline constexpr int kEBookRecordDialogId = 1013;
-
 // The whole command: opens the book, runs the dialog, closes the book. Always 1.
 int ShowEBook(MarlinWnd* parent);
 void TellBookNotOpened(MarlinWnd* parent);

@@ -7,8 +7,6 @@
 
 namespace jotlet {
 
-inline constexpr int kEBookPickerId = 1015;
-
 // Opens the book for its own lifetime. DoModal gives 1 with the contact in `picked`, or 0.
 // Keys: Enter picks the selected contact, Escape closes.
 class EBookPicker : public MarlinDialog {

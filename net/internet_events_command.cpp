@@ -3,6 +3,7 @@
 #include "notes/notes_pane.h"
 #include "notes/tell_outcome.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/main_window.h"
 
@@ -24,7 +25,7 @@ void EditEvent(NotesPane& pane, HeldNote& held)
         return;
     }
     InternetEventsDialog dialog(held.File(), note, outbox);
-    if (dialog.DoModal(&pane, kInternetEventsDialogId) != 1)
+    if (dialog.DoModal(&pane, internet_events_ids::kDialog) != 1)
         return;
     if (outbox.Commit(note) == kCommittedWithWork)
         ShowMessage(MainWindow(), kItemPutString);

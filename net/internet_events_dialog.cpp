@@ -10,6 +10,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 #include "skin/fonts.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
@@ -17,14 +18,8 @@
 namespace jotlet {
 namespace {
 
-constexpr int kInviteButton = 101;
-constexpr int kParticipantList = 102;
-constexpr int kSubjectEdit = 103;
-constexpr int kListHeading = 104;
-constexpr int kRemoveButton = 105;
-constexpr int kEBookButton = 106;
-constexpr int kOwnerLine = 1010;
-constexpr int kOwnerBlock = 1011;
+using namespace internet_events_ids;
+
 constexpr int kSubjectLimit = 30;
 
 constexpr int kRowHeight = 15;
@@ -193,7 +188,7 @@ void InternetEventsDialog::Invite()
         const Point corner = ClientToScreen(window, {button.left, button.bottom});
         picker.SetPosition(corner.x, corner.y);
         picker.SetAnimated(1);
-        if (picker.DoModal(this, kEBookPickerId) != 1)
+        if (picker.DoModal(this, e_book_picker_ids::kDialog) != 1)
             return;
     }
     const std::string_view email = FieldText(contact.bookEmail);

@@ -14,8 +14,6 @@ namespace jotlet {
 class NotesPane;
 class TableFile;
 
-inline constexpr int kInternetEventsDialogId = 1011;
-
 // The command on the pane's selected note, lock and commit included.
 void InternetEventsCommand(NotesPane& pane);
 

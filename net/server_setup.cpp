@@ -7,20 +7,15 @@
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "store/table_file.h"
 
 namespace jotlet {
 namespace {
 
-constexpr int kPromptEdit = 100;
-constexpr int kNameEdit = 100;
-constexpr int kPasswordEdit = 101;
-constexpr int kConfirmEdit = 102;
-constexpr int kServerEdit = 103;
-constexpr int kEmailEdit = 104;
-constexpr int kPortEdit = 105;
-constexpr int kRegisterButton = 1000;
+using namespace server_password_ids;
+using namespace server_setup_ids;
 
 constexpr int kNoPermissionString = 102;
 
@@ -35,11 +30,11 @@ int RunServerSetup(MarlinWnd* parent)
 {
     if (!ReadServerAccount().password.empty()) {
         ServerPasswordDialog prompt;
-        if (prompt.DoModal(parent, kServerPasswordDialogId) != 1)
+        if (prompt.DoModal(parent, server_password_ids::kDialog) != 1)
             return 0;
     }
     ServerSetupDialog setup;
-    return setup.DoModal(parent, kServerSetupDialogId) == 1 ? 1 : 0;
+    return setup.DoModal(parent, server_setup_ids::kDialog) == 1 ? 1 : 0;
 }
 
 int ServerSetupCommand(TableFile* file, MarlinWnd* frame)

@@ -11,9 +11,6 @@ namespace jotlet {
 
 class TableFile;
 
-inline constexpr int kServerPasswordDialogId = 1016;
-inline constexpr int kServerSetupDialogId = 1017;
-
 // The password prompt where a password is stored, then the setup. 1 when the setup ended with OK, else 0.
 int RunServerSetup(MarlinWnd* parent);
 // The command on the open file (null: none): for its Owner on this installation alone. 1 on a finished setup, and the

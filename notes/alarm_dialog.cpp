@@ -7,6 +7,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "toolkit/choose_file.h"
 #include "toolkit/date_dialog.h"
@@ -15,21 +16,12 @@
 namespace jotlet {
 namespace {
 
-constexpr int kDateButton = 100;
-constexpr int kTimeButton = 101;
-constexpr int kToneEdit = 103;
-constexpr int kPlayButton = 104;
-constexpr int kBrowseToneButton = 105;
-constexpr int kTargetEdit = 106;
-constexpr int kBrowseTargetButton = 107;
-constexpr int kFirstStartRadio = 110;  // e-mail, URL, document: startKind 1 to 3
-constexpr int kSetRadio = 120;
-constexpr int kCancelRadio = 121;
+using namespace alarm_dialog_ids;
+
 constexpr int kPathLimit = 260;
 
-constexpr std::array kAlarmControls = {kDateButton,          kTimeButton,         kToneEdit,           kPlayButton,
-                                       kBrowseToneButton,    kTargetEdit,         kBrowseTargetButton, kFirstStartRadio,
-                                       kFirstStartRadio + 1, kFirstStartRadio + 2};
+constexpr std::array kAlarmControls = {kDateButton, kTimeButton,         kToneEdit,   kPlayButton, kBrowseToneButton,
+                                       kTargetEdit, kBrowseTargetButton, kEmailRadio, kUrlRadio,   kDocumentRadio};
 
 }  // namespace
 
@@ -47,7 +39,7 @@ MessageParam AlarmDialog::OnInitDialog(WndMessage&)
     SetItemText(kToneEdit, FieldText(record.toneFile));
     SetItemText(kTargetEdit, FieldText(record.startTarget));
     if (record.startKind >= kStartEmail && record.startKind <= kStartDocument)
-        CheckItem(window, kFirstStartRadio + record.startKind - kStartEmail, true);
+        CheckItem(window, kEmailRadio + record.startKind - kStartEmail, true);
     const bool set = record.alarmState == kAlarmSet;
     CheckItem(window, set ? kSetRadio : kCancelRadio, true);
     EnableControls(set);
@@ -110,7 +102,7 @@ void AlarmDialog::PickDate()
     DateDialog dialog(date.day, date.month, date.year, &date);
     dialog.SetPosition(corner.x, corner.y);
     dialog.SetZoom(1);
-    if (dialog.DoModal(this, DateDialog::kTemplate) == 1) {
+    if (dialog.DoModal(this, date_picker_ids::kDialog) == 1) {
         record.alarmDate = date;
         ShowMoment();
     }
@@ -128,7 +120,7 @@ void AlarmDialog::PickTime()
     dialog.SetSingleTime();
     dialog.SetPosition(corner.x, corner.y);
     dialog.SetZoom(1);
-    if (dialog.DoModal(this, TimeDialog::kTemplate) == 1) {
+    if (dialog.DoModal(this, time_picker_ids::kDialog) == 1) {
         record.alarmTime = to;
         ShowMoment();
     }
@@ -172,7 +164,7 @@ void AlarmDialog::OnOk()
     StoreText(record.toneFile, GetItemText(kToneEdit));
     StoreText(record.startTarget, GetItemText(kTargetEdit));
     for (int kind = kStartEmail; kind <= kStartDocument; ++kind) {
-        if (Checked(kFirstStartRadio + kind - kStartEmail)) {
+        if (Checked(kEmailRadio + kind - kStartEmail)) {
             record.startKind = static_cast<std::uint8_t>(kind);
             break;
         }

@@ -7,8 +7,6 @@
 
 namespace jotlet {
 
-inline constexpr int kAlarmDialogId = 2001;
-
 class AlarmDialog : public MarlinDialog {
 public:
     // `mode` as in the note editor: the alarm of a new note starts on the note's own date and time.

@@ -4,6 +4,7 @@
 #include "notes/open_target.h"
 #include "platform/base/text.h"
 #include "platform/desktop/shell.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "toolkit/main_window.h"
@@ -11,11 +12,7 @@
 namespace jotlet {
 namespace {
 
-constexpr int kDateText = 100;
-constexpr int kTimeText = 101;
-constexpr int kDescriptionEdit = 103;
-constexpr int kTargetText = 104;
-constexpr int kStartBox = 105;
+using namespace alarm_fired_ids;
 
 }  // namespace
 

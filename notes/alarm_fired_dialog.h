@@ -6,8 +6,6 @@
 
 namespace jotlet {
 
-inline constexpr int kAlarmFiredDialogId = 2005;
-
 class AlarmFiredDialog : public MarlinDialog {
 public:
     explicit AlarmFiredDialog(const NoteRecord& note);

@@ -5,16 +5,14 @@
 #include "notes/open_target.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "toolkit/choose_file.h"
 
 namespace jotlet {
 namespace {
 
-constexpr int kDocumentRadio = 100;
-constexpr int kUrlRadio = 101;
-constexpr int kPathEdit = 102;
-constexpr int kBrowseButton = 103;
-constexpr int kOpenButton = 104;
+using namespace attachment_dialog_ids;
+
 constexpr int kPathLimit = 260;
 
 }  // namespace

@@ -8,8 +8,6 @@
 
 namespace jotlet {
 
-inline constexpr int kAttachmentDialogId = 2010;
-
 // Works on its own copy of the kind and the path; the caller takes both from `attachment` after DoModal gave 1.
 class AttachmentDialog : public MarlinDialog {
 public:

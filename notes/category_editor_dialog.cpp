@@ -6,16 +6,16 @@
 #include "notes/category_menu.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "store/table_file.h"
 
 namespace jotlet {
 namespace {
 
-constexpr int kNameList = 100;
-constexpr int kNewButton = 101;
-constexpr int kDeleteButton = 102;
-constexpr int kNameEdit = 100;
+using namespace category_editor_ids;
+using namespace new_category_ids;
+
 constexpr int kNameLimit = 30;
 constexpr int kAskDeleteString = 104;
 
@@ -99,7 +99,7 @@ void CategoryEditorDialog::OnNew()
 {
     std::string name;
     NewCategoryDialog dialog(name);
-    if (dialog.DoModal(this, kNewCategoryDialogId) != 1)
+    if (dialog.DoModal(this, new_category_ids::kDialog) != 1)
         return;
     AddRow(window, kNameList, name);
     SelectRow(window, kNameList, -1);

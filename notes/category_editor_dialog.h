@@ -10,9 +10,6 @@ namespace jotlet {
 
 class TableFile;
 
-inline constexpr int kCategoryEditorDialogId = 1018;
-inline constexpr int kNewCategoryDialogId = 1019;
-
 class CategoryEditorDialog : public MarlinDialog {
 public:
     explicit CategoryEditorDialog(TableFile* file);

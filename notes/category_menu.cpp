@@ -4,6 +4,7 @@
 
 #include "notes/category_editor_dialog.h"
 #include "platform/base/text.h"
+#include "resources/dialog_ids.h"
 #include "skin/drawing.h"
 #include "skin/fonts.h"
 #include "store/table_file.h"
@@ -62,7 +63,7 @@ MessageParam CategoryMenu::OnCommand(WndMessage& record)
     if (LowWord(record.wParam) != firstId + kEditOffset || !file)
         return TFlyMenu::OnCommand(record);
     CategoryEditorDialog dialog(file);
-    if (dialog.DoModal(this, kCategoryEditorDialogId) != 1)
+    if (dialog.DoModal(this, category_editor_ids::kDialog) != 1)
         return 0;
     LoadCategories(file);
     Invalidate(nullptr, 0);

@@ -4,6 +4,7 @@
 #include "notes/model/alarms.h"
 #include "notes/note_editor_dialog.h"
 #include "platform/base/file_error_text.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "store/refresh_switch.h"
 
@@ -23,7 +24,7 @@ int CheckAlarms(TableFile& file, MarlinWnd& parent, const Clock& clock)
         return check.anyWaiting ? 1 : 0;
     alarmShowing = true;
     AlarmFiredDialog dialog(check.due->note);
-    dialog.DoModal(&parent, kAlarmFiredDialogId);
+    dialog.DoModal(&parent, alarm_fired_ids::kDialog);
     alarmShowing = false;
     if (!dialog.Answered())
         return 1;

@@ -6,6 +6,7 @@
 #include "notes/note_command_ids.h"
 #include "notes/note_editor_dialog.h"
 #include "notes/tell_outcome.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 
@@ -39,7 +40,7 @@ bool EditHeldNote(MarlinWnd& parent, HeldNote& held, const DateValue& date)
         missed = missed || saved.missedParticipants;
         return saved;
     }));
-    const bool saved = editor.DoModal(&parent, kNoteEditorDialogId) == 1;
+    const bool saved = editor.DoModal(&parent, note_editor_ids::kDialog) == 1;
     held.GiveBack();
     if (saved)
         PlaySoundFile("add.wav");

@@ -11,6 +11,7 @@
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 #include "skin/drawing.h"
 #include "skin/fonts.h"
 #include "store/table_file.h"
@@ -18,10 +19,8 @@
 namespace jotlet {
 namespace {
 
-constexpr int kTermEdit = 103;
-constexpr int kGoToButton = 104;
-constexpr int kCategoryText = 200;
-constexpr int kHitList = 500;
+using namespace find_dialog_ids;
+
 constexpr int kTermLimit = 500;
 
 constexpr int kHitHeight = 72;

@@ -13,8 +13,6 @@
 
 namespace jotlet {
 
-inline constexpr int kFindDialogId = 2006;
-
 // The hits; the found text is marked in each cell.
 class OccurrencesList : public MarlinWndListView {
 public:

@@ -13,6 +13,7 @@
 #include "notes/tell_outcome.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "toolkit/date_dialog.h"
@@ -68,7 +69,7 @@ void NotesPane::NewNote()
     NoteRecord note;
     NoteEditorDialog editor(file, note, DateForNewNote(), kEditNew);
     editor.SetSave(EditorSave(*file, note, [&] { return AddNote(*file, note); }));
-    if (editor.DoModal(this, kNoteEditorDialogId) == 1) {
+    if (editor.DoModal(this, note_editor_ids::kDialog) == 1) {
         PlaySoundFile("add.wav");
         list->RefreshAndSelect(BytesOf(note));
     }
@@ -222,7 +223,7 @@ void NotesPane::OnMoveToDay(bool copy)
     }
     DateValue day = note.date;
     DateDialog dialog(day.day, day.month, day.year, &day);
-    if (dialog.DoModal(this, DateDialog::kTemplate) != 1)
+    if (dialog.DoModal(this, date_picker_ids::kDialog) != 1)
         FocusList();
     else if (copy)
         DropCopyOnDay(day);
@@ -235,7 +236,7 @@ void NotesPane::FindNotes()
     if (!file)
         return;
     FindDialog dialog(file, categoryFilter);
-    if (dialog.DoModal(this, kFindDialogId) == 1) {
+    if (dialog.DoModal(this, find_dialog_ids::kDialog) == 1) {
         if (OnDateTab())
             ChooseDay(dialog.found.date);
         list->SelectRecord(dialog.found.uniqueId);

@@ -6,19 +6,13 @@
 #include "notes/attachment_dialog.h"
 #include "notes/model/palette.h"
 #include "platform/base/text.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 
 namespace jotlet {
 namespace {
 
-constexpr int kDateText = 100;
-constexpr int kTextEdit = 103;
-constexpr int kCategoryCombo = 104;
-constexpr int kConfidentialBox = 105;
-constexpr int kAlarmButton = 106;
-constexpr int kAttachButton = 107;
-constexpr int kColourBox = 110;
-constexpr int kTitleEdit = 200;
+using namespace note_editor_ids;
 
 constexpr int kColourRowHeight = 13;
 constexpr Colour kCurrentFrame = 0x000000;
@@ -130,7 +124,7 @@ MessageParam NoteEditorDialog::OnCommand(WndMessage& message)
             return 1;
         case kAlarmButton: {
             AlarmDialog dialog(record, mode);
-            dialog.DoModal(this, kAlarmDialogId);
+            dialog.DoModal(this, alarm_dialog_ids::kDialog);
             return 1;
         }
         case kAttachButton:
@@ -145,7 +139,7 @@ MessageParam NoteEditorDialog::OnCommand(WndMessage& message)
 MessageParam NoteEditorDialog::OnAttach()
 {
     AttachmentDialog dialog({record.attachmentKind, std::string(FieldText(record.attachmentPath))});
-    if (dialog.DoModal(this, kAttachmentDialogId) == 1) {
+    if (dialog.DoModal(this, attachment_dialog_ids::kDialog) == 1) {
         record.attachmentKind = static_cast<std::uint8_t>(dialog.attachment.kind);
         StoreText(record.attachmentPath, dialog.attachment.path);
     }

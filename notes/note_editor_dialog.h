@@ -11,7 +11,6 @@
 
 namespace jotlet {
 
-inline constexpr int kNoteEditorDialogId = 2000;
 inline constexpr int kEditExisting = 1;
 inline constexpr int kEditNew = 2;
 

@@ -1,6 +1,7 @@
 #include "toolkit/about_dialog.h"
 
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 
 namespace jotlet {
@@ -25,8 +26,8 @@ AboutDialog::~AboutDialog() = default;
 
 MessageParam AboutDialog::OnInitDialog(WndMessage&)
 {
-    mailLink = MakeLink(kMailId, kMakerMail);
-    homePageLink = MakeLink(kHomePageId, kMakerHomePage);
+    mailLink = MakeLink(about_dialog_ids::kMail, kMakerMail);
+    homePageLink = MakeLink(about_dialog_ids::kHomePage, kMakerHomePage);
     mailLink->Create(this);
     homePageLink->Create(this);
     CentreOverParent();
@@ -36,9 +37,9 @@ MessageParam AboutDialog::OnInitDialog(WndMessage&)
 // The template's hidden buttons keep the links' places.
 MessageParam AboutDialog::OnCreated(WndMessage&)
 {
-    const Rect mail = ItemRect(window, kMailId);
+    const Rect mail = ItemRect(window, about_dialog_ids::kMail);
     mailLink->Move(mail.left, mail.top, mail.Width(), mail.Height(), 1);
-    const Rect home = ItemRect(window, kHomePageId);
+    const Rect home = ItemRect(window, about_dialog_ids::kHomePage);
     homePageLink->Move(home.left, home.top, home.Width(), home.Height(), 1);
     return 0;
 }
@@ -46,10 +47,10 @@ MessageParam AboutDialog::OnCreated(WndMessage&)
 MessageParam AboutDialog::OnCommand(WndMessage& record)
 {
     switch (LowWord(record.wParam)) {
-        case kMailId:
+        case about_dialog_ids::kMail:
             OpenMail(kMakerMail);
             return 1;
-        case kHomePageId:
+        case about_dialog_ids::kHomePage:
             OpenDocument(kMakerHomePage);
             return 1;
         default:

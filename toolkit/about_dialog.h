@@ -1,9 +1,10 @@
 // AboutDialog: who made the program, with a link to write to them and one to their home page. DoModal(parent,
-// AboutDialog::kTemplate).
+// about_dialog_ids::kDialog).
 #pragma once
 
 #include <memory>
 
+#include "resources/dialog_ids.h"
 #include "toolkit/marlin_class_link_button.h"
 #include "toolkit/marlin_dialog.h"
 
@@ -11,10 +12,6 @@ namespace jotlet {
 
 class AboutDialog : public MarlinDialog {
 public:
-    static constexpr int kTemplate = 1006;
-    static constexpr int kMailId = 100;
-    static constexpr int kHomePageId = 101;
-
     AboutDialog();
     ~AboutDialog() override;
 

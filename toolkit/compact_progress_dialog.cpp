@@ -3,14 +3,15 @@
 #include <algorithm>
 
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 #include "skin/drawing.h"
 #include "skin/window_helpers.h"
 
 namespace jotlet {
 namespace {
 
-constexpr int kTextId = 99;
-constexpr int kBarId = 100;
+using namespace progress_dialog_ids;
+
 constexpr Colour kBarColour = 0;
 
 }  // namespace
@@ -24,10 +25,10 @@ void CompactProgressDialog::Open(const std::string& title, int steps)
     stepCount = steps;
     stepsDone = 0;
     shownEnd = 0;
-    if (!CreateModeless(frame, kTemplate))
+    if (!CreateModeless(frame, progress_dialog_ids::kDialog))
         return;
     CentreOverParent();
-    SetItemText(kTextId, title);
+    SetItemText(kText, title);
     Show();
     Update();
     if (frame)
@@ -62,7 +63,7 @@ void CompactProgressDialog::ShowText(const std::string& text)
 
 int CompactProgressDialog::BarEnd() const
 {
-    const Rect bar = ItemRect(window, kBarId);
+    const Rect bar = ItemRect(window, kBar);
     // A single step has nothing to be measured by: it fills the bar.
     const double done = stepCount > 1 ? static_cast<double>(stepsDone) / (stepCount - 1) : stepsDone > 0 ? 1 : 0;
     return bar.left + std::min(static_cast<int>(bar.Width() * done), bar.Width());
@@ -75,7 +76,7 @@ void CompactProgressDialog::OnPaint(DeviceContext& dc, const PaintInfo&)
     dc.FillRect(client, SystemColour(kSysColourButtonFace));
     dc.FrameRect(client, SystemColour(kSysColourButtonShadow));
     // The template's static keeps the bar's place; it is hidden, and the bar drawn here.
-    const Rect bar = ItemRect(window, kBarId);
+    const Rect bar = ItemRect(window, kBar);
     DrawSunkenBevel(dc, {bar.left - 1, bar.top - 1, bar.right, bar.bottom}, SystemColour(kSysColourButtonShadow),
                     SystemColour(kSysColourButtonHighlight));
     DrawBar(dc);
@@ -83,7 +84,7 @@ void CompactProgressDialog::OnPaint(DeviceContext& dc, const PaintInfo&)
 
 void CompactProgressDialog::DrawBar(DeviceContext& dc) const
 {
-    Rect bar = ItemRect(window, kBarId);
+    Rect bar = ItemRect(window, kBar);
     bar.right = BarEnd();
     if (!bar.Empty())
         dc.FillRect(bar, kBarColour);

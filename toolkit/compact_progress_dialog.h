@@ -8,8 +8,6 @@ namespace jotlet {
 
 class CompactProgressDialog : public MarlinDialog, public ProgressDisplay {
 public:
-    static constexpr int kTemplate = 1009;
-
     // `frame`: its parent, which gets the focus back; null: none.
     explicit CompactProgressDialog(MarlinWnd* frame) : frame(frame) {}
     ~CompactProgressDialog() override;
@@ -18,9 +16,6 @@ public:
     void Step() override;
     void Close() override;  // of the display and of the window
     void ShowText(const std::string& text) override;
-
-    int StepCount() const { return stepCount; }
-    int StepsDone() const { return stepsDone; }
 
     void OnPaint(DeviceContext& dc, const PaintInfo& paint) override;
 

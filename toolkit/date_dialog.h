@@ -1,10 +1,11 @@
-// DateDialog: asks for a date. DoModal(parent, DateDialog::kTemplate) gives 1 for ok, with `result` filled, and 0 for
-// cancel.
+// DateDialog: asks for a date. DoModal(parent, date_picker_ids::kDialog) gives 1 for ok, with `result` filled, and 0
+// for cancel.
 #pragma once
 
 #include <memory>
 
 #include "platform/base/calendar.h"
+#include "resources/dialog_ids.h"
 #include "toolkit/marli_mini_calendar.h"
 #include "toolkit/picker_dialog.h"
 
@@ -12,8 +13,6 @@ namespace jotlet {
 
 class DateDialog : public PickerDialog {
 public:
-    static constexpr int kTemplate = 1008;
-
     DateDialog(int day, int month, int year, DateValue* result);
     ~DateDialog() override;
 

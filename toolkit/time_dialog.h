@@ -1,10 +1,11 @@
 // TimeDialog: asks for a time, or for the end of a span, between 7:00 before noon and 11:00 after noon.
-// DoModal(parent, TimeDialog::kTemplate) gives 1 for ok, with both results filled, and 0 for cancel.
+// DoModal(parent, time_picker_ids::kDialog) gives 1 for ok, with both results filled, and 0 for cancel.
 #pragma once
 
 #include <memory>
 
 #include "platform/base/calendar.h"
+#include "resources/dialog_ids.h"
 #include "toolkit/marlin_time_track.h"
 #include "toolkit/picker_dialog.h"
 
@@ -12,8 +13,6 @@ namespace jotlet {
 
 class TimeDialog : public PickerDialog {
 public:
-    static constexpr int kTemplate = 1007;
-
     TimeDialog(const TimeValue& from, const TimeValue& to, TimeValue* fromResult, TimeValue* toResult);
     ~TimeDialog() override;
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/desktop/geometry.h"
+#include "resources/dialog_ids.h"  // kIdOk, kIdCancel
 
 namespace jotlet {
 
@@ -181,9 +182,5 @@ inline constexpr int kListDoubleClick = 2;
 inline constexpr int kComboSelectionChanged = 1;
 inline constexpr int kComboEditChanged = 5;
 inline constexpr int kEditChanged = 0x300;
-
-// Ids that every dialog shares.
-inline constexpr int kIdOk = 1;
-inline constexpr int kIdCancel = 2;
 
 }  // namespace jotlet

@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "resources/dialog_ids.h"
 #include "resources/dialogs/dialogs.h"
 
 namespace jotlet {
@@ -7,7 +8,7 @@ namespace {
 
 DialogTemplate Find()
 {
-    return {2006,
+    return {find_dialog_ids::kDialog,
             "Find",
             20,
             20,
@@ -16,12 +17,12 @@ DialogTemplate Find()
             0,
             {
                 {ControlKind::Text, -1, "F&ind", 4, 30, 60, 8},
-                {ControlKind::Edit, 103, "", 4, 39, 130, 12, kControlLowerCase},
-                {ControlKind::DefaultPush, 1, "&Find", 141, 4, 46, 14},
-                {ControlKind::Push, 104, "&Go to", 141, 20, 46, 14},
-                {ControlKind::Push, 2, "&Done", 141, 36, 46, 14},
+                {ControlKind::Edit, find_dialog_ids::kTermEdit, "", 4, 39, 130, 12, kControlLowerCase},
+                {ControlKind::DefaultPush, kIdOk, "&Find", 141, 4, 46, 14},
+                {ControlKind::Push, find_dialog_ids::kGoToButton, "&Go to", 141, 20, 46, 14},
+                {ControlKind::Push, kIdCancel, "&Done", 141, 36, 46, 14},
                 {ControlKind::Group, -1, "Category", 4, 1, 130, 27},
-                {ControlKind::Text, 200, "All Categories", 10, 14, 118, 8},
+                {ControlKind::Text, find_dialog_ids::kCategoryText, "All Categories", 10, 14, 118, 8},
                 {ControlKind::Picture, -1, "2022", 4, 53, 183, 8},
             }};
 }

@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "resources/dialog_ids.h"
 #include "resources/dialogs/dialogs.h"
 
 namespace jotlet {
@@ -7,12 +8,12 @@ namespace {
 
 DialogTemplate Splash()
 {
-    return {1010, "", 0, 0, 118, 59, kDialogNoCaption, {}};
+    return {splash_dialog_ids::kDialog, "", 0, 0, 118, 59, kDialogNoCaption, {}};
 }
 
 DialogTemplate About()
 {
-    return {1006,
+    return {about_dialog_ids::kDialog,
             "About",
             20,
             20,
@@ -20,19 +21,19 @@ DialogTemplate About()
             112,
             0,
             {
-                {ControlKind::DefaultPush, 1, "OK", 149, 91, 50, 14},
+                {ControlKind::DefaultPush, kIdOk, "OK", 149, 91, 50, 14},
                 {ControlKind::Text, -1, "Copyright the makers of Pinwell. All rights reserved.", 7, 36, 192, 9},
                 {ControlKind::Text, -1, "Your notes are yours: they stay in your own files.", 7, 46, 192, 9},
                 {ControlKind::Icon, -1, "1000", 7, 7, 20, 20},
-                {ControlKind::Push, 100, "", 7, 61, 100, 11, kControlHidden},
-                {ControlKind::Push, 101, "", 7, 74, 100, 11, kControlHidden},
+                {ControlKind::Push, about_dialog_ids::kMail, "", 7, 61, 100, 11, kControlHidden},
+                {ControlKind::Push, about_dialog_ids::kHomePage, "", 7, 74, 100, 11, kControlHidden},
                 {ControlKind::Text, -1, "Pinwell : sticky organizer v2.0 : Jotlet", 36, 13, 163, 9},
             }};
 }
 
 DialogTemplate Progress()
 {
-    return {1009,
+    return {progress_dialog_ids::kDialog,
             "",
             20,
             20,
@@ -40,14 +41,14 @@ DialogTemplate Progress()
             30,
             kDialogNoCaption,
             {
-                {ControlKind::Text, 99, "", 5, 4, 154, 9},
-                {ControlKind::Text, 100, "", 5, 17, 154, 8, kControlHidden},
+                {ControlKind::Text, progress_dialog_ids::kText, "", 5, 4, 154, 9},
+                {ControlKind::Text, progress_dialog_ids::kBar, "", 5, 17, 154, 8, kControlHidden},
             }};
 }
 
 DialogTemplate Skins()
 {
-    return {2020,
+    return {skins_dialog_ids::kDialog,
             "Skins",
             20,
             20,
@@ -56,9 +57,9 @@ DialogTemplate Skins()
             0,
             {
                 {ControlKind::Text, -1, "&Select skin", 7, 7, 136, 8},
-                {ControlKind::ListBox, 100, "", 7, 17, 136, 84, kControlScroll},
-                {ControlKind::DefaultPush, 1, "Ok", 41, 107, 48, 14},
-                {ControlKind::Push, 2, "Cancel", 95, 107, 48, 14},
+                {ControlKind::ListBox, skins_dialog_ids::kSkinList, "", 7, 17, 136, 84, kControlScroll},
+                {ControlKind::DefaultPush, kIdOk, "Ok", 41, 107, 48, 14},
+                {ControlKind::Push, kIdCancel, "Cancel", 95, 107, 48, 14},
             }};
 }
 

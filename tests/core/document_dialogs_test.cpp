@@ -6,6 +6,7 @@
 #include "core/skins_dialog.h"
 #include "core_fixture.h"
 #include "platform/base/session.h"
+#include "resources/dialog_ids.h"
 #include "store/open_table.h"
 #include "store/record_query.h"
 
@@ -30,7 +31,7 @@ protected:
     int Run(std::function<void(WindowHandle)> act)
     {
         WhenModal(std::move(act));
-        return dialog.DoModal(nullptr, NewFileDialog::kTemplate);
+        return dialog.DoModal(nullptr, new_file_dialog_ids::kDialog);
     }
     NewFileDialog dialog{"jot"};
 };
@@ -38,12 +39,12 @@ protected:
 TEST_F(NewFileDialogTest, OpensOnTheWorksFolderAndWaitsForAName)
 {
     EXPECT_EQ(Run([this](WindowHandle d) {
-                  EXPECT_EQ(ItemText(d, NewFileDialog::kFolderId), folder.File("Works"));
-                  EXPECT_TRUE(IsItemChecked(d, NewFileDialog::kExamplesId));
+                  EXPECT_EQ(ItemText(d, new_file_dialog_ids::kFolder), folder.File("Works"));
+                  EXPECT_TRUE(IsItemChecked(d, new_file_dialog_ids::kExamples));
                   EXPECT_FALSE(CanOk(d));
-                  Type(d, NewFileDialog::kNameId, "plans.txt");
+                  Type(d, new_file_dialog_ids::kName, "plans.txt");
                   EXPECT_TRUE(CanOk(d));
-                  TestPushItem(d, NewFileDialog::kExamplesId);
+                  TestPushItem(d, new_file_dialog_ids::kExamples);
                   TestPushItem(d, kIdOk);
               }),
               1);
@@ -56,11 +57,11 @@ TEST_F(NewFileDialogTest, AnExistingNameAndOneThatCannotBeMadeAreTold)
 {
     MakeNotes("here.jot");
     EXPECT_EQ(Run([this](WindowHandle d) {
-                  Type(d, NewFileDialog::kNameId, "here");
+                  Type(d, new_file_dialog_ids::kName, "here");
                   TestPushItem(d, kIdOk);
-                  Type(d, NewFileDialog::kNameId, "/no such folder/x");
+                  Type(d, new_file_dialog_ids::kName, "/no such folder/x");
                   TestPushItem(d, kIdOk);
-                  SetItemTextOf(d, NewFileDialog::kNameId, std::string(252, 'n'));
+                  SetItemTextOf(d, new_file_dialog_ids::kName, std::string(252, 'n'));
                   TestPushItem(d, kIdOk);
                   TestPushItem(d, kIdCancel);
               }),
@@ -74,13 +75,13 @@ TEST_F(NewFileDialogTest, BrowseTakesAFolderAndOnCancelKeepsTheOldOne)
 {
     chosenFiles = {folder.Path()};
     Run([this](WindowHandle d) {
-        Type(d, NewFileDialog::kNameId, "a");
-        TestPushItem(d, NewFileDialog::kBrowseId);
-        EXPECT_EQ(ItemText(d, NewFileDialog::kFolderId), folder.Path());
-        TestPushItem(d, NewFileDialog::kBrowseId);
-        EXPECT_EQ(ItemText(d, NewFileDialog::kFolderId), folder.Path());
-        SetItemTextOf(d, NewFileDialog::kFolderId, "");
-        TestKey(DialogItem(d, NewFileDialog::kNameId), kKeyBack);
+        Type(d, new_file_dialog_ids::kName, "a");
+        TestPushItem(d, new_file_dialog_ids::kBrowse);
+        EXPECT_EQ(ItemText(d, new_file_dialog_ids::kFolder), folder.Path());
+        TestPushItem(d, new_file_dialog_ids::kBrowse);
+        EXPECT_EQ(ItemText(d, new_file_dialog_ids::kFolder), folder.Path());
+        SetItemTextOf(d, new_file_dialog_ids::kFolder, "");
+        TestKey(DialogItem(d, new_file_dialog_ids::kName), kKeyBack);
         EXPECT_FALSE(CanOk(d));
         TestPushItem(d, kIdCancel);
     });
@@ -95,7 +96,7 @@ protected:
         WhenModal([typed](WindowHandle d) {
             EXPECT_EQ(WindowTitle(d), "notes.jot");
             if (!typed.empty())
-                Type(d, PasswordDialog::kPasswordId, typed);
+                Type(d, password_dialog_ids::kPassword, typed);
             TestPushItem(d, kIdOk);
         });
         return AskFilePasswordAndTell(nullptr, path);
@@ -139,9 +140,9 @@ TEST_F(PasswordTest, ClearingTheBoxDisablesOk)
 {
     WhenModal([](WindowHandle d) {
         EXPECT_TRUE(CanOk(d));
-        Type(d, PasswordDialog::kPasswordId, "x");
+        Type(d, password_dialog_ids::kPassword, "x");
         EXPECT_TRUE(CanOk(d));
-        TestKey(DialogItem(d, PasswordDialog::kPasswordId), kKeyBack);
+        TestKey(DialogItem(d, password_dialog_ids::kPassword), kKeyBack);
         EXPECT_FALSE(CanOk(d));
         TestPushItem(d, kIdCancel);
     });
@@ -184,9 +185,9 @@ protected:
     // Fills the three boxes, then lets `verify` work the second dialog.
     static void Fill(WindowHandle d, const char* owner, const char* assistant, const char* reader)
     {
-        Type(d, NetworkPasswordsDialog::kOwnerId, owner);
-        Type(d, NetworkPasswordsDialog::kAssistantId, assistant);
-        Type(d, NetworkPasswordsDialog::kReaderId, reader);
+        Type(d, network_passwords_ids::kOwner, owner);
+        Type(d, network_passwords_ids::kAssistant, assistant);
+        Type(d, network_passwords_ids::kReader, reader);
     }
 };
 
@@ -198,11 +199,11 @@ TEST_F(NetworkPasswordsTest, AMismatchInTheSecondDialogIsToldAndAskedAgain)
         EXPECT_TRUE(CanOk(d));
         TestPushItem(d, kIdOk);
         ASSERT_EQ(TopModal(), d) << "20 bytes cannot be stored, and are not cut unseen";
-        SetItemTextOf(d, NetworkPasswordsDialog::kReaderId, "guest");
+        SetItemTextOf(d, network_passwords_ids::kReader, "guest");
         WhenModal([](WindowHandle first) {
             Fill(first, "boss", "aide", "gust");
             WhenModal([](WindowHandle second) {
-                EXPECT_EQ(ItemText(second, NetworkPasswordsDialog::kOwnerId), "");
+                EXPECT_EQ(ItemText(second, network_passwords_ids::kOwner), "");
                 Fill(second, "boss", "aide", "guest");
                 TestPushItem(second, kIdOk);
             });
@@ -246,11 +247,11 @@ TEST_F(NetworkPasswordsTest, ClearingTheOwnersBoxOpensTheFileToEverybody)
 {
     ASSERT_EQ(SetNetworkPasswords(path, current, {"x", "", "guest"}), 1);
     WhenModal([](WindowHandle d) {
-        EXPECT_EQ(ItemText(d, NetworkPasswordsDialog::kReaderId), "guest");
-        TestKey(DialogItem(d, NetworkPasswordsDialog::kOwnerId), kKeyEnd);
-        TestKey(DialogItem(d, NetworkPasswordsDialog::kOwnerId), kKeyBack);
+        EXPECT_EQ(ItemText(d, network_passwords_ids::kReader), "guest");
+        TestKey(DialogItem(d, network_passwords_ids::kOwner), kKeyEnd);
+        TestKey(DialogItem(d, network_passwords_ids::kOwner), kKeyBack);
         WhenModal([](WindowHandle verify) {
-            Type(verify, NetworkPasswordsDialog::kReaderId, "guest");
+            Type(verify, network_passwords_ids::kReader, "guest");
             TestPushItem(verify, kIdOk);
         });
         TestPushItem(d, kIdOk);
@@ -327,12 +328,12 @@ TEST_F(OptionsTest, WithoutSettingsAllIsOnAndTwoSeconds)
 {
     Run([](WindowHandle d) {
         for (const int box :
-             {GeneralOptionsDialog::kSoundId, GeneralOptionsDialog::kAnimationId, GeneralOptionsDialog::kSplashId})
+             {general_options_ids::kSound, general_options_ids::kAnimation, general_options_ids::kSplash})
             EXPECT_TRUE(IsItemChecked(d, box));
-        EXPECT_EQ(RowCount(d, GeneralOptionsDialog::kRefreshId), 120);
-        EXPECT_EQ(RowText(d, GeneralOptionsDialog::kRefreshId, 119), "120 sec.");
-        EXPECT_EQ(SelectedRow(d, GeneralOptionsDialog::kRefreshId), 1);
-        EXPECT_TRUE(IsEnabled(DialogItem(d, GeneralOptionsDialog::kTrayId)));
+        EXPECT_EQ(RowCount(d, general_options_ids::kRefresh), 120);
+        EXPECT_EQ(RowText(d, general_options_ids::kRefresh, 119), "120 sec.");
+        EXPECT_EQ(SelectedRow(d, general_options_ids::kRefresh), 1);
+        EXPECT_TRUE(IsEnabled(DialogItem(d, general_options_ids::kTray)));
         TestPushItem(d, kIdCancel);
     });
     EXPECT_FALSE(std::filesystem::exists(folder.File("Pinwell.ini"))) << "Cancel writes nothing";
@@ -345,9 +346,9 @@ TEST_F(OptionsTest, OkStoresAndAppliesTheBoxes)
     Run([this](WindowHandle d) {
         SetSuite("Splash", "0");  // by another copy
         SetSuite("Annimation", "1");
-        EXPECT_FALSE(IsItemChecked(d, GeneralOptionsDialog::kSoundId)) << "only the exact 1 sets the box";
-        TestPushItem(d, GeneralOptionsDialog::kAnimationId);
-        TestPickRow(d, GeneralOptionsDialog::kRefreshId, 89);
+        EXPECT_FALSE(IsItemChecked(d, general_options_ids::kSound)) << "only the exact 1 sets the box";
+        TestPushItem(d, general_options_ids::kAnimation);
+        TestPickRow(d, general_options_ids::kRefresh, 89);
         TestPushItem(d, kIdOk);
     });
     EXPECT_EQ(SuiteSetting("Sound"), "0");
@@ -362,7 +363,7 @@ TEST_F(OptionsTest, ARefreshTimeOfNoneSelectsNothingAndIsStoredAsZero)
 {
     SetSuite("NetworkRefresh", "0");
     Run([](WindowHandle d) {
-        EXPECT_EQ(SelectedRow(d, GeneralOptionsDialog::kRefreshId), -1);
+        EXPECT_EQ(SelectedRow(d, general_options_ids::kRefresh), -1);
         TestPushItem(d, kIdOk);
     });
     EXPECT_EQ(SuiteSetting("NetworkRefresh"), "0");
@@ -383,8 +384,8 @@ TEST_F(OptionsTest, WithTheTrayProgramRunningItsBoxIsSetAndFixed)
     SessionGuard tray;
     ASSERT_EQ(tray.Take("ClassMarlinTray"), GuardResult::Taken);
     Run([](WindowHandle d) {
-        EXPECT_TRUE(IsItemChecked(d, GeneralOptionsDialog::kTrayId));
-        EXPECT_FALSE(IsEnabled(DialogItem(d, GeneralOptionsDialog::kTrayId)));
+        EXPECT_TRUE(IsItemChecked(d, general_options_ids::kTray));
+        EXPECT_FALSE(IsEnabled(DialogItem(d, general_options_ids::kTray)));
         TestPushItem(d, kIdCancel);
     });
 }
@@ -409,7 +410,7 @@ TEST_F(SkinsDialogTest, TheCurrentSkinIsSelectedWithoutRegardToCase)
 {
     SetSuite("CurrSkin", "2_HONEY.INI");
     Run([](WindowHandle d) {
-        EXPECT_EQ(RowText(d, SkinsDialog::kListId, SelectedRow(d, SkinsDialog::kListId)), "Honey");
+        EXPECT_EQ(RowText(d, skins_dialog_ids::kSkinList, SelectedRow(d, skins_dialog_ids::kSkinList)), "Honey");
         EXPECT_TRUE(CanOk(d));
         TestPushItem(d, kIdCancel);
     });
@@ -422,9 +423,9 @@ TEST_F(SkinsDialogTest, ASkinThatIsGoneSelectsNothingUntilTheUserPicks)
     std::vector<std::uint32_t> heard;
     const auto receiver = BroadcastReceiver::Open([&](const BroadcastMessage& m) { heard.push_back(m.code); });
     Run([](WindowHandle d) {
-        EXPECT_EQ(SelectedRow(d, SkinsDialog::kListId), -1);
+        EXPECT_EQ(SelectedRow(d, skins_dialog_ids::kSkinList), -1);
         EXPECT_FALSE(CanOk(d));
-        TestPickRow(d, SkinsDialog::kListId, 1);
+        TestPickRow(d, skins_dialog_ids::kSkinList, 1);
         EXPECT_TRUE(CanOk(d));
         TestPushItem(d, kIdOk);
     });
@@ -437,7 +438,7 @@ TEST_F(SkinsDialogTest, NoSkinsGiveAnEmptyList)
 {
     std::filesystem::remove_all(folder.File("Styles"));
     Run([](WindowHandle d) {
-        EXPECT_EQ(RowCount(d, SkinsDialog::kListId), 0);
+        EXPECT_EQ(RowCount(d, skins_dialog_ids::kSkinList), 0);
         EXPECT_FALSE(CanOk(d));
         TestPushItem(d, kIdCancel);
     });

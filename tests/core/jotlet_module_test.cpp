@@ -12,6 +12,7 @@
 #include "platform/base/file_system.h"
 #include "platform/base/process_identity.h"
 #include "platform/base/text.h"
+#include "resources/dialog_ids.h"
 #include "store/copies.h"
 #include "support/child_process.h"
 #include "support/failing_file_system.h"
@@ -41,7 +42,7 @@ protected:
     }
     static void TypeName(WindowHandle d, std::string_view name)
     {
-        TestType(DialogItem(d, NewFileDialog::kNameId), name);
+        TestType(DialogItem(d, new_file_dialog_ids::kName), name);
         TestPushItem(d, kIdOk);
     }
 };
@@ -95,7 +96,7 @@ TEST_F(StartTest, AWrongPasswordAtTheStartIsToldAndANewFileOffered)
             EXPECT_EQ(WindowTitle(newFile), "Create New File");
             TestPushItem(newFile, kIdCancel);
         });
-        TestType(DialogItem(password, PasswordDialog::kPasswordId), "boos");
+        TestType(DialogItem(password, password_dialog_ids::kPassword), "boos");
         TestPushItem(password, kIdOk);
     });
     Start();
@@ -133,7 +134,7 @@ TEST_F(ReplaceTest, NewReplacesTheOpenFileAndCancelDoesNot)
     Command(kCmdNewFile);
     EXPECT_EQ(OpenPath(), first);
     WhenModal([](WindowHandle d) {
-        TestPushItem(d, NewFileDialog::kExamplesId);
+        TestPushItem(d, new_file_dialog_ids::kExamples);
         TypeName(d, "empty.txt");
     });
     Command(kCmdNewFile);
@@ -194,9 +195,9 @@ TEST_F(ReplaceTest, SaveAsGoesOnWithTheOldFile)
 TEST_F(ReplaceTest, NewPasswordsKeepThisCopyOwner)
 {
     WhenModal([](WindowHandle d) {
-        TestType(DialogItem(d, NetworkPasswordsDialog::kOwnerId), "boss");
+        TestType(DialogItem(d, network_passwords_ids::kOwner), "boss");
         WhenModal([](WindowHandle verify) {
-            TestType(DialogItem(verify, NetworkPasswordsDialog::kOwnerId), "boss");
+            TestType(DialogItem(verify, network_passwords_ids::kOwner), "boss");
             TestPushItem(verify, kIdOk);
         });
         TestPushItem(d, kIdOk);

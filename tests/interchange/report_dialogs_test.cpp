@@ -6,6 +6,7 @@
 #include "notes/notes_fixture.h"
 #include "platform/desktop/file_dialog.h"
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 
 namespace jotlet {
 namespace {
@@ -134,7 +135,7 @@ TEST_F(Reports, ARangeWhoseEndsAreOutOfOrderIsRefused)
         EXPECT_EQ(ItemText(dialog, kFromButton), "10/2/2004");
         TestPushItem(dialog, kIdCancel);
     });
-    report.DoModal(frame.get(), kPrintReportDialogId);
+    report.DoModal(frame.get(), report_dialog_ids::kDialog);
     EXPECT_THAT(box.texts, testing::Each(HasSubstr("From date must be earlier")));
 }
 

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "net_fixture.h"
+#include "resources/dialog_ids.h"
 #include "support/failing_file_system.h"
 #include "support/temp_folder.h"
 
@@ -70,7 +71,7 @@ protected:
             if (TopModal() == window)
                 TestKey(window, kKeyEscape);
         });
-        return picker.DoModal(frame.get(), kEBookPickerId);
+        return picker.DoModal(frame.get(), e_book_picker_ids::kDialog);
     }
     static EBookRecord StoredContact(std::size_t index)
     {

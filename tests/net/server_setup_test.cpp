@@ -8,6 +8,7 @@
 
 #include "net_fixture.h"
 #include "platform/desktop/cursor.h"
+#include "resources/dialog_ids.h"
 #include "support/temp_folder.h"
 #include "tests/net/core/marlin_server.h"
 
@@ -69,7 +70,7 @@ protected:
             if (TopModal() == form)
                 TestKey(DialogItem(form, kName), kKeyEscape);
         });
-        return dialog.DoModal(nullptr, kServerSetupDialogId);
+        return dialog.DoModal(nullptr, server_setup_ids::kDialog);
     }
 };
 

@@ -9,6 +9,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/file_dialog.h"
 #include "platform/desktop/shell.h"
+#include "resources/dialog_ids.h"
 #include "support/temp_folder.h"
 #include "toolkit/widget_host.h"
 
@@ -43,7 +44,7 @@ protected:
     int Run(const std::function<void(WindowHandle)>& act, int mode = kEditExisting)
     {
         WhenModal(act);
-        return AlarmDialog(note, mode).DoModal(nullptr, kAlarmDialogId);
+        return AlarmDialog(note, mode).DoModal(nullptr, alarm_dialog_ids::kDialog);
     }
     static void Type(WindowHandle dialog, int id, std::string_view text)
     {

@@ -9,6 +9,7 @@
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
 #include "platform/desktop/test_input.h"
+#include "resources/dialog_ids.h"
 #include "support/window_test.h"
 
 namespace jotlet {
@@ -40,7 +41,7 @@ protected:
         shellCalls.clear();
         WhenModal(act);
         AlarmFiredDialog dialog(note);
-        const int result = dialog.DoModal(nullptr, kAlarmFiredDialogId);
+        const int result = dialog.DoModal(nullptr, alarm_fired_ids::kDialog);
         answered = dialog.Answered();
         return result;
     }

@@ -6,6 +6,7 @@
 #include "notes/note_command_ids.h"
 #include "notes_fixture.h"
 #include "platform/base/clock.h"
+#include "resources/dialog_ids.h"
 
 namespace jotlet {
 namespace {
@@ -43,7 +44,7 @@ protected:
         if (!answered) {
             // The answer must not reach the next dialog: a bare one uses it up.
             MarlinDialog nobody;
-            nobody.DoModal(nullptr, kAlarmFiredDialogId);
+            nobody.DoModal(nullptr, alarm_fired_ids::kDialog);
             shown.pop_back();
         }
         return result;

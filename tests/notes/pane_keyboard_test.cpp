@@ -7,6 +7,7 @@
 #include "notes/note_command_ids.h"
 #include "notes_fixture.h"
 #include "platform/desktop/menu.h"
+#include "resources/dialog_ids.h"
 #include "support/scoped_variable.h"
 #include "toolkit/focus_order.h"
 
@@ -392,7 +393,7 @@ TEST_F(PaneKeyboard, TheCategoryEditorKeepsWhatAnotherCopyDidMeanwhile)
         ASSERT_EQ(fill({"Calls", "Theirs"}), 1);
         TestPushItem(editor, kIdOk);
     });
-    EXPECT_EQ(CategoryEditorDialog(file.get()).DoModal(pane.get(), kCategoryEditorDialogId), 1);
+    EXPECT_EQ(CategoryEditorDialog(file.get()).DoModal(pane.get(), category_editor_ids::kDialog), 1);
     EXPECT_THAT(names(other), ElementsAre("Calls", "Mine", "Theirs"));
 
     std::vector<std::string> many;
@@ -406,7 +407,7 @@ TEST_F(PaneKeyboard, TheCategoryEditorKeepsWhatAnotherCopyDidMeanwhile)
         ASSERT_EQ(TopModal(), editor) << "Cancel goes back to the list";
         TestPushItem(editor, kIdOk);
     });
-    CategoryEditorDialog(file.get()).DoModal(pane.get(), kCategoryEditorDialogId);
+    CategoryEditorDialog(file.get()).DoModal(pane.get(), category_editor_ids::kDialog);
     EXPECT_THAT(boxes.texts, testing::Each(testing::HasSubstr("\r\nzebra\r\n")));
     EXPECT_EQ(names(other), many);
 }

@@ -8,6 +8,7 @@
 
 #include "platform/base/clock.h"
 #include "platform/desktop/application.h"
+#include "resources/dialog_ids.h"
 #include "toolkit/time_dialog.h"
 
 namespace jotlet {
@@ -36,7 +37,7 @@ int Run(const char* mode, const char* from, const char* to)
     TimeDialog dialog(ParseTime(from), ParseTime(to), &pickedFrom, &pickedTo);
     if (std::strcmp(mode, "single") == 0)
         dialog.SetSingleTime();
-    if (dialog.DoModal(nullptr, TimeDialog::kTemplate) == 1)
+    if (dialog.DoModal(nullptr, time_picker_ids::kDialog) == 1)
         std::printf("ok %s %s\n", TimeText(pickedFrom).c_str(), TimeText(pickedTo).c_str());
     else
         std::puts("cancel");

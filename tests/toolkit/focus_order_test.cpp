@@ -1,6 +1,7 @@
 #include "toolkit/focus_order.h"
 
 #include "platform/desktop/dialog.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "toolkit/date_dialog.h"
 #include "toolkit/marlin_class_link_button.h"
@@ -64,7 +65,7 @@ TEST_F(FocusOrderTest, InADialogTabReachesButtonsAndWidgets)
         }
         EndModal(window, 0);
     });
-    dialog.DoModal(&host, DateDialog::kTemplate);
+    dialog.DoModal(&host, date_picker_ids::kDialog);
     SetAnimationEnabled(1);
     EXPECT_THAT(classes, testing::Contains("MarlinCalMonth"));
     EXPECT_THAT(classes, testing::Contains("TFlyMenu").Times(2));

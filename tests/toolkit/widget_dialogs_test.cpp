@@ -3,6 +3,7 @@
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
 #include "platform/desktop/system_metrics.h"
+#include "resources/dialog_ids.h"
 #include "skin/sound.h"
 #include "toolkit/about_dialog.h"
 #include "toolkit/browse_for_folder.h"
@@ -48,7 +49,7 @@ TEST_F(WidgetDialogTest, TheDatePickerGivesThePickedDate)
         TestKey(grid, kKeyRight);
         TestPushItem(window, kIdOk);
     });
-    EXPECT_EQ(dialog.DoModal(&host, DateDialog::kTemplate), 1);
+    EXPECT_EQ(dialog.DoModal(&host, date_picker_ids::kDialog), 1);
     EXPECT_EQ(date, (DateValue{6, 3, 2000}));
     EXPECT_THAT(played, ElementsAre("play open.wav", "play close.wav"));
 }
@@ -61,7 +62,7 @@ TEST_F(WidgetDialogTest, ACancelledPickerChangesNothing)
         TestKey(FocusedWindow(), kKeyRight);
         TestKey(FocusedWindow(), kKeyEscape);
     });
-    EXPECT_EQ(dialog.DoModal(&host, DateDialog::kTemplate), 0);
+    EXPECT_EQ(dialog.DoModal(&host, date_picker_ids::kDialog), 0);
     EXPECT_EQ(date, (DateValue{5, 3, 2000}));
     EXPECT_THAT(played, ElementsAre("play close.wav")) << "without zoom it opens in silence";
 }
@@ -89,7 +90,7 @@ TEST_F(WidgetDialogTest, APickerOpensWhereItIsToldButOnTheDesktopItsButtonsBelow
             EXPECT_LE(cancel.right, client.right);
             EndModal(window, 0);
         });
-        dialog.DoModal(&host, DateDialog::kTemplate);
+        dialog.DoModal(&host, date_picker_ids::kDialog);
     }
     EXPECT_EQ(opened, (Point{50, 60}));
 }
@@ -103,7 +104,7 @@ TEST_F(WidgetDialogTest, TheTimePickerGivesBothTimes)
         TestKey(FocusedWindow(), kKeyPageDown);
         TestPushItem(window, kIdOk);
     });
-    EXPECT_EQ(dialog.DoModal(&host, TimeDialog::kTemplate), 1);
+    EXPECT_EQ(dialog.DoModal(&host, time_picker_ids::kDialog), 1);
     EXPECT_EQ(start, from);
     EXPECT_EQ(end, (TimeValue{9, 0, 0, kBeforeNoon}));
 }
@@ -119,7 +120,7 @@ TEST_F(WidgetDialogTest, ADoubleClickOnASingleTimeEndsTheDialog)
         ASSERT_EQ(ClassNameOf(grid), "MarlinWndList");
         TestDoubleClick(grid, {20, 5});
     });
-    EXPECT_EQ(dialog.DoModal(&host, TimeDialog::kTemplate), 1);
+    EXPECT_EQ(dialog.DoModal(&host, time_picker_ids::kDialog), 1);
     EXPECT_EQ(end.minute % 5, 0);
     EXPECT_NE(end, from);
 }
@@ -129,7 +130,7 @@ TEST_F(WidgetDialogTest, AboutWritesMailAndOpensTheHomePage)
     AboutDialog dialog;
     WhenModal([&](WindowHandle window) {
         ServeEvents();
-        for (const int id : {AboutDialog::kMailId, AboutDialog::kHomePageId}) {
+        for (const int id : {about_dialog_ids::kMail, about_dialog_ids::kHomePage}) {
             const WindowHandle link = ChildAt(window, MiddleOf(ItemRect(window, id)));
             EXPECT_EQ(ClassNameOf(link), "MarlinClassLinkButton");
             TestClick(link, {5, 5});
@@ -137,7 +138,7 @@ TEST_F(WidgetDialogTest, AboutWritesMailAndOpensTheHomePage)
         }
         TestPushItem(window, kIdOk);
     });
-    EXPECT_EQ(dialog.DoModal(&host, AboutDialog::kTemplate), 1);
+    EXPECT_EQ(dialog.DoModal(&host, about_dialog_ids::kDialog), 1);
     ASSERT_EQ(played.size(), 2u);
     EXPECT_THAT(played[0], testing::StartsWith("open mailto:"));
     EXPECT_THAT(played[1], testing::StartsWith("open "));
