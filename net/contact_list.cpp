@@ -48,7 +48,7 @@ void ContactList::DrawRecordItem(TableFile& book, RecordQuery& contacts, DeviceC
         DrawSelectionFrame(dc, cell, background);
     const Rect inside = cell.Inset(5, 1);
     EBookRecord contact;
-    if (book.ReadRecord(BytesOf(contact), contacts.Results()[static_cast<std::size_t>(index)]) != 1) {
+    if (book.ReadListedRecord(BytesOf(contact), contacts.Results()[static_cast<std::size_t>(index)]) != 1) {
         dc.DrawText(inside, "locked...", SmallFont(400), kBlack, kTextSingleLine | kTextVCentre);
         return;
     }
@@ -61,7 +61,7 @@ std::string ContactList::ItemName(int index)
 {
     EBookRecord contact;
     if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadRecord(BytesOf(contact), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        file->ReadListedRecord(BytesOf(contact), query->Results()[static_cast<std::size_t>(index)]) != 1)
         return "locked...";
     return DecodeForDisplay(FieldText(contact.bookName)) + ", " + DecodeForDisplay(FieldText(contact.bookEmail));
 }

@@ -59,7 +59,7 @@ void OccurrencesList::DrawRecordItem(TableFile& noteFile, RecordQuery& hits, Dev
                             .goneText = "Record is deleted by other user.",
                             .found = term};
     NoteRecord note;
-    if (noteFile.ReadRecord(BytesOf(note), hits.Results()[static_cast<std::size_t>(index)]) == 1)
+    if (noteFile.ReadListedRecord(BytesOf(note), hits.Results()[static_cast<std::size_t>(index)]) == 1)
         DrawNoteCell(dc, note, background, cell, look);
     else
         DrawGoneCell(dc, cell, look);
@@ -69,7 +69,7 @@ std::string OccurrencesList::ItemName(int index)
 {
     NoteRecord note;
     if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
         return "Record is deleted by other user.";
     return DecodeForDisplay(FieldText(note.title));
 }
@@ -78,7 +78,7 @@ std::string OccurrencesList::ItemDetail(int index)
 {
     NoteRecord note;
     if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
         return {};
     return DescribeNote(note);
 }

@@ -19,7 +19,7 @@ void NotesList::DrawRecordItem(TableFile& noteFile, RecordQuery& notes, DeviceCo
         return;
     const NoteCellLook look{.font = &SansFont(400), .goneText = "Record is deleted by another user."};
     NoteRecord note;
-    if (noteFile.ReadRecord(BytesOf(note), notes.Results()[static_cast<std::size_t>(index)]) == 1)
+    if (noteFile.ReadListedRecord(BytesOf(note), notes.Results()[static_cast<std::size_t>(index)]) == 1)
         DrawNoteCell(dc, note, background, cell, look);
     else
         DrawGoneCell(dc, cell, look);
@@ -29,7 +29,7 @@ std::string NotesList::ItemName(int index)
 {
     NoteRecord note;
     if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
         return "Record is deleted by another user.";
     return DecodeForDisplay(FieldText(note.title)) + ": " + DecodeForDisplay(FieldText(note.text));
 }
@@ -38,7 +38,7 @@ std::string NotesList::ItemDetail(int index)
 {
     NoteRecord note;
     if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
         return {};
     return DescribeNote(note);
 }

@@ -37,6 +37,13 @@ constexpr Colour kBinFrame = 0x0372A5;
 constexpr Colour kBinMark = 0x00AFF0;
 constexpr int kTabWidth = 50;
 
+// What the board, its tabs and categories, and the look for due alarms ask of all notes.
+constexpr FieldRange kListedFields[] = {{kCategoryOffset, kCategorySize},
+                                        {kDateOffset, kDateSize},
+                                        {kAlarmStateOffset, 1},
+                                        {kAlarmDateOffset, sizeof(DateValue)},
+                                        {kTitleOffset, kTitleSize}};
+
 constexpr int kCategoryString = 30;
 constexpr Milliseconds kDayPeriod{10'000};
 
@@ -187,6 +194,7 @@ void NotesPane::Refresh(TableFile* newFile)
         return;
     }
     ShowWaitCursor();
+    file->ExpectQueriesFor(kListedFields);
     query->Reset();
     query->PrepareResults();
     if (OnDateTab())

@@ -31,7 +31,7 @@ public:
         if (known != all.end() && known->address == address)
             return known->start;
         TitleStart start{};
-        file.ReadField(BytesOf(start), {kTitleOffset, kStartBytes}, address);
+        file.ReadListedField(BytesOf(start), {kTitleOffset, kStartBytes}, address);
         return start;
     }
 

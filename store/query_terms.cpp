@@ -75,8 +75,10 @@ ReadyTerm::ReadyTerm(const FilterTerm& term, std::uint32_t recordSize)
     // A comparison sees no more of the value than the field could hold; a search needs all of it.
     if (!searches)
         needle.length = std::min<std::size_t>(needle.length, size);
-    const std::uint64_t reads = std::max<std::uint64_t>(size, FixedSizeOf(term.valueType));
-    const bool inside = offset + reads <= recordSize;
+    const std::uint64_t asked = std::max<std::uint64_t>(size, FixedSizeOf(term.valueType));
+    const bool inside = offset + asked <= recordSize;
+    reads = inside ? static_cast<std::uint32_t>(asked) : 0;
+    isText = term.valueType == ValueType::Text && term.kind != TermKind::Predicate;
     readsField = inside && term.kind != TermKind::All;
     test = TestOf(term, inside);
 }
@@ -161,6 +163,15 @@ bool ReadyTerms::Match(const std::byte* record)
             return false;
     }
     return true;
+}
+
+std::vector<AskedField> ReadyTerms::Fields() const
+{
+    std::vector<AskedField> fields;
+    for (const ReadyTerm& term : terms)
+        if (term.ReadsField())
+            fields.push_back(term.Field());
+    return fields;
 }
 
 void ReadyTerms::TellResults(RecordQuery& query) const

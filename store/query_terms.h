@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "store/record_query.h"
+#include "store/table_memory.h"
 #include "store/text_search.h"
 
 namespace jotlet {
@@ -18,6 +19,8 @@ public:
     Connective GetConnective() const { return connective; }
     std::uint32_t FieldOffset() const { return offset; }
     bool ReadsField() const { return readsField; }
+    // All that Holds reads of the record.
+    AskedField Field() const { return {{offset, reads}, isText}; }
     // Bytes of the field worth having at hand: a search walks through the text, and most texts are short.
     std::uint32_t FetchSize() const { return size < kFetchLimit ? size : kFetchLimit; }
 
@@ -40,6 +43,8 @@ private:
     std::uint32_t size;
     Connective connective;
     bool readsField;
+    std::uint32_t reads;
+    bool isText;
     FieldComparator comparator;
     int (*predicate)(const std::byte*, const FieldValue&);
     FieldValue value;
@@ -57,6 +62,7 @@ public:
     // A caller's own code takes part, which must not run on a mapping.
     bool HasPredicate() const { return hasPredicate; }
     const std::vector<ReadyTerm>& Terms() const { return terms; }
+    std::vector<AskedField> Fields() const;
 
 private:
     std::vector<ReadyTerm> terms;

@@ -149,8 +149,11 @@ int TableFile::RunQuery(RecordQuery& query) const
     if (!IsOpen() || !query.results)
         return 0;
     ReadyTerms terms(query, recordSize);
-    const bool showConfidential = SeesConfidential(GetRole());
-    TableScan scan(*this);
+    std::vector<AskedField> fields = terms.Fields();
+    if (query.sortComparator)
+        fields.push_back(query.SortField());
+    TableScan scan(*this, fields);
+    const bool showConfidential = SeesConfidential(scan.Header() ? RoleIn(*scan.Header()) : GetRole());
     if (query.reachesAll && !query.MakeRoom(scan.SlotCount()))
         return 0;
     if (terms.HasPredicate())

@@ -22,6 +22,7 @@
 
 #include "store/field_comparators.h"
 #include "store/record_address.h"
+#include "store/table_memory.h"
 
 namespace jotlet {
 
@@ -121,6 +122,7 @@ private:
     // False without memory.
     bool MakeRoom(std::int64_t slots);
     int SortResults(TableFile& file);
+    AskedField SortField() const;
 
     bool reachesAll = false;
 };

@@ -14,13 +14,8 @@ namespace {
 // Up to here one read a record is less than one read of the file.
 constexpr std::size_t kFewResults = 100;
 
-struct KeyField {
-    std::uint32_t offset;
-    std::uint32_t size;
-};
-
 // The keys of `addresses`, which all lie in `run`. May run on a mapping.
-void CopyKeys(const SlotRun& run, std::span<const RecordAddress> addresses, KeyField field, std::byte* keys)
+void CopyKeys(const SlotRun& run, std::span<const RecordAddress> addresses, FieldRange field, std::byte* keys)
 {
     constexpr std::size_t kDistance = 12;
     for (std::size_t i = 0; i < addresses.size(); ++i) {
@@ -32,7 +27,7 @@ void CopyKeys(const SlotRun& run, std::span<const RecordAddress> addresses, KeyF
 
 // Picks the keys out of one walk over the file. The results of a scan are in file order; those of a sort aren't, so the
 // caller gives them in order.
-bool ScanKeys(TableScan& scan, std::span<const RecordAddress> ordered, KeyField field, std::byte* keys)
+bool ScanKeys(TableScan& scan, std::span<const RecordAddress> ordered, FieldRange field, std::byte* keys)
 {
     std::size_t next = 0;
     std::size_t missed = 0;
@@ -61,7 +56,7 @@ int RecordQuery::Sort(TableFile& file, std::uint32_t keyOffset, std::uint32_t ke
     sortKeySize = keySize;
     sortComparator = comparator;
     if (seenStamp == kNoStamp)
-        seenStamp = file.GetChangeStamp();
+        seenStamp = file.memory.IsFilled() ? file.memory.Stamp() : file.GetChangeStamp();
     return SortResults(file);
 }
 
@@ -70,13 +65,19 @@ int RecordQuery::Resort()
     return sortFile && sortComparator ? SortResults(*sortFile) : 0;
 }
 
+AskedField RecordQuery::SortField() const
+{
+    const auto reads = static_cast<std::uint32_t>(BytesRead(sortComparator));
+    return {{sortKeyOffset, std::max(sortKeySize, reads)}, sortComparator == CompareTitles};
+}
+
 int RecordQuery::SortResults(TableFile& file)
 {
     if (!file.IsOpen() || !sortComparator || sortKeySize == 0)
         return 0;
-    const KeyField field{sortKeyOffset,
-                         std::max<std::uint32_t>(sortKeySize, static_cast<std::uint32_t>(BytesRead(sortComparator)))};
-    if (field.offset > file.RecordSize() || field.size > file.RecordSize() - field.offset)
+    const AskedField asked = SortField();
+    const FieldRange field = asked.range;
+    if (!file.IsInRecord(field))
         return 0;
     const auto count = static_cast<std::size_t>(results ? resultCount : 0);
     if (count < 2)
@@ -94,8 +95,12 @@ int RecordQuery::SortResults(TableFile& file)
 
     std::vector<std::byte> keys(count * field.size);
     bool allRead = true;
-    TableScan scan(file);
-    if (scan.IsMapped() || count >= kFewResults) {
+    // The keys as the query that found these results saw them.
+    const bool isKept = file.memory.Keeps({&asked, 1});
+    TableScan scan = isKept                ? TableScan::OfMemory(file)
+                     : count < kFewResults ? TableScan(file)
+                                           : TableScan(file, {&asked, 1});
+    if (isKept || scan.IsMapped() || count >= kFewResults) {
         allRead = ScanKeys(scan, ordered, field, keys.data());
     } else {
         for (std::size_t i = 0; i < count; ++i)

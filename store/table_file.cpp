@@ -234,6 +234,7 @@ void TableFile::Close()
     }
     FileFlush(file.Get());
     mapping.Drop();
+    memory.Forget();
     file.Reset();
     held.clear();
     lost.clear();
@@ -309,6 +310,7 @@ int TableFile::UpdateHeader(const std::function<bool(TableHeader&)>& change)
     changed.freeSlots = header.freeSlots;
     changed.changeStamp = header.changeStamp;
     changed.openCount = header.openCount;
+    changed.lastChanges = header.lastChanges;
     unsynced.everything = true;
     if (StoreHeader(changed))
         return 1;
@@ -341,7 +343,12 @@ std::uint64_t TableFile::GetChangeStamp() const
 Role TableFile::GetRole() const
 {
     TableHeader header;
-    const Role role = IsOpen() && LoadHeader(header) ? RoleOfPassword(header, password) : Role::None;
+    return IsOpen() && LoadHeader(header) ? RoleIn(header) : Role::None;
+}
+
+Role TableFile::RoleIn(const TableHeader& header) const
+{
+    const Role role = RoleOfPassword(header, password);
     return readOnlyReason && MayChange(role) ? Role::Reader : role;
 }
 

@@ -9,7 +9,8 @@
 // keeps caches reads go round them (shared_file.h); where locks stay on each machine turns are taken by a file beside
 // the table (turn_file.h), and held records are named in the list of copies (copies.h).
 //
-// To change a record, hold it (record_hold.h). What Flush has confirmed survives a kill and a power failure. Changes of the header go through UpdateHeader.
+// To change a record, hold it (record_hold.h). What Flush has confirmed survives a kill and a power failure. Changes of
+// the header go through UpdateHeader.
 //
 // A file that another program replaces or removes under an open table gets nothing more written to it: every change
 // first makes sure that the path still names it (PathStillNamesThisFile).
@@ -18,7 +19,7 @@
 // Owns:    the file handle. Close(), or the destructor, gives back this opening's share of openCount.
 // Threads: one.
 // Errors:  nothing throws. Each operation tells its results; on an object that isn't open every one gives 0 (GetRole:
-//          None). A failed change leaves the file as it was.
+//          None). A failed change leaves the file as it was, but for the stamp of a file on a drive.
 #pragma once
 
 #include <cstddef>
@@ -35,8 +36,10 @@
 #include "platform/base/shared_file.h"
 #include "platform/base/turn_file.h"
 #include "store/copies.h"
+#include "store/field_range.h"
 #include "store/record_address.h"
 #include "store/role.h"
+#include "store/table_memory.h"
 #include "store/table_schema.h"
 
 namespace jotlet {
@@ -55,12 +58,6 @@ enum class OpenFailure {
     Permission,    // may not be read and written
     NoAnswer,      // the drive doesn't answer
     Io,
-};
-
-// A part of a record, for scans that need little of it.
-struct FieldRange {
-    std::uint32_t offset = 0;
-    std::uint32_t size = 0;
 };
 
 // Which records a scan delivers.
@@ -169,6 +166,10 @@ public:
     RecordState ReadState(std::span<std::byte> record, RecordAddress address) const;
     // Only those bytes of the record that lie in `field`. Result as ReadRecord.
     int ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const;
+    // The same two for what a list shows. On a drive they give what the last query saw, but for records that this copy
+    // has changed since, and ask the server only for what isn't kept. Not for work on a record.
+    int ReadListedRecord(std::span<std::byte> record, RecordAddress address) const;
+    int ReadListedField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const;
 
     // 1 if this call took the lock, and then the refresh switch is off. 0 if the record is held (by whomever, this
     // object included) or free, or on a failure. A `locked` byte whose copy is gone doesn't count.
@@ -186,6 +187,10 @@ public:
     // Fills the query's results (record_query.h). 1, or 0 when the file can't be read or there is no room for results;
     // the query then holds what had been found.
     int RunQuery(RecordQuery& query) const;
+
+    // Fields that later queries will ask for: on a drive the first that reads the whole file keeps them, too. Later
+    // ones then ask the server for what has changed only (change_ring.h).
+    void ExpectQueriesFor(std::span<const FieldRange> fields);
 
     // Calls `visit` for every live record in file order, with the bytes of `fields` one behind the other, copied. No
     // limit of count. `visit` gives false to stop. 1 when it ran to an end or was stopped; 0 when a field doesn't lie
@@ -237,13 +242,32 @@ private:
     bool Settle();
     bool LoadHeader(TableHeader& header) const;
     bool StoreHeader(const TableHeader& header);
+    // A change of records in its turn: Begin before the bytes of a slot that is there, Count with each slot for the
+    // header that is then stored. On a drive both tell it (change_ring.h). PutBack is for a change that failed.
+    void MakeRingSure(TableHeader& header);
+    bool BeginChange(TableHeader& header, RecordAddress slot);
+    void CountChange(TableHeader& header, RecordAddress slot);
+    void PutBackHeader(TableHeader& header, const TableHeader& before, RecordAddress slot);
     // False when no whole slot lies at the address.
     bool LoadSlot(RecordAddress address, std::span<std::byte> slot) const;
     bool LoadPrefix(RecordAddress address, RecordPrefix& prefix) const;
 
+    bool IsInRecord(const FieldRange& field) const
+    {
+        return field.offset <= recordSize && field.size <= recordSize - field.offset;
+    }
+    // Makes the memory stand for the file as it is now, with these fields; `header` is the file's. False on this
+    // machine, and when that can't be done: the file is to be read then.
+    enum class WhenUnknown { ReadAll, GiveUp };
+    bool Recall(std::span<const AskedField> fields, WhenUnknown then, TableHeader& header) const;
+    bool ReadSlotsIntoMemory(std::int64_t from, std::int64_t to) const;
+    bool RememberChanges(const TableHeader& header, std::int64_t slotCount) const;
+    Role RoleIn(const TableHeader& header) const;
+
     // Where an added record goes. 0: nowhere.
     RecordAddress EndSlot() const;
     RecordAddress FindFreeSlot(const TableHeader& header) const;
+    RecordAddress FindRememberedFreeSlot() const;
     // All of them or none, behind the last slot.
     int AppendRecords(std::span<const std::byte> records, TableHeader& header, RecordAddress& first);
     int ClearLock(RecordAddress address);
@@ -274,6 +298,9 @@ private:
     // A `locked` byte could not be cleared: the next opening that is alone repairs.
     bool leftLocked = false;
     mutable FileMapping mapping;
+    mutable TableMemory memory;
+    // A change could not be put back, and others may have seen it.
+    bool ringIsUnsure = false;
     // All slots before `freeSlotHint` are live as long as the stamp in the file is `freeSlotStamp`.
     std::uint64_t freeSlotStamp = 0;
     RecordAddress freeSlotHint = 0;

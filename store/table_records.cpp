@@ -9,8 +9,10 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "platform/base/file_system.h"
+#include "store/change_ring.h"
 #include "store/passwords.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
@@ -54,6 +56,48 @@ bool TableFile::LoadPrefix(RecordAddress address, RecordPrefix& prefix) const
     return true;
 }
 
+void TableFile::MakeRingSure(TableHeader& header)
+{
+    if (!std::exchange(ringIsUnsure, false))
+        return;
+    ++header.changeStamp;
+    BeginRingAnew(header);
+}
+
+bool TableFile::BeginChange(TableHeader& header, RecordAddress slot)
+{
+    if (IsOnThisMachine())
+        return true;
+    MakeRingSure(header);
+    BeginRingChange(header, slot);
+    return Store(BytesOf(header), sizeof(SizeBlock));
+}
+
+void TableFile::CountChange(TableHeader& header, RecordAddress slot)
+{
+    if (IsOnThisMachine()) {
+        ++header.changeStamp;
+        return;
+    }
+    MakeRingSure(header);
+    TellRingChange(header, slot);
+    memory.Touch(slot);
+}
+
+// Others on a drive may have seen the change, and its stamp must not come again for another one. Until the next change
+// they look at the slot (0: none) again and again, since it may be put back after the header.
+void TableFile::PutBackHeader(TableHeader& header, const TableHeader& before, RecordAddress slot)
+{
+    const std::uint64_t tried = header.changeStamp;
+    header = before;
+    if (!IsOnThisMachine()) {
+        header.changeStamp = tried + 1;
+        BeginRingAnew(header);
+        BeginRingChange(header, slot);
+    }
+    ringIsUnsure = !StoreHeader(header) && !IsOnThisMachine();
+}
+
 bool TableFile::SetByte(RecordAddress address, std::size_t offset, std::uint8_t value)
 {
     return Store(BytesOf(value), address + static_cast<std::int64_t>(offset));
@@ -71,6 +115,24 @@ RecordAddress TableFile::EndSlot() const
     return address + recordSize <= kLastAddress ? static_cast<RecordAddress>(address) : 0;
 }
 
+RecordAddress TableFile::FindRememberedFreeSlot() const
+{
+    TableHeader now;
+    if (!memory.IsFilled() || !Recall({}, WhenUnknown::GiveUp, now))
+        return 0;
+    RecordAddress found = 0;
+    TableScan scan = TableScan::OfMemory(*this);
+    scan.Run(
+        0, scan.SlotCount(), [] {},
+        [&](const SlotRun& run) {
+            if (run.first[kActiveAt] == std::byte{0})
+                found = run.address;
+            return found == 0;
+        });
+    RecordPrefix prefix;
+    return found != 0 && LoadPrefix(found, prefix) && prefix.active == 0 ? found : 0;
+}
+
 RecordAddress TableFile::FindFreeSlot(const TableHeader& header) const
 {
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
@@ -78,6 +140,8 @@ RecordAddress TableFile::FindFreeSlot(const TableHeader& header) const
     // On a drive one slot costs less to look at than a hundred.
     if (RecordPrefix prefix; hinted && !IsOnThisMachine() && LoadPrefix(freeSlotHint, prefix) && prefix.active == 0)
         return freeSlotHint;
+    if (const RecordAddress known = hinted ? 0 : FindRememberedFreeSlot(); known != 0)
+        return known;
     TableScan scan(*this);
     const auto look = [&](const SlotRun& run) {
         for (std::int64_t i = 0; i < run.count; ++i) {
@@ -105,12 +169,12 @@ int TableFile::AppendRecords(std::span<const std::byte> records, TableHeader& he
     first = EndSlot();
     if (first == 0 || kLastAddress - first < static_cast<std::int64_t>(records.size()))
         return 0;
-    const std::uint64_t stampBefore = header.changeStamp;
-    header.changeStamp += records.size() / recordSize;
+    const TableHeader before = header;
+    for (std::size_t done = 0; done < records.size(); done += recordSize)
+        CountChange(header, first + static_cast<RecordAddress>(done));
     if (Store(records, first) && StoreHeader(header))
         return 1;
-    header.changeStamp = stampBefore;
-    StoreHeader(header);
+    PutBackHeader(header, before, 0);
     Files().Truncate(file.Get(), first);
     return 0;
 }
@@ -149,11 +213,15 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
         return 0;
     const TableHeader headerBefore = header;
     std::vector<std::byte> inactive(record.begin(), record.end());
-    inactive[kActiveAt] = std::byte{0};
+    // Where the record reaches the server in one piece, nobody can find half of it.
+    const bool inOnePiece = !IsOnThisMachine() && file.GetDrive().writesDirect;
+    if (!inOnePiece)
+        inactive[kActiveAt] = std::byte{0};
     ++header.freeSlots;
-    if (Store(BytesOf(header), sizeof(SizeBlock)) && Store(inactive, address) &&
-        SetByte(address, kActiveAt, static_cast<std::uint8_t>(record[kActiveAt]))) {
-        ++header.changeStamp;
+    const bool isCounted = IsOnThisMachine() ? Store(BytesOf(header), sizeof(SizeBlock)) : BeginChange(header, address);
+    if (isCounted && Store(inactive, address) &&
+        (inOnePiece || SetByte(address, kActiveAt, static_cast<std::uint8_t>(record[kActiveAt])))) {
+        CountChange(header, address);
         if (StoreHeader(header)) {
             NoteFreeSlots(header, address + static_cast<RecordAddress>(recordSize));
             return 1;
@@ -161,8 +229,7 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
     }
     // Free first: a slot must never be live and counted as free. What else it holds doesn't matter.
     SetByte(address, kActiveAt, 0);
-    StoreHeader(headerBefore);
-    header = headerBefore;
+    PutBackHeader(header, headerBefore, address);
     return 0;
 }
 
@@ -229,11 +296,12 @@ int TableFile::DeleteRecord(RecordAddress address)
         return 0;
     const TableHeader before = header;
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp;
-    ++header.changeStamp;
+    const bool isBegun = BeginChange(header, address);
+    CountChange(header, address);
     if (header.freeSlots > std::numeric_limits<std::int32_t>::min())
         --header.freeSlots;
-    if (!SetByte(address, kActiveAt, 0) || !StoreHeader(header)) {
-        StoreHeader(before);
+    if (!isBegun || !SetByte(address, kActiveAt, 0) || !StoreHeader(header)) {
+        PutBackHeader(header, before, address);
         SetByte(address, kActiveAt, prefix.active);
         return 0;
     }
@@ -259,10 +327,11 @@ int TableFile::WriteRecord(std::span<const std::byte> record, RecordAddress addr
         return 0;
     const TableHeader headerBefore = header;
     const bool hinted = freeSlotHint != 0 && freeSlotStamp == header.changeStamp && record[kActiveAt] != std::byte{0};
-    ++header.changeStamp;
-    if (!Store(record.first(recordSize), address) || !StoreHeader(header)) {
+    const bool isBegun = BeginChange(header, address);
+    CountChange(header, address);
+    if (!isBegun || !Store(record.first(recordSize), address) || !StoreHeader(header)) {
         Store(before, address);
-        StoreHeader(headerBefore);
+        PutBackHeader(header, headerBefore, address);
         return 0;
     }
     if (hinted)
@@ -288,9 +357,33 @@ int TableFile::ReadRecord(std::span<std::byte> record, RecordAddress address) co
 int TableFile::ReadField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const
 {
     std::array<std::byte, kNoteRecordSize> slot;
-    if (!IsOpen() || bytes.size() < field.size || field.offset > recordSize || field.size > recordSize - field.offset ||
-        !LoadSlot(address, slot))
+    if (!IsOpen() || bytes.size() < field.size || !IsInRecord(field) || !LoadSlot(address, slot))
         return 0;
+    std::memcpy(bytes.data(), slot.data() + field.offset, field.size);
+    return PrefixOf(slot).active != 0 ? 1 : 0;
+}
+
+int TableFile::ReadListedRecord(std::span<std::byte> record, RecordAddress address) const
+{
+    if (const std::vector<std::byte>* known = memory.Whole(address); known && record.size() >= known->size()) {
+        std::ranges::copy(*known, record.begin());
+        return PrefixOf(record).active != 0 ? 1 : 0;
+    }
+    const RecordState state = ReadState(record, address);
+    if (state != RecordState::Unreadable)
+        memory.KeepWhole(address, record.first(recordSize));
+    return state == RecordState::Live ? 1 : 0;
+}
+
+int TableFile::ReadListedField(std::span<std::byte> bytes, FieldRange field, RecordAddress address) const
+{
+    const AskedField asked{field};
+    const std::int64_t inside = std::int64_t{address} - FirstRecordOffset();
+    if (!memory.Keeps({&asked, 1}) || memory.IsTouched(address) || bytes.size() < field.size || inside < 0 ||
+        inside % recordSize != 0 || inside / recordSize >= memory.SlotCount())
+        return ReadField(bytes, field, address);
+    std::array<std::byte, kNoteRecordSize> slot;
+    memory.CopyTo(inside / recordSize, slot);
     std::memcpy(bytes.data(), slot.data() + field.offset, field.size);
     return PrefixOf(slot).active != 0 ? 1 : 0;
 }

@@ -17,6 +17,28 @@ constexpr std::size_t kConfidentialAt = offsetof(RecordPrefix, confidential);
 
 TableScan::TableScan(const TableFile& file) : file(file)
 {
+    LookAtFile();
+}
+
+TableScan::TableScan(const TableFile& file, Remembered)
+    : file(file), ready(true), remembered(true), slotCount(file.memory.SlotCount())
+{
+}
+
+TableScan::TableScan(const TableFile& file, std::span<const AskedField> fields) : file(file)
+{
+    TableHeader now;
+    if (!file.Recall(fields, TableFile::WhenUnknown::ReadAll, now)) {
+        LookAtFile();
+        return;
+    }
+    header = now;
+    ready = remembered = true;
+    slotCount = file.memory.SlotCount();
+}
+
+void TableScan::LookAtFile()
+{
     if (!file.IsOpen())
         return;
     const std::int64_t size = file.file.Size();
@@ -52,6 +74,13 @@ SlotRun TableScan::MappedRun(std::int64_t from, std::int64_t to) const
 
 bool TableScan::ReadRun(std::int64_t from, std::int64_t to, SlotRun& run)
 {
+    if (remembered) {
+        chunk.resize(file.recordSize);
+        run = {chunk.data(), 1, static_cast<RecordAddress>(file.FirstRecordOffset() + from * file.recordSize),
+               file.recordSize};
+        file.memory.CopyTo(from, chunk);
+        return true;
+    }
     if (chunk.empty())
         chunk.resize(static_cast<std::size_t>(kSlotsPerRead * file.recordSize));
     const std::int64_t offset = file.FirstRecordOffset() + from * file.recordSize;
@@ -67,12 +96,15 @@ int TableFile::ForEachRecord(std::span<const FieldRange> fields,
         return 0;
     std::size_t width = 0;
     for (const FieldRange& field : fields) {
-        if (field.offset > recordSize || field.size > recordSize - field.offset)
+        if (!IsInRecord(field))
             return 0;
         width += field.size;
     }
     const bool showConfidential = scope == ScanScope::All || SeesConfidential(GetRole());
-    TableScan scan(*this);
+    std::vector<AskedField> asked;
+    for (const FieldRange& field : fields)
+        asked.push_back({field});
+    TableScan scan(*this, asked);
     if (!scan.IsReady())
         return 0;
     // Copied in batches, so that `visit` never runs while the view is being touched.

@@ -1,10 +1,13 @@
-// Walks over the slots of a table, from a mapping where the file is on this machine, else by reading 100 slots at a
-// time. For the store's own use.
+// Walks over the slots of a table: from a mapping where the file is on this machine; from the table's memory on a
+// drive, when the fields that are wanted of it can be kept; else by reading 100 slots at a time. For the store's own
+// use.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <span>
 #include <type_traits>
 
 #include "store/table_file.h"
@@ -39,10 +42,16 @@ class TableScan {
 public:
     // Looks at the size of the file once: slots that are added later don't take part.
     explicit TableScan(const TableFile& file);
+    // Delivers no more than these fields and the record's prefix.
+    TableScan(const TableFile& file, std::span<const AskedField> fields);
+    // What the memory holds, without asking whether it has changed. Only of one that is filled.
+    static TableScan OfMemory(const TableFile& file) { return TableScan(file, Remembered{}); }
 
     // False when the size can't be had.
     bool IsReady() const { return ready; }
     bool IsMapped() const { return mapped; }
+    // The table's header as it was asked for, where one was.
+    const TableHeader* Header() const { return header ? &*header : nullptr; }
     std::int64_t SlotCount() const { return slotCount; }
     std::int64_t CutTailBytes() const { return cutTailBytes; }
     std::int64_t IndexOf(RecordAddress address) const;
@@ -83,6 +92,9 @@ public:
     void StopMapping();
 
 private:
+    struct Remembered {};
+    TableScan(const TableFile& file, Remembered);
+    void LookAtFile();
     SlotRun MappedRun(std::int64_t from, std::int64_t to) const;
     // The next chunk. On false `run.count` still tells how many slots to pass over.
     bool ReadRun(std::int64_t from, std::int64_t to, SlotRun& run);
@@ -90,6 +102,8 @@ private:
     const TableFile& file;
     bool ready = false;
     bool mapped = false;
+    bool remembered = false;
+    std::optional<TableHeader> header;
     std::int64_t slotCount = 0;
     std::int64_t cutTailBytes = 0;
     std::vector<std::byte> chunk;

@@ -56,6 +56,19 @@ struct FileOwnerBlock {
 };
 static_assert(sizeof(FileOwnerBlock) == sizeof(IdentityBlock));
 
+inline constexpr int kRingRoom = 60;
+
+// The slots that were changed last, for who knows the file as it was some changes ago; change_ring.h reads and writes
+// it. Only on drives. In a file that never lay on one, and in every older file, all of it is 0.
+struct ChangeRing {
+    std::uint32_t check;            // of the bytes behind it; what doesn't match is no ring
+    std::uint64_t newest;           // the change stamp that the newest change left
+    std::int32_t pending;           // the slot that is being changed; 0: none
+    std::uint32_t count;            // changes that are told, without a gap up to the newest
+    std::int32_t slots[kRingRoom];  // the change that left the stamp s is at s % kRingRoom
+};
+static_assert(sizeof(ChangeRing) == 260);
+
 // At offset 12 of the file.
 struct TableHeader {
     std::uint32_t blockSize;  // 1581
@@ -71,7 +84,7 @@ struct TableHeader {
     std::int32_t freeSlots;     // minus the number of free slots, never positive
     std::uint64_t changeStamp;  // starts at 10; raised by 1 by every add, delete and write of a record
     std::uint32_t openCount;    // openings in all running copies; left too high by a crash
-    char reserved1[260];
+    ChangeRing lastChanges;
     char reserved2[39];
     char reserved3[260];
 
@@ -86,6 +99,7 @@ static_assert(offsetof(TableHeader, server) == 486);
 static_assert(offsetof(TableHeader, freeSlots) == 1006);
 static_assert(offsetof(TableHeader, changeStamp) == 1010);
 static_assert(offsetof(TableHeader, openCount) == 1018);
+static_assert(offsetof(TableHeader, lastChanges) == 1022);
 
 struct CategoryEntry {
     char name[30];

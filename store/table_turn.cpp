@@ -123,6 +123,7 @@ bool TableFile::Revive() const
     }
     const bool locksTravel = file.GetDrive().locksTravel;
     file.Reset(again.Release());
+    memory.Forget();
     identity = found;
     if (!locksTravel)
         file.LocksStayHere();

