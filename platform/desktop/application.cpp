@@ -203,6 +203,9 @@ Application::Application(int argc, char** argv)
         data = std::make_unique<Data>(argc, argv);
         connecting = false;
     }
+    // Merged, the moves between a press and its release come to nothing when the program was busy: a note pulled quickly
+    // stays where it is.
+    QApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     // Names of fonts are listed even where none is installed; only a real one has tables.
     if (QRawFont::fromFont(QApplication::font()).fontTable("head").isEmpty())
         std::fputs(

@@ -28,6 +28,8 @@ constexpr int kDragDistance = 3;
 struct MouseState {
     WindowHandle capture = 0;
     WindowHandle pressed = 0;  // where the left button went down
+    bool pulled = false;       // that window saw a move since
+    QPoint pressedAt;          // in its own coordinates
     bool leftDown = false;
     bool waiting = false;
     bool released = false;
@@ -136,6 +138,19 @@ std::uint32_t MarginMessage(MouseKind kind, Qt::MouseButton button)
     return 0;
 }
 
+// Where the moves behind a press were merged to one, by a busy program or while the window manager looked at the press,
+// that one may be outside already. The pressed window still sees that the mouse went away from it.
+void TellFirstPull(const NativeWidget* target, const QMouseEvent& event)
+{
+    if (mouse.pulled || !mouse.leftDown)
+        return;
+    mouse.pulled = true;
+    NativeWidget* pressed = NativeOf(mouse.pressed);
+    if (pressed && pressed != target && !mouse.capture && pressed->isEnabled())
+        pressed->Deliver(kWmMouseMove, MouseFlags(event.buttons(), event.modifiers()),
+                         PointParam(pressed->ToClient(mouse.pressedAt)));
+}
+
 NativeWidget* Target(NativeWidget& receiver, const QMouseEvent& event, MouseKind kind)
 {
     if (NativeWidget* captured = NativeOf(mouse.capture))
@@ -181,14 +196,19 @@ void RouteMouse(NativeWidget& receiver, const QMouseEvent& event, MouseKind kind
                   qBound(mouse.fence->top(), screen.y(), mouse.fence->bottom())};
         QCursor::setPos(screen);
     }
+    if (kind == MouseKind::Move)
+        TellFirstPull(Target(receiver, event, kind), event);
     NativeWidget* target = Target(receiver, event, kind);
     if (!target || !target->Alive() || !target->isEnabled() || IsBlockedByModal(*target))
         return;
     const bool captured = mouse.capture != 0;
-    if (event.button() == Qt::LeftButton && mouse.leftDown)
-        mouse.pressed = target->Handle();
     const QPoint local =
         target == &receiver && !mouse.fence ? event.position().toPoint() : target->mapFromGlobal(screen);
+    if (event.button() == Qt::LeftButton && mouse.leftDown) {
+        mouse.pressed = target->Handle();
+        mouse.pressedAt = local;
+        mouse.pulled = false;
+    }
     int hit = kHitClient;
     if (!captured && !target->Margin().isNull())
         hit = static_cast<int>(target->Deliver(kWmNcHitTest, 0, PointParam(screen)));

@@ -25,7 +25,10 @@ drop() {
     xdotool mouseup 1
     [ -z "$held" ] || xdotool keyup "$held"
 }
-# A hand is never still: the platform may take a quick pull as one move, and a drag begins with the first.
+shows_today() { [ "$(at_colour $kChosenDay)" = "$chosen_day" ] && has_colour $kGreenNote; }
+shows_other_day() { local day; day=$(at_colour $kChosenDay) && [ "$day" != "$chosen_day" ] && has_colour $kGreenNote; }
+
+# A hand is never still, and a key shows at the next move.
 step=1
 tremble() {
     step=$((-step))
@@ -53,7 +56,8 @@ await "calendar" has_colour $kChosenDay
 await "note of today" has_colour $kGreenNote
 
 # Today, a week before or after it, and the bin.
-read -r todayX todayY < <(at_colour $kChosenDay)
+chosen_day=$(at_colour $kChosenDay)
+read -r todayX todayY <<<"$chosen_day"
 todayX=$((todayX + 4)) todayY=$((todayY + 4))
 if [ "$(date -d "$today" +%-d)" -gt 7 ]; then week=-1; else week=1; fi
 otherY=$((todayY + week * kDayHeight))
@@ -63,15 +67,19 @@ binX=$((binX + 6)) binY=$((binY + 10))
 besideX=$binX besideY=$((binY - 60))
 
 plain=$(cursor_look)
+read -r x y < <(at_colour $kGreenNote)
+xdotool mousemove "$x" $((y + 20))
+await "cursor over a note" looks_other_than "$plain"
+hand=$(cursor_look)
 drag_to $besideX $besideY
-await "cursor off every target" looks_other_than "$plain"
+await "cursor off every target" looks_other_than "$plain" "$hand"
 stop=$(cursor_look)
 drop
 drag_to $todayX $otherY
-await "cursor over a day" looks_other_than "$plain" "$stop"
+await "cursor over a day" looks_other_than "$plain" "$hand" "$stop"
 move=$(cursor_look)
 xdotool keydown ctrl
-await "cursor with Ctrl" looks_other_than "$plain" "$stop" "$move"
+await "cursor with Ctrl" looks_other_than "$plain" "$hand" "$stop" "$move"
 copy=$(cursor_look)
 xdotool keyup ctrl
 await "cursor without Ctrl again" looks "$move"
@@ -98,12 +106,12 @@ await "cursor before the copy" looks "$copy"
 drop
 await "copy" dates_are "$(printf '%s\n' "$today" "$other" | sort | paste -sd ' ')"
 # The board shows the other day now; its note goes back to today.
-await "copy on the board" has_colour $kGreenNote
+await "copy on the board" shows_other_day
 drag_to $todayX $todayY
 await "cursor before the move" looks "$move"
 drop
 await "moved copy" dates_are "$today $today"
-await "both notes on the board" has_colour $kGreenNote
+await "both notes on the board" shows_today
 drag_to $binX $binY
 await "cursor before the deletion" looks "$move"
 drop

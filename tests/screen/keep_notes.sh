@@ -12,31 +12,31 @@ begin
 start_copy "$notes"
 titles_are "" || fail "the file is not empty at the start"
 
-with_new_window xdotool key Insert
+opens xdotool key Insert
 xdotool type --delay 20 "two bottles"
 xdotool key alt+t ctrl+a
 xdotool type --delay 20 "Milk"
-until_closed xdotool key Return
+closes xdotool key Return
 await "note made by keys" titles_are "Milk"
 text_is "two bottles" || fail "the text differs from what was typed"
 
 await "note on the board" has_colour $kYellowNote
 read -r x y < <(at_colour $kYellowNote)
 xdotool mousemove "$x" $((y + 20))
-with_new_window xdotool click --repeat 2 --delay 60 1
+opens xdotool mousedown 1 mouseup 1 mousedown 1 mouseup 1
 xdotool key ctrl+End
 xdotool type --delay 20 " and bread"
 xdotool key alt+t
-until_closed xdotool key Return
+closes xdotool key Return
 await "edited text" text_is "two bottles and bread"
 titles_are "Milk" || fail "editing changed the title"
-is "$notes" "notes[0]['locked']" False || fail "the edited note is still locked"
+await "note given back" is "$notes" "notes[0]['locked']" False
 
-with_new_window xdotool key Delete
-until_closed xdotool key alt+n
+opens xdotool key Delete
+closes xdotool key alt+n
 titles_are "Milk" || fail "a No deleted the note"
-with_new_window xdotool key Delete
-until_closed xdotool key alt+y
+opens xdotool key Delete
+closes xdotool key alt+y
 await "deletion" titles_are ""
 
 xdotool key ctrl+z

@@ -2,15 +2,21 @@
 #
 #   start_screen              a virtual display with a window manager; sets DISPLAY
 #   new_program               a fresh program folder with private data and runtime folders; sets PROGRAM and WORKS
-#   start_copy [FILE]         starts the program; waits for its window; sets WINDOW and PID
+#   start_copy [FILE]         starts the program; waits until its window has the focus; sets WINDOW and PID
+#   switch_to WINDOW PID      another copy comes to the front
 #   end_copy                  closes the window as a user does and waits for the process
-#   wait_for SECONDS WHAT COMMAND...    until the command succeeds, else the test fails saying WHAT
-#   window_named NAME         number of the visible window with that title (a pattern)
+#   await WHAT COMMAND...     until the command succeeds, else the test fails saying WHAT
+#   opens COMMAND...          runs it and waits until a window that was not there before has the focus
+#   pops_up COMMAND...        runs it and waits until there is a window more, with the focus or without: a menu
+#   closes COMMAND...         runs it and waits until the window with the focus has gone and another one has it
 #   pixel X Y                 colour of a pixel of WINDOW, as RRGGBB
 #   press KEYS..., type_text TEXT, click X Y, double_click X Y, right_click X Y      in WINDOW's coordinates
 #   setting KEY, suite_setting KEY      a value of the section "Preference"
-#   check WHAT COMMAND...     says whether the command succeeded and counts
+#   check WHAT COMMAND...     says whether the command succeeded in time and counts
 #   finish                    the result of the script
+#
+# The machine may be busy: nothing here waits a fixed time for something to happen, and every press is made only when
+# what it is for has been seen.
 set -uo pipefail
 
 BIN=${JOTLET_BIN:?the folder of the built program}
@@ -46,9 +52,9 @@ for tool in Xvfb openbox xdotool import convert; do
     command -v $tool >/dev/null || skip "$tool is not installed"
 done
 
-wait_for() {
-    local end=$((SECONDS + $1)) what=$2
-    shift 2
+await() {
+    local end=$((SECONDS + ${JOTLET_PATIENCE:-30})) what=$1
+    shift
     until "$@" >/dev/null 2>&1; do
         [ $SECONDS -le $end ] || fail "no $what in time"
         sleep 0.05
@@ -58,13 +64,14 @@ wait_for() {
 start_screen() {
     Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp 3>"$SCRATCH/display" 2>"$SCRATCH/xvfb.log" &
     started+=($!)
-    wait_for 10 "display" test -s "$SCRATCH/display"
+    await "display" test -s "$SCRATCH/display"
     DISPLAY=:$(cat "$SCRATCH/display")
     export DISPLAY QT_QPA_PLATFORM=xcb
     unset WAYLAND_DISPLAY
     openbox >"$SCRATCH/openbox.log" 2>&1 &
     started+=($!)
-    wait_for 10 "window manager" xdotool get_num_desktops
+    await "window manager" xdotool get_num_desktops
+    xdotool mousemove 9999 9999
 }
 
 new_program() {
@@ -82,10 +89,13 @@ new_program() {
 }
 
 setting() { sed -n "s/^$1=//p" "${PROGRAM%.*}.ini" 2>/dev/null | tr -d '\r'; }
+setting_is() { [ "$(setting "$1")" = "$2" ]; }
 suite_setting() { sed -n "s/^$1=//p" "$(dirname "$PROGRAM")/Pinwell.ini" | tr -d '\r'; }
 
-window_named() { xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -n 1 | grep .; }
-window_of() { xdotool search --all --onlyvisible --pid "$1" --name "${2:-^Jotlet : }" 2>/dev/null | tail -n 1 | grep .; }
+# The windows of the running copy that are on view.
+windows() { xdotool search --onlyvisible --pid "$PID" 2>/dev/null | sort; }
+window_of() { xdotool search --all --onlyvisible --pid "$1" --name '^Jotlet : ' 2>/dev/null | tail -n 1 | grep .; }
+no_window() { ! xdotool search --onlyvisible --name "$1" 2>/dev/null | grep -q .; }
 gone() { ! kill -0 "$1" 2>/dev/null; }
 
 # Starts the program without waiting for its board; sets PID.
@@ -96,20 +106,52 @@ launch() {
 }
 start_copy() {
     launch "$@"
-    wait_for 20 "window of the program" window_of "$PID"
-    WINDOW=$(window_of "$PID")
-    xdotool windowactivate --sync "$WINDOW" 2>/dev/null || true
+    await "window of the program" window_of "$PID"
+    switch_to "$(window_of "$PID")" "$PID"
+}
+switch_to() {
+    WINDOW=$1 PID=$2
+    xdotool windowactivate "$WINDOW" 2>/dev/null
+    await "focus of the board" has_keys "$WINDOW"
 }
 end_copy() {
-    xdotool windowactivate --sync "$WINDOW" 2>/dev/null || true
+    switch_to "$WINDOW" "$PID"
     press alt+F4
-    wait_for 10 "end of the program" gone "$PID"
+    await "end of the program" gone "$PID"
 }
+
+# The window that is in front and has the keys.
+with_keys() {
+    local active
+    active=$(xdotool getactivewindow 2>/dev/null) && [ "$(xdotool getwindowfocus 2>/dev/null)" = "$active" ] &&
+        echo "$active"
+}
+has_keys() { [ "$(with_keys)" = "$1" ]; }
+opens() {
+    before=$(windows)
+    "$@"
+    await "window after: $*" new_window_has_keys
+}
+pops_up() {
+    before=$(windows)
+    "$@"
+    await "menu after: $*" new_windows
+}
+closes() {
+    closing=$(with_keys) || closing=none
+    "$@"
+    await "end of the window after: $*" has_closed
+}
+new_windows() { comm -13 <(echo "$before") <(windows) | grep .; }
+new_window_has_keys() { new_windows | grep -qx "$(with_keys || echo none)"; }
+has_closed() { windows >"$SCRATCH/windows" && ! grep -qx "$closing" "$SCRATCH/windows" &&
+    grep -qx "$(with_keys || echo none)" "$SCRATCH/windows"; }
 
 place_of() {
     xdotool getwindowgeometry "$WINDOW" |
         sed -n 's/.*Position: \(-*[0-9]*\),\(-*[0-9]*\).*/\1 \2/p; s/.*Geometry: \([0-9]*\)x\([0-9]*\).*/\1 \2/p' | xargs
 }
+place_is() { [ "$(place_of)" = "$1" ]; }
 size_is() { [ "$(place_of | cut -d' ' -f3,4)" = "$1 $2" ]; }
 title_is() { [ "$(xdotool getwindowname "$WINDOW")" = "$1" ]; }
 
@@ -120,41 +162,19 @@ pixel() {
 }
 pixel_is() { [ "$(pixel "$1" "$2")" = "$3" ]; }
 
-press() { xdotool key --clearmodifiers "$@"; }
-type_text() { xdotool type --clearmodifiers --delay 5 -- "$1"; }
+press() { xdotool key "$@"; }
+type_text() { xdotool type --delay 5 -- "$1"; }
 point() { xdotool mousemove --sync --window "$WINDOW" "$1" "$2"; }
-click() { point "$1" "$2"; xdotool click 1; }
-right_click() { point "$1" "$2"; xdotool click 3; }
-double_click() { point "$1" "$2"; xdotool click --repeat 2 --delay 40 1; }
-
-# Another window of the program becomes WINDOW, in the foreground and with the focus.
-switch_to() {
-    WINDOW=$1
-    xdotool windowactivate --sync "$WINDOW" 2>/dev/null || true
-    wait_board "switch"
-    wait_for 5 "focus" has_focus
-    sleep 0.2
-}
-has_focus() { [ "$(xdotool getwindowfocus 2>/dev/null)" = "$WINDOW" ]; }
-
-# The window of a dialog, in DIALOG, focused.
-wait_dialog() {
-    wait_for 10 "dialog \"$1\"" window_named "$1"
-    DIALOG=$(window_named "$1")
-    xdotool windowactivate --sync "$DIALOG" 2>/dev/null || true
-}
-# Any dialog or box of the program, focused.
-dialog_up() { local active; active=$(xdotool getactivewindow 2>/dev/null) && [ -n "$active" ] && [ "$active" != "$WINDOW" ]; }
-wait_any_dialog() { wait_for 10 "dialog${1:+ ($1)}" dialog_up; sleep 0.2; }
-board_active() { [ "$(xdotool getactivewindow 2>/dev/null)" = "$WINDOW" ]; }
-wait_board() { wait_for 10 "return to the board${1:+ ($1)}" board_active; }
-no_dialog() { ! window_named "$1"; }
+click() { point "$1" "$2" && xdotool click 1; }
+right_click() { point "$1" "$2" && xdotool click 3; }
+# All at once, so that a busy machine does not make two clicks of it.
+double_click() { point "$1" "$2" && xdotool mousedown 1 mouseup 1 mousedown 1 mouseup 1; }
 
 check() {
     local what=$1
     shift
     checks=$((checks + 1))
-    local end=$((SECONDS + 5))
+    local end=$((SECONDS + ${JOTLET_PATIENCE:-30}))
     until "$@" >/dev/null 2>&1; do
         if [ $SECONDS -gt $end ]; then
             failures=$((failures + 1))

@@ -9,8 +9,8 @@ open_picker() {
     "$BIN/time_picker_host" "$@" >"$SCRATCH/answer" 2>>"$SCRATCH/program.log" &
     picker=$!
     started+=("$picker")
-    wait_for 20 "time picker" has_picker
-    wait_for 20 "place of the time picker" stands_still
+    await "time picker" has_picker
+    await "place of the time picker" stands_still
     eval "$(xdotool getwindowgeometry --shell "$window")"
     # Its own corner, decoration apart, is where the mouse says that it is.
     xdotool mousemove --window "$window" 0 0
@@ -54,26 +54,26 @@ mouse_stands_at() {
 }
 has_ended() { ! kill -0 "$picker" 2>/dev/null; }
 answer_is() {
-    wait_for 20 "end of the picker" has_ended
+    await "end of the picker" has_ended
     [ "$(cat "$SCRATCH/answer")" = "$1" ] || fail "the picker said '$(cat "$SCRATCH/answer")' instead of '$1'"
 }
 hold_thumb() {
     xdotool mousemove $middle $((top + $(thumb "$1") + 10)) mousedown 1
-    wait_for 20 "cursor on the held thumb" mouse_stands_at $middle $((top + $(thumb "$1")))
+    await "cursor on the held thumb" mouse_stands_at $middle $((top + $(thumb "$1")))
 }
 
 start_screen
 
 # Dragged in the middle of the scale: the thumb goes to the step below the mouse, the mouse to the thumb's new place.
 open_picker span 07:00 09:00
-wait_for 20 "thumb at 9:00" thumb_stands_at "$(thumb 09:00)"
+await "thumb at 9:00" thumb_stands_at "$(thumb 09:00)"
 for place in $((scale / 3)) $((scale - 20)) 31; do
     hold_thumb "${held:-09:00}"
     xdotool mousemove $((middle + 4)) $((top + 20 + place))
     held=$(time_at "$place")
-    wait_for 20 "thumb at $held" thumb_stands_at "$(thumb "$held")"
+    await "thumb at $held" thumb_stands_at "$(thumb "$held")"
     xdotool mouseup 1
-    wait_for 20 "mouse on the thumb at $held" mouse_stands_at $middle $((top + $(thumb "$held")))
+    await "mouse on the thumb at $held" mouse_stands_at $middle $((top + $(thumb "$held")))
 done
 xdotool key Return
 answer_is "ok 07:00 $held"
@@ -82,20 +82,20 @@ answer_is "ok 07:00 $held"
 open_picker span 08:00 12:00
 hold_thumb 12:00
 xdotool mousemove $middle $((top + 20 + scale)) mouseup 1
-wait_for 20 "thumb at the end" thumb_stands_at "$(thumb 23:00)"
+await "thumb at the end" thumb_stands_at "$(thumb 23:00)"
 xdotool mousemove $middle $((top + $(thumb 23:00) - 8)) mousedown 1 mousemove $middle $((top + 60)) mouseup 1
 xdotool mousemove $middle $((top + $(thumb 23:00) + 26)) mousedown 1 mousemove $middle $((top + 60)) mouseup 1
 thumb_stands_at "$(thumb 23:00)" || fail "a press beside the thumb moved it"
 # Keys: an hour back, three steps on.
 xdotool key Prior Down Down Down
-wait_for 20 "thumb at 22:15" thumb_stands_at "$(thumb 22:15)"
+await "thumb at 22:15" thumb_stands_at "$(thumb 22:15)"
 xdotool key Return
 answer_is "ok 08:00 22:15"
 
 open_picker span 08:00 12:00
 hold_thumb 12:00
 xdotool mousemove $middle $((top + 20)) mouseup 1
-wait_for 20 "mouse at the start" mouse_stands_at $middle $((top + 20))
+await "mouse at the start" mouse_stands_at $middle $((top + 20))
 xdotool key Return
 answer_is "ok 08:00 08:00"
 
@@ -112,26 +112,26 @@ has_list_text() {
 }
 list_is_in() { ! has_list_text; }
 xdotool mousemove $button_x $button_y click 1
-wait_for 20 "list" has_list_text
+await "list" has_list_text
 xdotool mousemove $((left + 4)) $((top + 100)) click 1
-wait_for 20 "list folded in" list_is_in
+await "list folded in" list_is_in
 xdotool mousemove $button_x $button_y click 1
-wait_for 20 "list again" has_list_text
+await "list again" has_list_text
 xdotool mousemove $((list_left + 35)) $((list_top + 1 + 6 * 12 + 5)) click 1
-wait_for 20 "list folded in by the choice" list_is_in
-wait_for 20 "thumb at 7:30" thumb_stands_at "$(thumb 07:30)"
+await "list folded in by the choice" list_is_in
+await "thumb at 7:30" thumb_stands_at "$(thumb 07:30)"
 xdotool key Return
 answer_is "ok 07:00 07:30"
 
 # A time alone: a click chooses, a double click is OK, Escape gives nothing.
 open_picker single 07:00 07:00
 list_left=$((left + width / 2 - 29)) list_top=$((top + 20))
-wait_for 20 "list of times" has_list_text
+await "list of times" has_list_text
 xdotool mousemove $((list_left + 35)) $((list_top + 1 + 3 * 12 + 5)) click 1
 sleep 0.5 # longer than a double click may take
 ! has_ended || fail "a click closed the picker"
 xdotool mousemove $((list_left + 35)) $((list_top + 1 + 4 * 12 + 5)) click --repeat 2 --delay 60 1
-wait_for 20 "end of the picker" has_ended
+await "end of the picker" has_ended
 grep -q ' 07:20$' "$SCRATCH/answer" || fail "the double click gave '$(cat "$SCRATCH/answer")'"
 
 open_picker single 07:00 15:00

@@ -48,8 +48,13 @@ TEST_F(MouseTest, CapturingWindowGetsEverythingInItsOwnCoordinates)
     EXPECT_TRUE(left.Of(kWmSetCursor).empty());
     ReleaseMouse();
     EXPECT_EQ(CapturedWindow(), 0U);
-    TestMove(right.window, {3, 3});
-    EXPECT_THAT(right.Input(), ElementsAre(kWmMouseMove));
+    left.Clear();
+    TestPress(left.window, {4, 4});
+    TestMove(right.window, {3, 3}, true);
+    TestMove(right.window, {4, 3}, true);
+    EXPECT_THAT(left.Input(), ElementsAre(kWmLButtonDown, kWmMouseMove)) << "it begins a pull, however quick";
+    EXPECT_EQ(MousePoint(left.Of(kWmMouseMove).front()), (Point{4, 4}));
+    EXPECT_THAT(right.Input(), ElementsAre(kWmMouseMove, kWmMouseMove));
     CaptureMouse(left.window);
     DestroyNativeWindow(left.window);
     EXPECT_EQ(CapturedWindow(), 0U) << "a capture ends with its window";

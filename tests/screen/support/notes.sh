@@ -1,11 +1,9 @@
 # What the tests of the board share, on top of lib.sh: notes asked from the file by jotctl, places found by their colour,
-# dialogs by the window that comes and goes, the look of the cursor.
+# the look of the cursor.
 . "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
 readonly kScreenWidth=1280
 
 jotctl() { "$CONTROL" "$@"; }
-# await WHAT COMMAND...: wait_for with the patience that a busy machine needs.
-await() { wait_for "${JOTLET_PATIENCE:-30}" "$@"; }
 # begin: a display, a program folder and an empty note file in `notes`.
 begin() {
     start_screen
@@ -13,9 +11,6 @@ begin() {
     notes=$SCRATCH/notes.jot
     jotctl new "$notes" || fail "no note file made"
 }
-
-# The windows of the running copy that are on view.
-windows() { xdotool search --onlyvisible --pid "$PID" 2>/dev/null | sort; }
 
 # at_colour RRGGBB: where the first pixel of this colour stands on the screen, as "x y".
 at_colour() {
@@ -30,25 +25,6 @@ if at < 0:
 print(at // 3 % int(sys.argv[2]), at // 3 // int(sys.argv[2]))' "$1" $kScreenWidth
 }
 has_colour() { at_colour "$1" >/dev/null; }
-
-# with_new_window COMMAND...: runs it and waits until the board has one window more and that is the active one.
-with_new_window() {
-    before=$(windows)
-    "$@"
-    await "window after: $*" new_window_is_active
-}
-new_window_is_active() {
-    local added
-    added=$(comm -13 <(echo "$before") <(windows))
-    [ -n "$added" ] && grep -qx "$(xdotool getactivewindow)" <<<"$added"
-}
-# until_closed COMMAND...: runs it and waits until the window that is active now has gone and the board has the keys.
-until_closed() {
-    closing=$(xdotool getactivewindow)
-    "$@"
-    await "end of the window after: $*" has_closed
-}
-has_closed() { ! windows | grep -qx "$closing" && windows | grep -qx "$(xdotool getactivewindow)"; }
 
 # ask FILE EXPRESSION: what the Python expression makes of the file's `notes`, a list of what jotctl tells of each.
 ask() { jotctl list "$1" --json | python3 -c "import json, sys; notes = json.load(sys.stdin); print($2)"; }
