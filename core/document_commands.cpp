@@ -185,8 +185,8 @@ int RunNetworkPasswords(MarlinWnd* owner, const std::string& path, std::string& 
             return 0;
         ShowMessage(HandleOf(owner), kDifferentPassword);
     }
-    // Somebody else may have become Owner while the dialogs stood open.
-    const int result = SetNetworkPasswords(path, currentPassword, dialog.Passwords());
+    // Somebody else may have become Owner while the dialogs stood open, or set what was not touched here.
+    const int result = SetNetworkPasswords(path, currentPassword, dialog.Passwords(), &stored);
     if (result == kRefusedByRole)
         ShowMessage(HandleOf(owner), kNoPermission);
     else if (result != 1)

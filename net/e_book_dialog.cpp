@@ -165,8 +165,13 @@ MessageParam EBookRecordDialog::OnCommand(WndMessage& record)
 {
     if (LowWord(record.wParam) != kIdOk)
         return MarlinDialog::OnCommand(record);
-    StoreText(contact.bookName, GetItemText(kNameEdit));
-    StoreText(contact.bookEmail, GetItemText(kEmailEdit));
+    // Bytes of another encoding stay as they are unless they were edited.
+    const auto store = [](std::span<char> field, const std::string& text) {
+        if (text != DecodeForDisplay(FieldText(field)))
+            StoreText(field, text);
+    };
+    store(contact.bookName, GetItemText(kNameEdit));
+    store(contact.bookEmail, GetItemText(kEmailEdit));
     EndDialog(1);
     return 1;
 }

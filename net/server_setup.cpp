@@ -80,7 +80,7 @@ void ServerPasswordDialog::OnOk()
 
 MessageParam ServerSetupDialog::OnInitDialog(WndMessage&)
 {
-    const ServerAccount account = ReadServerAccount();
+    const ServerAccount account = read = ReadServerAccount();
     const std::array<std::tuple<int, std::size_t, std::string>, 6> edits = {{
         {kNameEdit, kUserNameBytes, account.userName},
         {kEmailEdit, kServerTextBytes, account.email},
@@ -160,7 +160,14 @@ bool ServerSetupDialog::Store()
         FocusItem(window, where);
         return false;
     }
-    WriteServerAccount(account);
+    const IniFile settings = GetSuiteIniPath();
+    if (WriteServerAccount(account, settings, &read) != 1) {
+        ShowTextMessage(window,
+                        "The account could not be written to\r\n\"" + settings.Path() +
+                            "\".\r\nCheck that the disk isn't full and the file can be reached, then try again.");
+        return false;
+    }
+    read = account;
     return true;
 }
 

@@ -45,6 +45,7 @@ private:
     void Register();
 
     MakeClient makeClient;
+    ServerAccount read;  // what is stored, as far as this dialog knows
 };
 
 }  // namespace jotlet

@@ -34,6 +34,17 @@ Names NamesOf(const CategoryBlock& block)
     return names;
 }
 
+// As the file has it, if it does: bytes of another encoding stay as they are, and so do the notes that hold them.
+std::string StoredName(const CategoryBlock& block, const std::string& name)
+{
+    for (int i = 0; i < block.Count(); ++i) {
+        const std::string_view stored = FieldText(block.entries[i].name);
+        if (DecodeForDisplay(stored) == name)
+            return std::string(stored);
+    }
+    return name;
+}
+
 // What was chosen here, with what somebody else did since `read`: a name that he took out or put in stays so.
 Names Merged(Names chosen, const Names& read, const Names& now)
 {
@@ -156,13 +167,14 @@ bool CategoryEditorDialog::Save()
     const Names rows = Rows();
     const auto change = [&](CategoryBlock& block) {
         const Names names = Merged(rows, namesRead, NamesOf(block));
+        const CategoryBlock before = block;
         block = {};
         block.blockSize = sizeof block;
         for (CategoryEntry& entry : block.entries)
             entry.tag = -1;
         const std::size_t count = std::min<std::size_t>(names.size(), kShownCategories);
         for (std::size_t i = 0; i < count; ++i)
-            StoreText(block.entries[i].name, names[i]);
+            StoreText(block.entries[i].name, StoredName(before, names[i]));
         block.categoryCount = static_cast<std::uint32_t>(count);
         return true;
     };

@@ -50,7 +50,8 @@ int ReadNetworkPasswords(const std::string& path, NetworkPasswords& out)
     return 1;
 }
 
-int SetNetworkPasswords(const std::string& path, std::string& currentPassword, const NetworkPasswords& passwords)
+int SetNetworkPasswords(const std::string& path, std::string& currentPassword, const NetworkPasswords& passwords,
+                        const NetworkPasswords* read)
 {
     TableFile table(path, kHeaderOnlyPassword);
     bool refused = false;
@@ -59,9 +60,13 @@ int SetNetworkPasswords(const std::string& path, std::string& currentPassword, c
         refused = RoleOfPassword(header, currentPassword) != Role::Owner;
         if (refused)
             return false;
-        StoreText(header.fileOwner.ownerPassword, passwords.owner);
-        StoreText(header.fileOwner.assistantPassword, passwords.assistant);
-        StoreText(header.fileOwner.readerPassword, passwords.reader);
+        const auto store = [&](char(&field)[20], std::string NetworkPasswords::*one) {
+            if (!read || passwords.*one != read->*one)
+                StoreText(field, passwords.*one);
+        };
+        store(header.fileOwner.ownerPassword, &NetworkPasswords::owner);
+        store(header.fileOwner.assistantPassword, &NetworkPasswords::assistant);
+        store(header.fileOwner.readerPassword, &NetworkPasswords::reader);
         newOwner = StoredPassword(header.fileOwner.ownerPassword);
         return true;
     });

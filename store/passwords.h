@@ -28,6 +28,9 @@ int ReadNetworkPasswords(const std::string& path, NetworkPasswords& out);
 // Replaces all three, each cut at 19 bytes, losing no counter; empty clears. Only when `currentPassword` equals the
 // stored Owner password at that moment; then it becomes the new Owner password and the result is 1, on the disk. Else 0
 // (kRefusedByRole when it doesn't equal) and nothing is changed.
-int SetNetworkPasswords(const std::string& path, std::string& currentPassword, const NetworkPasswords& passwords);
+// With `read`, what the passwords were when somebody began to change them, those that are the same in both stay as the
+// file has them by now.
+int SetNetworkPasswords(const std::string& path, std::string& currentPassword, const NetworkPasswords& passwords,
+                        const NetworkPasswords* read = nullptr);
 
 }  // namespace jotlet

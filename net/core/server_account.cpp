@@ -1,6 +1,7 @@
 #include "net/core/server_account.h"
 
 #include <string_view>
+#include <vector>
 
 #include "platform/base/text.h"
 
@@ -32,19 +33,19 @@ ServerAccount ReadServerAccount(const IniFile& suiteSettings)
             .defaultPort = value("defaultport", kServerTextBytes)};
 }
 
-int WriteServerAccount(const ServerAccount& account, const IniFile& suiteSettings)
+int WriteServerAccount(const ServerAccount& account, const IniFile& suiteSettings, const ServerAccount* read)
 {
-    int written = 1;
-    const auto write = [&](std::string_view key, std::string_view value, std::size_t maxBytes) {
-        if (suiteSettings.IniWriteText(kAccountSection, key, CutText(value, maxBytes)) != 1)
-            written = 0;
+    std::vector<ProfileEntry> entries;
+    const auto add = [&](std::string_view key, std::string ServerAccount::*one, std::size_t maxBytes) {
+        if (!read || account.*one != read->*one)
+            entries.push_back({key, std::string(CutText(account.*one, maxBytes))});
     };
-    write("username", account.userName, kUserNameBytes);
-    write("email", account.email, kServerTextBytes);
-    write("password", account.password, kServerPasswordBytes);
-    write("server", account.server, kServerTextBytes);
-    write("port", account.port, kServerTextBytes);
-    return written;
+    add("username", &ServerAccount::userName, kUserNameBytes);
+    add("email", &ServerAccount::email, kServerTextBytes);
+    add("password", &ServerAccount::password, kServerPasswordBytes);
+    add("server", &ServerAccount::server, kServerTextBytes);
+    add("port", &ServerAccount::port, kServerTextBytes);
+    return entries.empty() ? 1 : suiteSettings.IniWriteTexts(kAccountSection, entries);
 }
 
 Registration ReadRegistration(const IniFile& suiteSettings)

@@ -27,8 +27,11 @@ struct ServerAccount {
 };
 
 ServerAccount ReadServerAccount(const IniFile& suiteSettings = GetSuiteIniPath());
-// Writes username, email, password, server and port, in this order. 1, or 0 when one could not be written.
-int WriteServerAccount(const ServerAccount& account, const IniFile& suiteSettings = GetSuiteIniPath());
+// Writes username, email, password, server and port, in this order and in one step. 1, or 0 when they could not be
+// written. With `read`, what the account was when somebody began to change it, those that are the same in both stay as
+// the settings have them by now.
+int WriteServerAccount(const ServerAccount& account, const IniFile& suiteSettings = GetSuiteIniPath(),
+                       const ServerAccount* read = nullptr);
 
 // Where and as whom a registration goes.
 struct Registration {

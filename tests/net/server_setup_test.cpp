@@ -165,7 +165,23 @@ TEST_F(ServerSetup, TheDefaultPortIsShownWhileNoneIsStoredAndThenStored)
     });
     EXPECT_EQ(Key("port"), "8090");
     SetKey("port", "91");
-    InForm([](WindowHandle form) { EXPECT_EQ(ItemText(form, kPort), "91"); });
+    InForm([](WindowHandle form) {
+        EXPECT_EQ(ItemText(form, kPort), "91");
+        Fill(form, kName, "Ann");
+        SetKey("email", "another@x.example");
+        TestPushItem(form, kIdOk);
+    });
+    EXPECT_EQ(Key("username"), "Ann");
+    EXPECT_EQ(Key("email"), "another@x.example") << "what another copy changed and this one did not";
+
+    ScopedAnswers answers;
+    test::WriteAll(GetSuiteIniPath().Path(), std::string(kMaxProfileBytes + 1, '\n'));
+    InForm([](WindowHandle form) {
+        FillAll(form);
+        TestPushItem(form, kIdOk);
+        EXPECT_EQ(TopModal(), form) << "it stays open with what was typed";
+    });
+    EXPECT_THAT(answers.texts, ElementsAre(testing::StartsWith("The account could not be written to")));
 }
 
 TEST_F(ServerSetup, TheStoredPasswordIsAskedForBeforeTheFormOpens)

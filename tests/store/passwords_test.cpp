@@ -65,6 +65,11 @@ TEST_F(PasswordsTest, AChangeReachesRunningCopiesAndKeepsTheCounters)
     NetworkPasswords stored;
     ASSERT_EQ(ReadNetworkPasswords(path, stored), 1);
     EXPECT_EQ(stored.owner + "," + stored.assistant + "," + stored.reader, "chief,aide," + std::string(19, 'g'));
+    const NetworkPasswords read = stored;  // by one Owner, while another changes the Assistant's
+    ASSERT_EQ(SetNetworkPasswords(path, current, {"chief", "helper", read.reader}), 1);
+    ASSERT_EQ(SetNetworkPasswords(path, current, {"chief", "aide", ""}, &read), 1);
+    ASSERT_EQ(ReadNetworkPasswords(path, stored), 1);
+    EXPECT_EQ(stored.owner + "," + stored.assistant + "," + stored.reader, "chief,helper,");
 }
 
 TEST_F(PasswordsTest, OnlyTheOwnerSetsThem)
