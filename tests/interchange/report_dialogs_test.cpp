@@ -59,41 +59,31 @@ TEST_F(Reports, MakeReportUnfoldsTheViewOnceAndEnablesPrint)
         EXPECT_FALSE(IsEnabled(DialogItem(dialog, kCurrentRadio)));
         EXPECT_FALSE(IsEnabled(DialogItem(dialog, kPrintButton)));
         EXPECT_FALSE(IsVisible(DialogItem(dialog, kReportView)));
-        const int folded = ClientRect(dialog).Height();
-        TestPushItem(dialog, kIdOk);
-        EXPECT_EQ(ClientRect(dialog).Height(), folded + 300);
-        EXPECT_EQ(ItemRect(dialog, kReportView).Height(), 290);
-        EXPECT_EQ(ItemRect(dialog, kReportView).top, folded);
-        EXPECT_THAT(ItemText(dialog, kReportView), HasSubstr("Title: milk\r\nNotes: two\r\n"));
-        EXPECT_TRUE(IsEnabled(DialogItem(dialog, kPrintButton)));
-        TestPushItem(dialog, kIdOk);
-        EXPECT_EQ(ClientRect(dialog).Height(), folded + 300);
-        TestPushItem(dialog, kPrintButton);
-    });
-    ASSERT_EQ(opened.size(), 1u);
-    EXPECT_THAT(test::ReadAll(folder.File("report.txt")), HasSubstr("Jotlet Report (from 1/1/2000 to 31/1/2020)\r\n"));
-}
-
-TEST_F(Reports, UnfoldingNearTheEndOfTheDesktopMovesTheDialogUp)
-{
-    Run(ReportKind::Report, 0, [&](WindowHandle dialog) {
         const Rect desktop = DesktopRect();
         const Rect folded = WindowRect(dialog);
+        const int view = ClientRect(dialog).bottom;
         MoveTo(dialog, Rect::At(30, desktop.bottom - folded.Height(), folded.Width(), folded.Height()));
-        TestPushItem(dialog, kIdOk);
-        EXPECT_EQ(WindowRect(dialog),
-                  Rect::At(30, desktop.bottom - folded.Height() - 300, folded.Width(), folded.Height() + 300));
+        for (int times = 0; times < 2; ++times) {
+            TestPushItem(dialog, kIdOk);
+            EXPECT_EQ(WindowRect(dialog),
+                      Rect::At(30, desktop.bottom - folded.Height() - 300, folded.Width(), folded.Height() + 300));
+            EXPECT_EQ(ItemRect(dialog, kReportView).top, view);
+            EXPECT_EQ(ItemRect(dialog, kReportView).Height(), 290);
+        }
+        EXPECT_THAT(ItemText(dialog, kReportView), HasSubstr("Title: milk\r\nNotes: two\r\n"));
+        EXPECT_TRUE(IsEnabled(DialogItem(dialog, kPrintButton)));
+        TestPushItem(dialog, kPrintButton);
     });
+    EXPECT_EQ(opened.size(), 1u);
+    EXPECT_THAT(said, IsEmpty());
 }
 
 TEST_F(Reports, TheCurrentRecordIgnoresATextToFind)
 {
-    const auto id = StoredNote("bread").uniqueId.Get();
-    Run(ReportKind::Report, id, [&](WindowHandle dialog) {
+    Run(ReportKind::Report, StoredNote("bread").uniqueId.Get(), [&](WindowHandle dialog) {
         TestPushItem(dialog, kCurrentRadio);
         EXPECT_FALSE(IsEnabled(DialogItem(dialog, kFindEdit)));
         TestPushItem(dialog, kFindBox);
-        EXPECT_TRUE(IsEnabled(DialogItem(dialog, kFindEdit)));
         TestType(DialogItem(dialog, kFindEdit), "milk");
         TestPushItem(dialog, kIdOk);
         EXPECT_THAT(ItemText(dialog, kReportView), HasSubstr("Title: bread"));
@@ -163,25 +153,21 @@ TEST_F(Reports, ExportWritesTheFileStoresItsPathAndSaysSo)
     EXPECT_THAT(said, ElementsAre(testing::EndsWith("may not come back as it is from an import. Such notes: 1.")));
 }
 
-TEST_F(Reports, AnExportThatCannotBeWrittenSaysWhyAndKeepsWhatWasThere)
+TEST_F(Reports, AnExportThatCannotBeWrittenSaysWhyAndStaysOpen)
 {
-    struct Case {
-        const char* name;
-        std::string target;
-    };
-    const std::string old = folder.File("old.csv");
-    for (const Case& c : {Case{"nowhere", folder.File("no/such/folder.csv")}, Case{"folder", folder.Path()},
-                          Case{"full disk", "/dev/full"}, Case{"the open note file", path}, Case{"no name", ""}}) {
-        SCOPED_TRACE(c.name);
-        const std::string before = test::ReadAll(path);
+    const std::string before = test::ReadAll(path);
+    const std::pair<std::string, const char*> targets[] = {{folder.File("no/such/folder.csv"), "could not be exported"},
+                                                           {path, "could not be exported"},
+                                                           {"", "Please give the file to export to."}};
+    for (const auto& [target, reason] : targets) {
         Run(ReportKind::Export, 0, [&](WindowHandle dialog) {
-            SetItemTextOf(dialog, kExportEdit, c.target);
+            SetItemTextOf(dialog, kExportEdit, target);
             TestPushItem(dialog, kExportButton);
             EXPECT_EQ(TopModal(), dialog);
         });
-        EXPECT_EQ(said.size(), 1u);
-        EXPECT_EQ(test::ReadAll(path), before);
+        EXPECT_THAT(said, ElementsAre(HasSubstr(reason)));
     }
+    EXPECT_EQ(test::ReadAll(path), before);
 }
 
 }  // namespace
