@@ -113,6 +113,7 @@ TEST_F(Importing, TheDefaultMapGoesByNamesAndAFieldIsMappedOnce)
     Run([&](WindowHandle wizard) {
         GoToMap(wizard, path);
         EXPECT_THAT(Rows(wizard, kTargetList), ElementsAre("Title", "Text", "Color", "Category"));
+        EXPECT_EQ(SelectedRow(wizard, kTargetList), 0);
         EXPECT_EQ(RowText(wizard, kSourceList, 3), std::string(254, 'x'));
         TestPushItem(wizard, kDefaultMap);
         EXPECT_THAT(Rows(wizard, kTargetList),

@@ -72,6 +72,7 @@ TEST_F(Reports, MakeReportUnfoldsTheViewOnceAndEnablesPrint)
         }
         EXPECT_THAT(ItemText(dialog, kReportView), HasSubstr("Title: milk\r\nNotes: two\r\n"));
         EXPECT_TRUE(IsEnabled(DialogItem(dialog, kPrintButton)));
+        EXPECT_EQ(ItemText(dialog, kFromButton), ItemText(dialog, kToButton)) << "both begin with today";
         TestPushItem(dialog, kPrintButton);
     });
     EXPECT_EQ(opened.size(), 1u);

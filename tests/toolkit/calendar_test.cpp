@@ -21,15 +21,23 @@ std::ostream& operator<<(std::ostream& out, const Picked& p)
     return out << "code " << p.code << ' ' << p.date.day << '.' << p.date.month << '.' << p.date.year;
 }
 
+// Every month of the calendar against a sheet that is filled day by day.
 TEST(MonthDayRectTest, DaysStandUnderTheirWeekday)
 {
-    const Size client{105, 84};  // columns of 15, rows of 14
-    EXPECT_EQ(MonthDayRect(client, 2000, 3, 1), (Rect{45, 0, 60, 14})) << "a Wednesday";
-    EXPECT_EQ(MonthDayRect(client, 2000, 3, 5), (Rect{0, 14, 15, 28})) << "the first Sunday";
-    EXPECT_EQ(MonthDayRect(client, 2000, 7, 31), (Rect{15, 70, 30, 84})) << "begins on a Saturday: sixth row";
-    EXPECT_EQ(MonthDayRect({110, 89}, 2000, 3, 1), (Rect{45, 0, 60, 14})) << "what does not divide is left over";
-    EXPECT_TRUE(MonthDayRect(client, 2000, 2, 29).has_value());
-    EXPECT_FALSE(MonthDayRect(client, 2001, 2, 29).has_value());
+    const Size client{110, 89};  // columns of 15, rows of 14; what does not divide is left over
+    int weekday = 6;             // 1 January 2000, a Saturday
+    for (int year = 2000; year <= CalendarLastYear(); ++year) {
+        for (int month = 1; month <= 12; ++month) {
+            int row = 0;
+            for (int day = 1; day <= DaysInMonth(year, month); ++day) {
+                ASSERT_EQ(MonthDayRect(client, year, month, day), Rect::At(weekday * 15, row * 14, 15, 14))
+                    << day << '.' << month << '.' << year;
+                row += weekday == 6 ? 1 : 0;
+                weekday = (weekday + 1) % 7;
+            }
+            ASSERT_FALSE(MonthDayRect(client, year, month, DaysInMonth(year, month) + 1).has_value());
+        }
+    }
     EXPECT_FALSE(MonthDayRect(client, 2000, 13, 1).has_value());
     EXPECT_FALSE(MonthDayRect(client, 2000, 3, 0).has_value());
 }
@@ -64,13 +72,21 @@ protected:
     WindowHandle ChildAt(Point p) { return WindowFromScreenPoint(ClientToScreen(calendar->window, p)); }
     void Previous() { TestClick(ChildAt({5, 120}), {3, 3}); }
     void Next() { TestClick(ChildAt({101, 120}), {3, 3}); }
-    void Choose(WindowHandle menu, MenuAnswer answer)
+    // Opens a menu at a point, chooses its nth entry, and gives all that were shown.
+    std::vector<MenuEntry> Choose(Point menu, std::optional<std::size_t> nth)
     {
-        const ScopedMenuAnswer scoped(answer);
-        TestClick(menu, {4, 7});
+        static std::vector<MenuEntry> shown;
+        static std::optional<std::size_t> wanted;
+        wanted = nth;
+        const ScopedMenuAnswer scoped([](const std::vector<MenuEntry>& entries) {
+            shown = entries;
+            return wanted;
+        });
+        TestClick(ChildAt(menu), {4, 7});
+        return shown;
     }
-    WindowHandle YearMenu() { return ChildAt({5, 5}); }
-    WindowHandle MonthMenu() { return ChildAt({60, 5}); }
+    static constexpr Point kYears{5, 5};
+    static constexpr Point kMonths{60, 5};
 
     Host host;
     std::unique_ptr<MarliMiniCalendar> calendar;
@@ -80,56 +96,56 @@ protected:
 TEST_F(CalendarTest, AClickOnADayIsToldEvenWhenItWasSelected)
 {
     Show(5, 3, 2000);
-    TestClick(calendar->Grid().window, Day(17));
-    EXPECT_THAT(Take(), ElementsAre(Picked{0, {17, 3, 2000}}));
-    TestClick(calendar->Grid().window, Day(17));
-    EXPECT_THAT(Take(), ElementsAre(Picked{0, {17, 3, 2000}}));
+    for (int i = 0; i < 2; ++i) {
+        TestClick(calendar->Grid().window, Day(17));
+        EXPECT_THAT(Take(), ElementsAre(Picked{0, {17, 3, 2000}}));
+    }
     UpdateNow(calendar->Grid().window);
     Rect cell;
     calendar->Grid().GetDayRect(2000, 3, 17, cell);
-    EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left + 1, cell.top + 1}), 0xB2E2E1u);
+    EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left + 2, cell.top + 2}), 0xB2E2E1u);
+    EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left, cell.top}), 0u);
+    EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left - 1, cell.top + 1}), 0xC0FFFFu);
+    const AccessibleDescription heard = DescriptionOf(calendar->Grid());
+    ASSERT_EQ(heard.parts.size(), 31u);
+    EXPECT_EQ(heard.parts[16].name, heard.name);
+    EXPECT_EQ(std::ranges::count(heard.parts, true, &AccessiblePart::selected), heard.parts[16].selected);
+    const auto red = PixelsWhere(*calendar, [](Colour c) { return (c & 0xFF) > (c >> 8 & 0xFF) + 80; });
+    EXPECT_FALSE(red.empty()) << "the letter of Sunday";
+    for (const Point p : red)
+        EXPECT_TRUE((Rect{0, 15, 15, 29}.Contains(p)));
 }
 
-TEST_F(CalendarTest, TodayIsToldOnlyFromAnotherDay)
+TEST_F(CalendarTest, TodayIsToldOnlyFromAnotherDayAndSeenByItsColour)
 {
     SetCalendarLastYear(kCalendarMaxLastYear);
     DateValue today;
     Today(today);
     Show(1, 1, 2000);
+    const auto red = [&] { return PixelsWhere(calendar->Grid(), [](Colour c) { return c == 0x0000FF; }).size(); };
+    EXPECT_EQ(red(), 0u);
     TestClick(ChildAt({53, 120}), {3, 3});
     EXPECT_THAT(Take(), ElementsAre(Picked{0, today}));
+    EXPECT_GT(red(), 3u);
     TestClick(ChildAt({53, 120}), {3, 3});
     EXPECT_THAT(Take(), IsEmpty());
     SetCalendarLastYear(kCalendarDefaultLastYear);
 }
 
-TEST_F(CalendarTest, AYearWithoutTheDayTakesTheMonthsLast)
+TEST_F(CalendarTest, AYearWithoutTheDayTakesTheMonthsLastAndTheYearsGoToTheLast)
 {
     Show(29, 2, 2000);
-    Choose(YearMenu(), [](const std::vector<MenuEntry>&) { return std::optional<std::size_t>(1); });
+    const std::vector<MenuEntry> years = Choose(kYears, 1);
     EXPECT_THAT(Take(), ElementsAre(Picked{0, {28, 2, 2001}}));
-    Choose(MonthMenu(), [](const std::vector<MenuEntry>&) { return std::optional<std::size_t>(11); });
+    ASSERT_EQ(years.size(), 21u);
+    EXPECT_EQ(years.back().text, "2020");
+    for (int i = 0; i < 21; ++i)
+        EXPECT_EQ(years[static_cast<std::size_t>(i)].checked, i == 0) << "the year that is shown";
+    EXPECT_TRUE(Choose(kMonths, 11)[1].checked);
     EXPECT_THAT(Take(), ElementsAre(Picked{0, {28, 12, 2001}}));
-}
-
-TEST_F(CalendarTest, TheYearMenuGoesToTheLastYear)
-{
-    static std::vector<MenuEntry> shown;
-    const MenuAnswer look = [](const std::vector<MenuEntry>& entries) {
-        shown = entries;
-        return std::optional<std::size_t>();
-    };
-    Show(1, 1, 2005);
-    Choose(YearMenu(), look);
-    ASSERT_EQ(shown.size(), 21u);
-    EXPECT_EQ(shown.front().text, "2000");
-    EXPECT_EQ(shown.back().text, "2020");
-    EXPECT_TRUE(shown[5].checked);
     SetCalendarLastYear(kCalendarMaxLastYear);
     Show(1, 1, 2005);
-    Choose(YearMenu(), look);
-    ASSERT_EQ(shown.size(), 100u);
-    EXPECT_EQ(shown.back().text, "2099");
+    EXPECT_EQ(Choose(kYears, {}).size(), 100u);
     SetCalendarLastYear(kCalendarDefaultLastYear);
     EXPECT_THAT(Take(), IsEmpty());
 }
@@ -138,10 +154,8 @@ TEST_F(CalendarTest, SetDateTellsNobodyAndRefusesOtherYears)
 {
     Show(1, 1, 2005);
     calendar->SetDate(2006, 2, 30);
-    EXPECT_EQ(calendar->GetDate(), (DateValue{28, 2, 2006}));
-    calendar->SetDate(CalendarLastYear() + 1, 1, 1);
-    calendar->SetDate(1999, 12, 31);
-    calendar->SetDate(2006, 13, 1);
+    for (const DateValue& outside : {DateValue{1, 1, CalendarLastYear() + 1}, {31, 12, 1999}, {1, 13, 2006}})
+        calendar->SetDate(outside.year, outside.month, outside.day);
     EXPECT_EQ(calendar->GetDate(), (DateValue{28, 2, 2006}));
     EXPECT_EQ(calendar->Grid().GetDate(), (DateValue{28, 2, 2006}));
     EXPECT_THAT(Take(), IsEmpty());
@@ -194,50 +208,37 @@ TEST_F(CalendarTest, AScreenReaderFindsTheDaysAndTheSelectedOne)
     EXPECT_EQ(std::ranges::count(heard.parts, true, &AccessiblePart::selected), heard.parts[4].selected);
 }
 
-class CalendarDropTest : public CalendarTest {
-protected:
-    CalendarDropTest()
-    {
-        Show(5, 3, 2000);
-        SetMainWindow(host.window);
-        BringToForeground(host.window);
-        ServeUntil([this] { return IsForeground(host.window); }, std::chrono::milliseconds(500));
-    }
-    ~CalendarDropTest() override { SetMainWindow(0); }
-    MessageParam Drag(int command, Point inGrid)
-    {
-        place = ClientToScreen(calendar->Grid().window, inGrid);
-        return SendTo(calendar->Grid().window, kWmCommand, command, reinterpret_cast<MessageParam>(&place));
-    }
-    Point place;
-};
-
-TEST_F(CalendarDropTest, ADayTakesADropAndTellsItWithoutSelecting)
+TEST_F(CalendarTest, ADayTakesADropAndTellsItWithoutSelecting)
 {
-    EXPECT_EQ(Drag(kDragOver, Day(9)), 1);
-    EXPECT_THAT(Take(), IsEmpty());
-    EXPECT_EQ(Drag(kDragMoveDrop, Day(9)), 1);
-    EXPECT_THAT(Take(), ElementsAre(Picked{kDragMoveDrop, {9, 3, 2000}}));
+    Show(5, 3, 2000);
+    SetMainWindow(host.window);
+    BringToForeground(host.window);
+    ServeUntil([this] { return IsForeground(host.window); }, std::chrono::milliseconds(500));
+    const struct {
+        int command;
+        Point at;
+        MessageParam taken;
+        std::vector<Picked> told;
+    } rows[] = {
+        {kDragOver, Day(9), 1, {}},
+        {kDragMoveDrop, Day(9), 1, {{kDragMoveDrop, {9, 3, 2000}}}},
+        {kDragCopyDrop, Day(10), 1, {{kDragCopyDrop, {10, 3, 2000}}}},
+        {kDragMoveDrop, Day(5), 1, {}},  // the selected day
+        {kDragOver, {2, 2}, 0, {}},      // before the first day
+        {kDragMoveDrop, {2, 2}, 0, {}},
+        {kDragCopyDrop + 1, Day(9), 0, {}},
+        {kDragMoveDrop, Day(9), 0, {}},  // with another program in front
+    };
+    for (const auto& row : rows) {
+        if (&row == std::end(rows) - 1)
+            SetMainWindow(0);
+        Point place = ClientToScreen(calendar->Grid().window, row.at);
+        EXPECT_EQ(SendTo(calendar->Grid().window, kWmCommand, row.command, reinterpret_cast<MessageParam>(&place)),
+                  row.taken);
+        EXPECT_EQ(Take(), row.told);
+    }
     EXPECT_EQ(calendar->Grid().GetDate(), (DateValue{5, 3, 2000}));
     EXPECT_EQ(calendar->GetDate(), (DateValue{5, 3, 2000})) << "or the Today button would take a drop for a choice";
-    EXPECT_EQ(Drag(kDragCopyDrop, Day(10)), 1);
-    EXPECT_THAT(Take(), ElementsAre(Picked{kDragCopyDrop, {10, 3, 2000}}));
-}
-
-TEST_F(CalendarDropTest, TheSelectedDayTakesADropAndDoesNothing)
-{
-    EXPECT_EQ(Drag(kDragOver, Day(5)), 1);
-    EXPECT_EQ(Drag(kDragMoveDrop, Day(5)), 1);
-    EXPECT_THAT(Take(), IsEmpty());
-}
-
-TEST_F(CalendarDropTest, OffTheDaysOrWithAnotherProgramInFrontItIsRefused)
-{
-    EXPECT_EQ(Drag(kDragOver, {2, 2}), 0) << "before the first day";
-    EXPECT_EQ(Drag(kDragMoveDrop, {2, 2}), 0);
-    SetMainWindow(0);
-    EXPECT_EQ(Drag(kDragOver, Day(9)), 0);
-    EXPECT_THAT(Take(), IsEmpty());
 }
 
 }  // namespace

@@ -5,38 +5,23 @@
 namespace jotlet {
 namespace {
 
-TEST(ListGeometryTest, CellsOfARowShareTheirEdgesAndReachTheRightOne)
-{
-    const ListGeometry grid{{100, 60}, 3, 20, 0};
-    EXPECT_EQ(grid.CellRect(0), (Rect{0, 0, 33, 20}));
-    EXPECT_EQ(grid.CellRect(1), (Rect{33, 0, 66, 20}));
-    EXPECT_EQ(grid.CellRect(2), (Rect{66, 0, 100, 20}));
-    EXPECT_EQ(grid.CellRect(3), (Rect{0, 20, 33, 40}));
-}
-
-TEST(ListGeometryTest, NoWidthLeavesAGapOrAddsACell)
+// Cells share their edges, leave no gap and reach the right one.
+TEST(ListGeometryTest, EveryPointIsInTheCellWhoseRectangleHoldsIt)
 {
     for (int columns = 1; columns <= 7; ++columns) {
-        for (int width = columns; width < 400; ++width) {
-            const ListGeometry grid{{width, 10}, columns, 10, 0};
+        for (int width = columns; width < 300; width += columns < 3 ? 7 : 1) {
+            const ListGeometry grid{{width, 50}, columns, 20, 4};
+            ASSERT_EQ(grid.VisibleRows(), 3);
             for (int x = 0; x < width; ++x) {
-                const int cell = grid.CellAt({x, 5});
-                ASSERT_TRUE(cell >= 0 && cell < columns) << width << " wide, " << columns << " columns, x " << x;
+                const int cell = grid.CellAt({x, x % 50});
+                ASSERT_EQ(cell / columns, 4 + x % 50 / 20);
+                ASSERT_TRUE(grid.CellRect(cell).Contains({x, x % 50})) << width << ", " << columns << ", x " << x;
+                ASSERT_EQ(grid.CellRect(cell).top, x % 50 / 20 * 20);
             }
+            for (const Point outside : {Point{width, 10}, {-1, 10}, {0, 50}, {0, -1}})
+                ASSERT_EQ(grid.CellAt(outside), -1);
         }
     }
-}
-
-TEST(ListGeometryTest, PointsFindTheirCellBelowTheTopRow)
-{
-    const ListGeometry grid{{90, 50}, 3, 20, 4};
-    EXPECT_EQ(grid.VisibleRows(), 3);
-    EXPECT_EQ(grid.CellAt({0, 0}), 12);
-    EXPECT_EQ(grid.CellAt({89, 49}), 20);
-    EXPECT_EQ(grid.CellAt({90, 10}), -1);
-    EXPECT_EQ(grid.CellAt({10, 50}), -1);
-    EXPECT_EQ(grid.CellAt({10, -1}), -1);
-    EXPECT_EQ(grid.CellRect(12), (Rect{0, 0, 30, 20}));
 }
 
 TEST(ListGeometryTest, RowsGiveBackTheirItemsForEveryCountAndColumns)
@@ -49,15 +34,17 @@ TEST(ListGeometryTest, RowsGiveBackTheirItemsForEveryCountAndColumns)
 
 TEST(ListGeometryTest, ARowPastTheEndBecomesTheLastWholeOne)
 {
-    EXPECT_TRUE(IsValidRow(2, 7 / 3.0)) << "a partly filled row is a row";
-    EXPECT_FALSE(IsValidRow(3, 7 / 3.0));
-    EXPECT_FALSE(IsValidRow(-1, 7 / 3.0));
-    EXPECT_FALSE(IsValidRow(0, 0));
-    EXPECT_EQ(ClampRow(2, 7 / 3.0), 2);
-    EXPECT_EQ(ClampRow(9, 7 / 3.0), 1);
-    EXPECT_EQ(ClampRow(9, 4), 3);
-    EXPECT_EQ(ClampRow(5, 0), 0);
-    EXPECT_EQ(ClampRow(-3, 4), 0);
+    const struct {
+        int row;
+        double rows;
+        bool isValid;
+        int clamped;
+    } cases[] = {{2, 7 / 3.0, true, 2}, {3, 7 / 3.0, false, 1}, {-1, 7 / 3.0, false, 0},
+                 {9, 4, false, 3},      {0, 0, false, 0},       {5, 0, false, 0}};
+    for (const auto& [row, rows, isValid, clamped] : cases) {
+        EXPECT_EQ(IsValidRow(row, rows), isValid) << row << " of " << rows;
+        EXPECT_EQ(ClampRow(row, rows), clamped) << row << " of " << rows;
+    }
 }
 
 }  // namespace

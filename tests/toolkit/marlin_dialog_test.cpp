@@ -37,23 +37,24 @@ protected:
     DiaryDialog dialog;
 };
 
-TEST_F(MarlinDialogTest, OkAndCancelAndTheCloseBoxEndIt)
+TEST_F(MarlinDialogTest, InitComesFirstAndOkOrCancelOrTheCloseBoxEndIt)
 {
-    EXPECT_EQ(Run([](WindowHandle window) { TestPushItem(window, kIdOk); }), 1);
-    EXPECT_EQ(Run([](WindowHandle window) { TestPushItem(window, kIdCancel); }), 0);
-    EXPECT_EQ(Run([](WindowHandle window) { SendTo(window, kWmClose, 0, 0); }), 0);
-    EXPECT_FALSE(IsWindow(dialog.window));
-}
-
-TEST_F(MarlinDialogTest, InitComesFirstAndOnCreatedFromTheQueue)
-{
-    Run([&](WindowHandle window) {
-        ServeEvents();
-        for (const std::uint32_t message : {kWmKeyDown, kWmMouseWheel, kWmEraseBkgnd, kWmCreate})
-            SendTo(window, message, 0, 0);  // the dialog manager's
-        EndModal(window, 0);
-    });
-    EXPECT_THAT(dialog.calls, ElementsAre("OnInitDialog", "OnCreated"));
+    const std::pair<std::function<void(WindowHandle)>, int> ends[] = {
+        {[](WindowHandle window) { TestPushItem(window, kIdOk); }, 1},
+        {[](WindowHandle window) { TestPushItem(window, kIdCancel); }, 0},
+        {[](WindowHandle window) { SendTo(window, kWmClose, 0, 0); }, 0}};
+    for (const auto& [end, result] : ends) {
+        dialog.calls.clear();
+        EXPECT_EQ(Run([&](WindowHandle window) {
+                      ServeEvents();
+                      for (const std::uint32_t message : {kWmKeyDown, kWmMouseWheel, kWmEraseBkgnd, kWmCreate})
+                          SendTo(window, message, 0, 0);  // the dialog manager's
+                      end(window);
+                  }),
+                  result);
+        EXPECT_THAT(dialog.calls, ElementsAre("OnInitDialog", "OnCreated"));
+        EXPECT_FALSE(IsWindow(dialog.window));
+    }
 }
 
 TEST_F(MarlinDialogTest, AModelessDialogIsNotEndedButDestroyed)

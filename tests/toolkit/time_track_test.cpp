@@ -89,6 +89,11 @@ TEST_F(TimeTrackTest, OnlyTheThumbIsDragged)
         TestMove(track->window, {50, 150}, true);
         TestRelease(track->window, {50, 150});
     }
+    TestPress(track->window, {50, thumb + 10});
+    EXPECT_TRUE(track->IsDragging());
+    SendTo(track->window, kWmCaptureLost, 0, 0);
+    EXPECT_FALSE(track->IsDragging());
+    TestMove(track->window, {50, 150}, true);
     EXPECT_EQ(To(), Before(11));
 }
 
@@ -105,11 +110,7 @@ TEST_F(TimeTrackTest, TheListFoldsOutTakesATimeAndFoldsIn)
     EXPECT_FALSE(track->IsListOut());
     EXPECT_FALSE(IsVisible(track->List().window));
     EXPECT_THAT(host.Take(), IsEmpty());
-}
-
-TEST_F(TimeTrackTest, APressOnTheScaleOnlyFoldsTheListIn)
-{
-    Show(Before(7), Before(9));
+    // A press on the scale only folds it in, and so does the button.
     TestClick(ListButton(), {4, 4});
     TestPress(track->window, {5, static_cast<int>(track->ThumbY()) + 10});
     EXPECT_FALSE(track->IsListOut());
@@ -119,64 +120,72 @@ TEST_F(TimeTrackTest, APressOnTheScaleOnlyFoldsTheListIn)
     EXPECT_FALSE(track->IsListOut());
 }
 
-TEST_F(TimeTrackTest, ASingleTimeIsClickedAndADoubleClickIsOk)
+TEST_F(TimeTrackTest, ASingleTimeIsClickedInItsListAndADoubleClickIsOk)
 {
-    Show(Before(7), Before(7), true);
+    Show(Before(7), After(3), true);
     EXPECT_TRUE(IsVisible(track->List().window));
+    EXPECT_TRUE(track->List().GetItemRect(96).has_value()) << "the list opens at its time";
+    FocusWindow(List());
+    TestKey(List(), kKeyDown);
+    ServeEvents();
+    EXPECT_EQ(To(), After(3, 5));
+    track->List().SelectItem(0);
     TestClick(List(), Row(3));
     EXPECT_THAT(host.Take(), IsEmpty());
     EXPECT_EQ(To(), Before(7, 15));
     TestDoubleClick(List(), Row(12));
     EXPECT_THAT(host.Take(), ElementsAre(Command{kIdOk, 0, 0}));
     EXPECT_EQ(To(), Before(8));
-}
-
-TEST_F(TimeTrackTest, ASingleTimesListOpensAtItsTimeAndFollowsTheKeys)
-{
-    Show(Before(7), After(3), true);
-    EXPECT_EQ(track->List().GetSelected(), 96);
-    EXPECT_TRUE(track->List().GetItemRect(96).has_value());
-    FocusWindow(List());
-    TestKey(List(), kKeyDown);
-    ServeEvents();
-    EXPECT_EQ(To(), After(3, 5));
+    EXPECT_EQ(DescriptionOf(*track).name, "08:00");
 }
 
 TEST_F(TimeTrackTest, KeysMoveTheThumb)
 {
     Show(Before(7), Before(8));
-    const auto press = [this](int key) {
-        TestKey(track->window, key);
-        return To();
+    const std::pair<int, TimeValue> presses[] = {
+        {kKeyDown, Before(8, 5)}, {kKeyUp, Before(8)},     {kKeyPageDown, Before(9)},
+        {kKeyPageUp, Before(8)},  {kKeyPageUp, Before(7)}, {kKeyPageUp, Before(7)},
+        {kKeyEnd, After(11)},     {kKeyDown, After(11)},   {kKeyHome, Before(7)},
     };
-    EXPECT_EQ(press(kKeyDown), Before(8, 5));
-    EXPECT_EQ(press(kKeyUp), Before(8));
-    EXPECT_EQ(press(kKeyPageDown), Before(9));
-    EXPECT_EQ(press(kKeyPageUp), Before(8));
-    EXPECT_EQ(press(kKeyPageUp), Before(7));
-    EXPECT_EQ(press(kKeyPageUp), Before(7));
-    EXPECT_EQ(press(kKeyEnd), After(11));
-    EXPECT_EQ(press(kKeyDown), After(11));
-    EXPECT_EQ(press(kKeyHome), Before(7));
+    for (const auto& [key, to] : presses) {
+        TestKey(track->window, key);
+        EXPECT_EQ(To(), to) << key;
+    }
+    TestKey(track->window, kKeySpace);
+    EXPECT_TRUE(track->IsListOut());
     track->OnSetValue(8 * 60 + 3);
-    EXPECT_THAT(DescriptionOf(*track).name, testing::AllOf(testing::HasSubstr("07:00"), testing::HasSubstr("08:00")));
-    EXPECT_EQ(DescriptionOf(*track).value->now, 8 * 60);
+    const AccessibleDescription heard = DescriptionOf(*track);
+    EXPECT_EQ(heard.name, "07:00 - 08:00");
+    EXPECT_EQ(heard.value->now, 8 * 60);
+    EXPECT_EQ(heard.value->least, 7 * 60);
+    EXPECT_EQ(heard.value->most, 23 * 60);
 }
 
-TEST_F(TimeTrackTest, ThePictureMovesWithTheThumb)
+// Down the middle: the line from the scale's top to the thumb, which makes room for the length of the span where there
+// is any.
+TEST_F(TimeTrackTest, TheLineLeadsToTheThumbAndMakesRoomForTheSpan)
 {
-    Show(Before(7), Before(9));
-    const auto thumb = [this] {
-        for (const Point p : PixelsWhere(*track, [](Colour c) { return c == 255; })) {
-            if (p.y >= 25 && p.x >= 30 && p.x < 70)
-                return p.y;
+    const std::pair<TimeValue, int> rows[] = {{Before(7, 40), 0}, {Before(7, 45), 20}, {Before(9), 28}, {After(3), 64}};
+    for (const auto& [to, gap] : rows) {
+        Show(Before(7), to);
+        const int thumb = static_cast<int>(track->ThumbY());
+        const auto black = PixelsWhere(*track, [](Colour c) { return c == 0; });
+        const auto isBlack = [&](int x, int y) { return std::ranges::find(black, Point{x, y}) != black.end(); };
+        for (int y = 20; y < thumb; ++y) {
+            if (gap == 0 || y < gap || y >= gap + 9) {
+                EXPECT_TRUE(isBlack(50, y)) << y << " of " << thumb;
+            }
         }
-        return -1;
-    };
-    EXPECT_EQ(thumb(), static_cast<int>(track->ThumbY()));
-    const int before = thumb();
-    TestKey(track->window, kKeyDown);
-    EXPECT_EQ(thumb(), before + 1);
+        if (gap > 0) {
+            EXPECT_FALSE(isBlack(50, gap));
+            EXPECT_FALSE(isBlack(50, gap + 8));
+            const auto drawn = PixelsWhere(*track, [](Colour c) { return c != 0xFFFFFF; });
+            const auto inNumber = [&](Point p) { return p.y > gap && p.y < gap + 8 && p.x > 52 && p.x < 70; };
+            EXPECT_GT(std::ranges::count_if(drawn, inNumber), 5);
+        }
+        const auto accent = PixelsWhere(*track, [](Colour c) { return c == 255; });
+        EXPECT_EQ(std::ranges::find_if(accent, [](Point p) { return p.y >= 25; })->y, thumb);
+    }
 }
 
 }  // namespace

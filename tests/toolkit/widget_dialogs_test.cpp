@@ -39,32 +39,21 @@ protected:
     }};
 };
 
-TEST_F(WidgetDialogTest, TheDatePickerGivesThePickedDate)
+TEST_F(WidgetDialogTest, TheDatePickerGivesThePickedDateUnlessItIsCancelled)
 {
-    DateValue date{5, 3, 2000};
-    DateDialog dialog(date.day, date.month, date.year, &date);
-    dialog.SetZoom(1);
-    WhenModalHasFocus([](WindowHandle window) {
-        const WindowHandle grid = FocusedWindow();
-        TestKey(grid, kKeyRight);
-        TestPushItem(window, kIdOk);
-    });
-    EXPECT_EQ(dialog.DoModal(&host, date_picker_ids::kDialog), 1);
-    EXPECT_EQ(date, (DateValue{6, 3, 2000}));
-    EXPECT_THAT(played, ElementsAre("play open.wav", "play close.wav"));
-}
-
-TEST_F(WidgetDialogTest, ACancelledPickerChangesNothing)
-{
-    DateValue date{5, 3, 2000};
-    DateDialog dialog(date.day, date.month, date.year, &date);
-    WhenModalHasFocus([](WindowHandle) {
-        TestKey(FocusedWindow(), kKeyRight);
-        TestKey(FocusedWindow(), kKeyEscape);
-    });
-    EXPECT_EQ(dialog.DoModal(&host, date_picker_ids::kDialog), 0);
-    EXPECT_EQ(date, (DateValue{5, 3, 2000}));
-    EXPECT_THAT(played, ElementsAre("play close.wav")) << "without zoom it opens in silence";
+    for (const bool taken : {true, false}) {
+        DateValue date{5, 3, 2000};
+        DateDialog dialog(date.day, date.month, date.year, &date);
+        if (taken)
+            dialog.SetZoom(1);
+        WhenModalHasFocus([&](WindowHandle window) {
+            TestKey(FocusedWindow(), kKeyRight);
+            taken ? TestPushItem(window, kIdOk) : TestKey(FocusedWindow(), kKeyEscape);
+        });
+        EXPECT_EQ(dialog.DoModal(&host, date_picker_ids::kDialog), taken ? 1 : 0);
+        EXPECT_EQ(date, (DateValue{taken ? 6 : 5, 3, 2000}));
+    }
+    EXPECT_THAT(played, ElementsAre("play open.wav", "play close.wav", "play close.wav")) << "silent without zoom";
 }
 
 TEST_F(WidgetDialogTest, APickerOpensWhereItIsToldButOnTheDesktopItsButtonsBelowWhatPicks)
@@ -95,34 +84,26 @@ TEST_F(WidgetDialogTest, APickerOpensWhereItIsToldButOnTheDesktopItsButtonsBelow
     EXPECT_EQ(opened, (Point{50, 60}));
 }
 
-TEST_F(WidgetDialogTest, TheTimePickerGivesBothTimes)
+TEST_F(WidgetDialogTest, TheTimePickerGivesBothTimesOrASingleOneByADoubleClick)
 {
     const TimeValue from{8, 0, 0, kBeforeNoon};
-    TimeValue start, end;
-    TimeDialog dialog(from, from, &start, &end);
-    WhenModalHasFocus([](WindowHandle window) {
-        TestKey(FocusedWindow(), kKeyPageDown);
-        TestPushItem(window, kIdOk);
-    });
-    EXPECT_EQ(dialog.DoModal(&host, time_picker_ids::kDialog), 1);
-    EXPECT_EQ(start, from);
-    EXPECT_EQ(end, (TimeValue{9, 0, 0, kBeforeNoon}));
-}
-
-TEST_F(WidgetDialogTest, ADoubleClickOnASingleTimeEndsTheDialog)
-{
-    const TimeValue from{8, 0, 0, kBeforeNoon};
-    TimeValue start, end;
-    TimeDialog dialog(from, from, &start, &end);
-    dialog.SetSingleTime();
-    WhenModalHasFocus([](WindowHandle) {
-        const WindowHandle grid = FocusedWindow();
-        ASSERT_EQ(ClassNameOf(grid), "MarlinWndList");
-        TestDoubleClick(grid, {20, 5});
-    });
-    EXPECT_EQ(dialog.DoModal(&host, time_picker_ids::kDialog), 1);
-    EXPECT_EQ(end.minute % 5, 0);
-    EXPECT_NE(end, from);
+    for (const bool single : {false, true}) {
+        TimeValue start, end;
+        TimeDialog dialog(from, from, &start, &end);
+        if (single)
+            dialog.SetSingleTime();
+        WhenModalHasFocus([&](WindowHandle window) {
+            if (single) {
+                TestDoubleClick(FocusedWindow(), {20, 5});
+                return;
+            }
+            TestKey(FocusedWindow(), kKeyPageDown);
+            TestPushItem(window, kIdOk);
+        });
+        EXPECT_EQ(dialog.DoModal(&host, time_picker_ids::kDialog), 1);
+        EXPECT_EQ(start, from);
+        EXPECT_TRUE(single ? end != from && end.minute % 5 == 0 : end == (TimeValue{9, 0, 0, kBeforeNoon}));
+    }
 }
 
 TEST_F(WidgetDialogTest, AboutWritesMailAndOpensTheHomePage)

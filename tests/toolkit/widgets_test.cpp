@@ -204,6 +204,21 @@ TEST_F(WidgetsTest, TheFocusIsSeen)
     }
 }
 
+TEST_F(WidgetsTest, WhatIsHeldLooksSoUntilTheMouseIsTakenAway)
+{
+    const std::pair<const Widget&, Point> rows[] = {{kLink, {10, 9}}, {kTools, {90, 12}}, {kSlide, {10, 10}}};
+    for (const auto& [one, at] : rows) {
+        const Made widget = Show(one);
+        const auto free = Picture(*widget);
+        TestPress(widget->window, at);
+        EXPECT_NE(Picture(*widget), free) << one.name;
+        SendTo(widget->window, kWmCaptureLost, 0, 0);
+        EXPECT_EQ(Picture(*widget), free) << one.name;
+        TestRelease(widget->window, at);
+        EXPECT_EQ(host.Take(), Commands{}) << one.name;
+    }
+}
+
 TEST_F(WidgetsTest, EachTakesWhatItHasRoomFor)
 {
     TTabsWnd tabs(1, 0, 50);
