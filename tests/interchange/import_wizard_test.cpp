@@ -4,6 +4,7 @@
 #include "interchange/import_command.h"
 #include "notes/notes_fixture.h"
 #include "platform/desktop/file_dialog.h"
+#include "resources/dialog_ids.h"
 
 namespace jotlet {
 namespace {
@@ -12,21 +13,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr int kPathEdit = 98;
-constexpr int kBrowseButton = 99;
-constexpr int kPreviewEdit = 100;
-constexpr int kNamesYes = 101;
-constexpr int kNamesNo = 102;
-constexpr int kCommaRadio = 103;
-constexpr int kTabRadio = 104;
-constexpr int kQualifierCombo = 105;
-constexpr int kSourceList = 200;
-constexpr int kTargetList = 201;
-constexpr int kFieldCombo = 202;
-constexpr int kDefaultMap = 203;
-constexpr int kClearMap = 204;
-constexpr int kBack = 3000;
-constexpr int kNext = 3001;
+using namespace import_wizard_ids;
 
 class Importing : public NotesFixture {
 protected:
@@ -54,8 +41,8 @@ protected:
     static void GoToMap(WindowHandle wizard, const std::string& path)
     {
         SetItemTextOf(wizard, kPathEdit, path);
-        TestPushItem(wizard, kNext);
-        TestPushItem(wizard, kNext);
+        TestPushItem(wizard, kNextButton);
+        TestPushItem(wizard, kNextButton);
     }
     static std::vector<std::string> Rows(WindowHandle wizard, int list)
     {
@@ -80,24 +67,24 @@ TEST_F(Importing, ForthAndBackKeepsTheChoicesAndFinishTellsWhatCameIn)
 {
     const std::string path = Source("Subject,Body,Color\r\nmilk,two,1\r\nbread,,7\r\nmilk,two,1\r\n");
     const std::size_t added = Run([&](WindowHandle wizard) {
-        EXPECT_FALSE(IsEnabled(DialogItem(wizard, kBack)));
+        EXPECT_FALSE(IsEnabled(DialogItem(wizard, kBackButton)));
         SetItemTextOf(wizard, kPathEdit, path);
-        TestPushItem(wizard, kNext);
+        TestPushItem(wizard, kNextButton);
         EXPECT_THAT(ItemText(wizard, kPreviewEdit), HasSubstr("bread,,7"));
         EXPECT_TRUE(IsItemChecked(wizard, kNamesYes));
         EXPECT_TRUE(IsItemChecked(wizard, kCommaRadio));
         EXPECT_EQ(RowText(wizard, kQualifierCombo, SelectedRow(wizard, kQualifierCombo)), "None");
-        TestPushItem(wizard, kBack);
+        TestPushItem(wizard, kBackButton);
         EXPECT_FALSE(IsVisible(DialogItem(wizard, kPreviewEdit)));
-        EXPECT_FALSE(IsEnabled(DialogItem(wizard, kBack)));
+        EXPECT_FALSE(IsEnabled(DialogItem(wizard, kBackButton)));
         GoToMap(wizard, ItemText(wizard, kPathEdit));
-        EXPECT_EQ(ItemText(wizard, kNext), "&Finish");
+        EXPECT_EQ(ItemText(wizard, kNextButton), "&Finish");
         EXPECT_THAT(Rows(wizard, kSourceList), ElementsAre("Subject", "Body", "Color"));
         EXPECT_THAT(Rows(wizard, kTargetList), ElementsAre("Title", "Text", "Color"));
-        TestPushItem(wizard, kBack);
-        EXPECT_EQ(ItemText(wizard, kNext), "&Next");
-        TestPushItem(wizard, kNext);
-        TestPushItem(wizard, kNext);
+        TestPushItem(wizard, kBackButton);
+        EXPECT_EQ(ItemText(wizard, kNextButton), "&Next");
+        TestPushItem(wizard, kNextButton);
+        TestPushItem(wizard, kNextButton);
     });
     EXPECT_EQ(added, 2u);
     EXPECT_THAT(said, ElementsAre("2 notes were imported, 1 row was dropped."));
@@ -115,7 +102,7 @@ TEST_F(Importing, TheDefaultMapGoesByNamesAndAFieldIsMappedOnce)
         EXPECT_THAT(Rows(wizard, kTargetList), ElementsAre("Title", "Text", "Color", "Category"));
         EXPECT_EQ(SelectedRow(wizard, kTargetList), 0);
         EXPECT_EQ(RowText(wizard, kSourceList, 3), std::string(254, 'x'));
-        TestPushItem(wizard, kDefaultMap);
+        TestPushItem(wizard, kDefaultMapButton);
         EXPECT_THAT(Rows(wizard, kTargetList),
                     ElementsAre("Category", "Title", "IGNORE THIS FIELD", "IGNORE THIS FIELD"));
         TestPickRow(wizard, kSourceList, 2);
@@ -124,14 +111,14 @@ TEST_F(Importing, TheDefaultMapGoesByNamesAndAFieldIsMappedOnce)
         Map(wizard, 2, "Title");
         EXPECT_THAT(Rows(wizard, kTargetList),
                     ElementsAre("Category", "IGNORE THIS FIELD", "Title", "IGNORE THIS FIELD"));
-        TestPushItem(wizard, kClearMap);
+        TestPushItem(wizard, kClearMapButton);
         EXPECT_THAT(Rows(wizard, kTargetList), ElementsAre("Title", "Text", "Color", "Category"));
         for (int column = 0; column < 4; ++column)
             Map(wizard, column, "IGNORE THIS FIELD");
-        TestPushItem(wizard, kNext);
+        TestPushItem(wizard, kNextButton);
         EXPECT_EQ(TopModal(), wizard) << "with nothing mapped Finish only beeps";
-        TestPushItem(wizard, kDefaultMap);
-        TestPushItem(wizard, kNext);
+        TestPushItem(wizard, kDefaultMapButton);
+        TestPushItem(wizard, kNextButton);
     });
     EXPECT_EQ(beeps, 1);
     EXPECT_EQ(FieldText(StoredNote("a").category), "Calls");
@@ -144,12 +131,12 @@ TEST_F(Importing, WithoutNamesTheFirstRowIsANoteAndTheMapButtonsAreGone)
                       return Source("\"milk\"\ttwo\r\n\"bread\"\tone\r\n", "in.txt");
                   });
                   TestPushItem(wizard, kBrowseButton);
-                  TestPushItem(wizard, kNext);
+                  TestPushItem(wizard, kNextButton);
                   EXPECT_TRUE(IsItemChecked(wizard, kTabRadio));
                   TestPushItem(wizard, kNamesNo);
-                  TestPushItem(wizard, kNext);
-                  EXPECT_FALSE(IsVisible(DialogItem(wizard, kDefaultMap)));
-                  TestPushItem(wizard, kNext);
+                  TestPushItem(wizard, kNextButton);
+                  EXPECT_FALSE(IsVisible(DialogItem(wizard, kDefaultMapButton)));
+                  TestPushItem(wizard, kNextButton);
               }),
               2u);
     EXPECT_THAT(StoredTitles(), ElementsAre("milk", "bread"));
@@ -162,7 +149,7 @@ TEST_F(Importing, FilesThatAreNotThereOrVanishAreToldAndHarmNothing)
     for (const auto& [path, reason] : missing) {
         Run([&](WindowHandle wizard) {
             SetItemTextOf(wizard, kPathEdit, path);
-            TestPushItem(wizard, kNext);
+            TestPushItem(wizard, kNextButton);
             EXPECT_TRUE(IsVisible(DialogItem(wizard, kPathEdit)));
         });
         EXPECT_THAT(said, ElementsAre(HasSubstr(reason)));
@@ -174,11 +161,11 @@ TEST_F(Importing, FilesThatAreNotThereOrVanishAreToldAndHarmNothing)
         const std::string path = Source("Title\r\nmilk\r\n");
         Run([&](WindowHandle wizard) {
             SetItemTextOf(wizard, kPathEdit, path);
-            TestPushItem(wizard, kNext);
+            TestPushItem(wizard, kNextButton);
             end(path);
-            TestPushItem(wizard, kNext);
+            TestPushItem(wizard, kNextButton);
             EXPECT_THAT(Rows(wizard, kSourceList), IsEmpty());
-            TestPushItem(wizard, kNext);
+            TestPushItem(wizard, kNextButton);
             EXPECT_EQ(TopModal(), wizard);
         });
         EXPECT_THAT(said, ElementsAre(HasSubstr(reason)));
@@ -202,7 +189,7 @@ TEST_F(Importing, OddTextsGetAReasonAndNoCrash)
         SCOPED_TRACE(row.text);
         EXPECT_EQ(Run([&](WindowHandle wizard) {
                       GoToMap(wizard, Source(row.text));
-                      TestPushItem(wizard, kNext);
+                      TestPushItem(wizard, kNextButton);
                   }),
                   row.added);
         EXPECT_THAT(said, ElementsAre(HasSubstr(row.reason)));

@@ -16,18 +16,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr int kAllRadio = 100;
-constexpr int kRangeRadio = 101;
-constexpr int kCurrentRadio = 102;
-constexpr int kFindBox = 200;
-constexpr int kFindEdit = 201;
-constexpr int kFromButton = 300;
-constexpr int kToButton = 301;
-constexpr int kPrintButton = 401;
-constexpr int kExportButton = 500;
-constexpr int kExportEdit = 700;
-constexpr int kBrowseButton = 701;
-constexpr int kReportView = 1000;
+using namespace report_dialog_ids;
+using namespace export_dialog_ids;
 
 class Reports : public NotesFixture {
 protected:

@@ -40,6 +40,12 @@ TEST_F(FileMappingTest, ShowsWhatIsWrittenAndFollowsTheSize)
     ASSERT_TRUE(mapping.Cover(file.Get(), 10));
     EXPECT_EQ(mapping.Bytes().size(), 10u);
     EXPECT_FALSE(mapping.Cover(file.Get(), 0));
+    EXPECT_TRUE(mapping.Bytes().empty());
+    FailingFileSystem share;
+    share.isRemote = true;
+    const ScopedFileSystem scope(share);
+    EXPECT_FALSE(mapping.Cover(file.Get(), 100'001)) << "files on other machines are not mapped";
+    EXPECT_TRUE(mapping.Bytes().empty());
 }
 
 TEST_F(FileMappingTest, AFileThatShrinksUnderTheViewIsAFailureAndNoCrash)
@@ -81,16 +87,6 @@ TEST_F(FileMappingTest, AFaultInsideNestedGuardsLeavesOnlyAsFarAsItsOwnView)
         behind = true;
     }));
     EXPECT_FALSE(behind);
-}
-
-TEST_F(FileMappingTest, FilesOnOtherMachinesAreNotMapped)
-{
-    FailingFileSystem share;
-    share.isRemote = true;
-    const ScopedFileSystem scope(share);
-    FileMapping mapping;
-    EXPECT_FALSE(mapping.Cover(file.Get(), 100'001));
-    EXPECT_TRUE(mapping.Bytes().empty());
 }
 
 TEST(FileMappingDeathTest, AnotherBusErrorStillEndsTheProcess)

@@ -31,20 +31,17 @@ protected:
 TEST_F(PathsTest, APortableProgramsFolderHoldsEverything)
 {
     test::UsePortableProgram(program);
-    EXPECT_EQ(GetProgramFolder(), program);
-    EXPECT_EQ(GetDataFolder(), program);
-    EXPECT_EQ(GetProgramFilePath("Pinwell.ini"), program + "/Pinwell.ini");
-    EXPECT_EQ(GetModuleIniPath().Path(), program + "/jotlet.ini");
-    EXPECT_EQ(GetSuiteIniPath().Path(), program + "/Pinwell.ini");
-    EXPECT_EQ(GetHelpFilePath("notes.htm"), program + "/Help/notes.htm");
+    const std::pair<std::string, const char*> places[] = {{GetDataFolder() + "/", "/"},
+                                                          {GetProgramFilePath("Pinwell.ini"), "/Pinwell.ini"},
+                                                          {GetModuleIniPath().Path(), "/jotlet.ini"},
+                                                          {GetSuiteIniPath().Path(), "/Pinwell.ini"},
+                                                          {GetHelpFilePath("notes.htm"), "/Help/notes.htm"}};
+    for (const auto& [place, name] : places)
+        EXPECT_EQ(place, program + name);
     EXPECT_FALSE(fs::exists(scratch.File("share")));
-}
-
-TEST_F(PathsTest, TheModuleIniReplacesTheExtensionOfTheProgramAlone)
-{
-    SetProgramPath(program + "/with.dot/jotlet.bin");
-    EXPECT_EQ(GetModuleIniPath().Path(), data + "/jotlet.ini");
-    SetProgramPath(program + "/.jotlet");
+    SetProgramPath(scratch.File("with.dot/jotlet.bin"));
+    EXPECT_EQ(GetModuleIniPath().Path(), data + "/jotlet.ini") << "the extension of the program alone goes";
+    SetProgramPath(scratch.File(".jotlet"));
     EXPECT_EQ(GetModuleIniPath().Path(), data + "/.jotlet.ini");
 }
 
@@ -87,23 +84,14 @@ TEST_F(PathsTest, SettingsNameFilesFromTheDataFolderSoThatItCanBeCopied)
     EXPECT_EQ(PathFromSettings(""), "");
 }
 
-TEST_F(PathsTest, ADeletedWorksFolderComesBackAndTheCurrentFolderStays)
+TEST_F(PathsTest, ADeletedWorksFolderComesBackAndOneThatCannotBeMadeGivesNoPath)
 {
-    const fs::path before = fs::current_path();
     std::string works;
-    EXPECT_EQ(GetWorksFolder(works), 1);
     EXPECT_EQ(GetWorksFolder(works), 1);
     EXPECT_TRUE(fs::remove(works));
     EXPECT_EQ(GetWorksFilePath(works, "a.jot"), 1);
-    EXPECT_TRUE(fs::is_directory(data + "/Works"));
-    EXPECT_EQ(fs::current_path(), before);
-}
-
-TEST_F(PathsTest, AWorksFolderThatCannotBeMadeGivesNoPath)
-{
-    fs::create_directories(data);
+    EXPECT_TRUE(fs::remove(data + "/Works"));
     test::WriteAll(data + "/Works", "a file in the way");
-    std::string works = "before";
     EXPECT_EQ(GetWorksFilePath(works, "a.jot"), 0);
     EXPECT_EQ(works, "");
     EXPECT_EQ(EnsureWorksFolder(), 0);
@@ -116,18 +104,12 @@ TEST_F(PathsTest, ARelativeDataHomeIsNotUsed)
     EXPECT_EQ(GetDataFolder(), scratch.File("home/.local/share/Jotlet"));
 }
 
-TEST(Paths, TheRealProgramIsThisTest)
+TEST(Paths, ABareFileNameIsWhatStandsBehindTheLastSlash)
 {
     SetProgramPath({});
     EXPECT_EQ(GetProgramPath(), fs::read_symlink("/proc/self/exe").string());
-}
-
-TEST(Paths, ABareFileNameIsWhatStandsBehindTheLastSlash)
-{
-    EXPECT_EQ(GetBareFileName("/home/a/My.jot"), "My.jot");
-    EXPECT_EQ(GetBareFileName("My.jot"), "My.jot");
-    EXPECT_EQ(GetBareFileName("/home/a/"), "");
-    EXPECT_EQ(GetBareFileName(""), "");
+    for (const auto& [path, name] : {std::pair{"/home/a/My.jot", "My.jot"}, {"My.jot", "My.jot"}, {"/home/a/", ""}})
+        EXPECT_EQ(GetBareFileName(path), name);
 }
 
 }  // namespace

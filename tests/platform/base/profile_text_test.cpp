@@ -93,10 +93,10 @@ TEST(ProfileText, NumbersAreReadByTheirLeadingDigits)
         std::string_view text;
         int number;
     };
-    for (const Case& c :
-         {Case{"12", 12}, Case{"  -7px", -7}, Case{"+3", 3}, Case{"", 0}, Case{"yes", 0}, Case{"--1", 0},
-          Case{"99999999999999999999", 2147483647}, Case{"-99999999999999999999", -2147483647 - 1},
-          Case{"2147483647", 2147483647}, Case{"-2147483648", -2147483647 - 1}})
+    for (const Case& c : {Case{"12", 12}, Case{"  -7px", -7}, Case{"\t\v\r 7", 7}, Case{"x7", 0}, Case{"+3", 3},
+                          Case{"", 0}, Case{"yes", 0}, Case{"--1", 0}, Case{"99999999999999999999", 2147483647},
+                          Case{"-99999999999999999999", -2147483647 - 1}, Case{"2147483647", 2147483647},
+                          Case{"-2147483648", -2147483647 - 1}})
         EXPECT_EQ(TextToInt(c.text), c.number) << c.text;
 }
 

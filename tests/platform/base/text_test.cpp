@@ -10,45 +10,36 @@ namespace {
 
 using namespace std::string_literals;
 
-std::string Stored(std::string_view text, std::size_t width)
-{
-    std::string field(width, '#');
-    StoreText(field, text);
-    return field;
-}
-
 TEST(Text, AFieldIsReadUpToItsTerminatorOrItsWidth)
 {
     EXPECT_EQ(FieldText(std::array{'a', 'b', '\0', 'x'}), "ab");
     EXPECT_EQ(FieldText(std::array{'a', 'b', 'c'}), "abc");
     EXPECT_EQ(FieldText(std::span<const char>()), "");
+    std::string field = "  note\0\0"s;
+    StoreText(field, TrimBlanks(FieldText(field)));
+    EXPECT_EQ(field, "note\0\0\0\0"s) << "a field can be stored into itself";
 }
 
 TEST(Text, AStoredTextIsZeroFilledAndNeverEndsInsideACharacter)
 {
-    EXPECT_EQ(Stored("ab", 5), "ab\0\0\0"s);
-    EXPECT_EQ(Stored("abcdef", 4), "abc\0"s);
-    EXPECT_EQ(Stored("ab\u00e9", 4), "ab\0\0"s);
-    EXPECT_EQ(Stored("ab\u00e9", 5), "ab\u00e9\0"s);
-    EXPECT_EQ(Stored("a\u20ac", 4), "a\0\0\0"s);
-    EXPECT_EQ(Stored("\U0001F600", 4), "\0\0\0\0"s);
-    EXPECT_EQ(Stored("\U0001F600", 5), "\U0001F600\0"s);
-    EXPECT_EQ(Stored("ab\0cd"s, 6), "ab\0\0\0\0"s);
-    EXPECT_EQ(Stored("x", 0), "");
-    EXPECT_EQ(Stored("x", 1), "\0"s);
-}
-
-TEST(Text, OldBytesAreCutByteByByte)
-{
-    EXPECT_EQ(Stored("a\xE9\xE9\xE9", 4), "a\xE9\xE9\0"s);
+    const std::pair<std::string, std::string> rows[] = {
+        {"ab", "ab\0\0\0"s},
+        {"abcdef", "abc\0"s},
+        {"ab\u00e9", "ab\0\0"s},
+        {"ab\u00e9", "ab\u00e9\0"s},
+        {"a\u20ac", "a\0\0\0"s},
+        {"\U0001F600", "\0\0\0\0"s},
+        {"\U0001F600", "\U0001F600\0"s},
+        {"ab\0cd"s, "ab\0\0\0\0"s},
+        {"x", ""},
+        {"x", "\0"s},
+        {"a\xE9\xE9\xE9", "a\xE9\xE9\0"s}};  // old bytes are cut byte by byte
+    for (const auto& [text, stored] : rows) {
+        std::string field(stored.size(), '#');
+        StoreText(field, text);
+        EXPECT_EQ(field, stored);
+    }
     EXPECT_EQ(CutText("\x80\x80\x80\x80", 3), "\x80\x80\x80");
-}
-
-TEST(Text, AFieldCanBeStoredIntoItself)
-{
-    std::string field = "  note\0\0"s;
-    StoreText(field, TrimBlanks(FieldText(field)));
-    EXPECT_EQ(field, "note\0\0\0\0"s);
 }
 
 TEST(Text, OnlyWholeShortestFormSequencesAreUtf8)
