@@ -16,7 +16,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 readonly kGuestPackages=linux-image-amd64,nfs-kernel-server,nfs-common,cifs-utils,samba,iproute2,kmod,procps,initramfs-tools,util-linux
 readonly kGuestDrives="nfs4 nfs3 smb smb-uncached"
 readonly kDrivesHere="local gluster sshfs bindfs"
-readonly kLongestGuestRun=1500
+# Of all its drives: what doesn't depend on the limit, and how many times that may be reached.
+readonly kGuestStart=700 kGuestParts=16
 
 usage() { sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit "$1"; }
 CHANGES=1000 SEED=1 LIMIT=50 DRIVES=""
@@ -68,7 +69,7 @@ gather() {
 }
 run_guest() {
     mke2fs -q -t ext4 -d "$work/parts" "$work/parts.ext4" 128M >/dev/null
-    timeout "$kLongestGuestRun" qemu-system-x86_64 -accel tcg,thread=multi -cpu Nehalem -m 1024 -smp 2 -nographic \
+    timeout $((kGuestStart + kGuestParts * LIMIT)) qemu-system-x86_64 -accel tcg,thread=multi -cpu Nehalem -m 1024 -smp 2 -nographic \
         -nodefaults -serial stdio -no-reboot -kernel "$cache/vmlinuz" -initrd "$cache/initrd" \
         -append 'console=ttyS0 root=/dev/vda rw init=/bin/sh panic=-1 mitigations=off loglevel=3 -- -c "mount /dev/vdb /mnt; mkdir /parts; cp -a /mnt/. /parts; umount /mnt; exec /parts/guest.sh"' \
         -drive "file=$cache/image.ext4,format=raw,if=virtio,snapshot=on" \

@@ -249,8 +249,13 @@ void TableFile::Close()
 bool TableFile::PathStillNamesThisFile() const
 {
     FileIdentity named;
+    return CompareWithPath(Files().IdentifyPath(path, named), named);
+}
+
+bool TableFile::CompareWithPath(int result, const FileIdentity& named) const
+{
     // Another failure than a missing file tells nothing of who has the name.
-    replaced = Files().IdentifyPath(path, named) == 0 ? !named.SameFile(identity) : errno == ENOENT || errno == ENOTDIR;
+    replaced = result == 0 ? !named.SameFile(identity) : errno == ENOENT || errno == ENOTDIR;
     return IsOpen() && !replaced;
 }
 

@@ -223,6 +223,8 @@ private:
     // Waits for this file's turn to read, change and write. False also when the path names another file by now.
     bool TakeTurn(TableTurn& turn);
     bool TakeFileTurn();
+    // Takes the result of asking for who has the path.
+    bool CompareWithPath(int result, const FileIdentity& named) const;
     void EndTurn();
     // Opens the file anew after the drive has forgotten this opening. False when the path leads to another file by now.
     bool Revive() const;

@@ -46,10 +46,15 @@ bool TableFile::TakeTurn(TableTurn& turn)
     isInTurn = true;
     if (!file.GetDrive().locksTravel && !TakeFileTurn())
         return false;
-    if (!PathStillNamesThisFile()) {
+    // One question tells who has the path and, where the client has it from nowhere else, how long the file is.
+    FileIdentity named;
+    const bool tellsSize = file.GetDrive().writesDirect;
+    const int asked = tellsSize ? Files().IdentifyPathAtServer(path, named) : Files().IdentifyPath(path, named);
+    if (!CompareWithPath(asked, named)) {
         errno = ESTALE;
         return NoteFailure("lock");
     }
+    file.BeginTurn(tellsSize && asked == 0 ? named.size : -1);
     if (wantsEntry && !copies) {
         copies = std::make_unique<CopyEntry>(file, path, turnFile);
         if (copies->IsEntered() && !held.empty() && held.size() <= CopyEntry::kMostHeld)
@@ -60,7 +65,8 @@ bool TableFile::TakeTurn(TableTurn& turn)
 
 bool TableFile::TakeFileTurn()
 {
-    if (!turnFile.Take(TurnFilePath(path), kMutationPatienceMs))
+    const TurnName name = file.GetDrive().asksAtOpen ? TurnName::OnItsWay : TurnName::Sure;
+    if (!turnFile.Take(TurnFilePath(path), kMutationPatienceMs, name))
         return NoteFailure("lock");
     if (!copies || copies->IsStillEntered())
         return true;
@@ -75,6 +81,7 @@ bool TableFile::TakeFileTurn()
 void TableFile::EndTurn()
 {
     file.Settle();
+    file.EndTurn();
     turnFile.Release();
     isInTurn = false;
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <thread>
@@ -66,6 +67,7 @@ void LookForNews(const TableFile& table, std::vector<std::int64_t>& delays)
 // --- cost
 
 struct Calls {
+    std::map<std::string, std::int64_t> kinds;
     std::int64_t count = 0;
     std::int64_t bytesRead = 0;
 };
@@ -89,6 +91,7 @@ std::optional<Calls> CallsOf(const std::string& mount)
             std::int64_t count = 0, sent = 0, timeouts = 0, bytesSent = 0, bytesReceived = 0;
             if (!(words >> name >> count >> sent >> timeouts >> bytesSent >> bytesReceived))
                 continue;
+            calls.kinds[name] = count;
             calls.count += count;
             calls.bytesRead += name == "READ:" ? bytesReceived : 0;
         }
@@ -113,8 +116,9 @@ struct Price {
     double kilobytes = 0;
 };
 
+// Tells the kinds of calls on standard error.
 template <typename Work>
-Price PriceOf(const std::string& mount, int times, Work work)
+Price PriceOf(const char* what, const std::string& mount, int times, Work work)
 {
     const std::optional<Calls> before = CallsOf(mount);
     const std::int64_t readBefore = BytesRead();
@@ -124,6 +128,11 @@ Price PriceOf(const std::string& mount, int times, Work work)
     const std::optional<Calls> after = CallsOf(mount);
     if (!before || !after)
         return {-1, static_cast<double>(readAfter - readBefore) / times / 1024};
+    std::fprintf(stderr, "%s:", what);
+    for (const auto& [kind, count] : after->kinds)
+        if (const std::int64_t made = count - before->kinds.at(kind); made > 0)
+            std::fprintf(stderr, " %s %.1f", kind.c_str(), static_cast<double>(made) / times);
+    std::fprintf(stderr, "\n");
     return {static_cast<double>(after->count - before->count) / times,
             static_cast<double>(after->bytesRead - before->bytesRead) / times / 1024};
 }
@@ -237,18 +246,20 @@ int Cost(const std::string& file, const std::string& mount, const std::string& f
     QueryByTitle(*own.table, query);
     const auto add = [&] { AddNote(*own.table, "cost", "of an add"); };
     add();
-    const Price added = PriceOf(mount, kRounds, add);
+    const Price added = PriceOf("add", mount, kRounds, add);
     Pause(1000);
     Refresh(*own.table, query);
-    const Price polled = PriceOf(mount, kRounds, [&] {
+    // Where locks stay a copy gives signs of life besides.
+    const Price idle = PriceOf("no poll", mount, kRounds, [] { Pause(1000); });
+    const Price polled = PriceOf("poll", mount, kRounds, [&] {
         Pause(1000);
         own.table->GetChangeStamp();
     });
     AddNote(*foreign.table, "foreign", "change");
     Pause(1000);
-    const Price refreshed = PriceOf(mount, 1, [&] { Refresh(*own.table, query); });
+    const Price refreshed = PriceOf("refresh", mount, 1, [&] { Refresh(*own.table, query); });
     PrintCalls(added.calls);
-    PrintCalls(polled.calls);
+    PrintCalls(polled.calls < 0 ? -1 : polled.calls - idle.calls);
     PrintCalls(refreshed.calls);
     std::printf("%.0f\n", refreshed.kilobytes);
     return 0;

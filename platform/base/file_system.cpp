@@ -184,6 +184,10 @@ public:
     {
         return Ask(handle, "", AT_EMPTY_PATH | AT_STATX_FORCE_SYNC, kIdentityMask | STATX_MTIME, out);
     }
+    int IdentifyPathAtServer(const std::string& path, FileIdentity& out) override
+    {
+        return Ask(AT_FDCWD, path.c_str(), AT_STATX_FORCE_SYNC, kIdentityMask | STATX_MTIME, out);
+    }
     int OpenAgain(int handle, int flags) override
     {
         const int access = ::fcntl(handle, F_GETFL) & O_ACCMODE;

@@ -20,7 +20,7 @@ struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::int64_t size = 0;
-    std::int64_t modified = 0;  // nanoseconds, by the server's clock; from IdentifyAtServer alone
+    std::int64_t modified = 0;  // nanoseconds, by the server's clock; from the ...AtServer calls alone
     unsigned mode = 0;
     std::uint64_t links = 1;  // names that it has
     std::uint32_t user = 0;
@@ -70,6 +70,7 @@ public:
     virtual int ListAttributes(int handle, std::vector<std::string>& names) = 0;
     // fstat, answered by the server and not from what this machine remembers.
     virtual int IdentifyAtServer(int handle, FileIdentity& out) = 0;
+    virtual int IdentifyPathAtServer(const std::string& path, FileIdentity& out) = 0;
     // One more opening of the same file with the same access; `flags` are added.
     virtual int OpenAgain(int handle, int flags) = 0;
     // Forgets what this machine keeps of the file's bytes, so that the next read asks the server.

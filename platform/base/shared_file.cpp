@@ -38,6 +38,7 @@ std::int64_t ReadPages(FileHandle handle, std::byte* pages, std::int64_t size, s
 
 void SharedFile::Reset(FileHandle next)
 {
+    EndTurn();
     uncached.Reset();
     handle.Reset(next);
     hasUncached = true;
@@ -46,8 +47,22 @@ void SharedFile::Reset(FileHandle next)
     drive = next == kNoFile || Files().IsLocal(next) ? Drive{} : Files().DriveUnder(next);
 }
 
+void SharedFile::BeginTurn(std::int64_t size)
+{
+    isInTurn = true;
+    turnSize = size;
+}
+
+void SharedFile::EndTurn()
+{
+    isInTurn = false;
+    turnView.Reset();
+    turnSize = -1;
+}
+
 FileHandle SharedFile::Release()
 {
+    EndTurn();
     uncached.Reset();
     return handle.Release();
 }
@@ -56,12 +71,15 @@ FileHandle SharedFile::Uncached(FileHandleOwner& opened) const
 {
     const auto open = [&](int flags) { return Files().OpenAgain(handle.Get(), flags); };
     if (drive.asksAtOpen) {
-        opened.Reset(hasUncached ? open(O_DIRECT) : open(0));
-        if (!opened && hasUncached && errno == EINVAL) {
+        if (turnView)
+            return turnView.Get();
+        FileHandleOwner& view = isInTurn ? turnView : opened;
+        view.Reset(hasUncached ? open(O_DIRECT) : open(0));
+        if (!view && hasUncached && errno == EINVAL) {
             hasUncached = false;
-            opened.Reset(open(0));
+            view.Reset(open(0));
         }
-        return opened.Get();
+        return view.Get();
     }
     if (hasUncached && !uncached) {
         uncached.Reset(open(O_DIRECT));
@@ -103,6 +121,8 @@ bool SharedFile::Write(std::span<const std::byte> buffer, std::int64_t offset)
 {
     if (drive.isCoherent)
         return FileWriteWhole(handle.Get(), buffer, offset);
+    turnView.Reset();
+    turnSize = -1;
     FileHandleOwner unused;
     if (drive.writesDirect && Uncached(unused) != kNoFile && hasUncached)
         return FileWriteWhole(uncached.Get(), buffer, offset);
@@ -121,6 +141,8 @@ std::int64_t SharedFile::Size(SizeAsked when) const
 {
     if (drive.isCoherent)
         return FileSize(handle.Get());
+    if (turnSize >= 0)
+        return turnSize;
     if (std::byte first{}; drive.sizeFollowsRead && when == SizeAsked::Anytime)
         ReadAround({&first, 1}, 0);
     FileHandleOwner opened;

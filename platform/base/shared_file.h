@@ -45,6 +45,11 @@ public:
     // The drive's locks turned out to stay on this machine.
     void LocksStayHere() { drive.locksTravel = false; }
 
+    // Between these two nobody else writes the file, so that what was learned of it stays true: its size, where the
+    // caller has just asked the server for it (else -1), and a descriptor that asked once.
+    void BeginTurn(std::int64_t size);
+    void EndTurn();
+
     // True when every byte was moved.
     bool Read(std::span<std::byte> buffer, std::int64_t offset) const;
     bool Write(std::span<const std::byte> buffer, std::int64_t offset);
@@ -67,6 +72,9 @@ private:
     mutable bool hasUncached = true;  // false: the drive knows none, and pages are forgotten instead
     Drive drive;
     bool isUnsettled = false;
+    bool isInTurn = false;
+    mutable FileHandleOwner turnView;  // until the first write, behind which its cache may lie
+    std::int64_t turnSize = -1;
     mutable std::int64_t lastSize = 0;
 };
 

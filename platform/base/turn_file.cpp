@@ -21,8 +21,11 @@ namespace {
 constexpr int kFirstLookMs = 300;
 constexpr int kNextLookMs = 1000;
 constexpr int kLongestNapMs = 8;
-// A file that names nobody yet is abandoned after this; who takes as long as half of it to write his name gives up.
+// A file that names nobody yet is abandoned after this; who has taken half of it to write his name gives up.
 constexpr int kNamelessMs = 6000;
+// Who takes one turn after the other pauses once in a while, for longer than those who wait nap.
+constexpr int kLongestStreakMs = 100;
+constexpr int kPauseMs = 2 * kLongestNapMs;
 // Between one second and two: a turn is shorter, and so is what a drive remembers of names.
 constexpr int kMostRefusals = 200;
 constexpr std::size_t kMaxText = 300;
@@ -98,14 +101,16 @@ void RemoveAbandoned(const std::string& path)
 
 }  // namespace
 
-bool TurnFile::Take(const std::string& path, int patienceMs)
+bool TurnFile::Take(const std::string& path, int patienceMs, TurnName name)
 {
     Release();
     thread_local std::minstd_rand dice(std::random_device{}());
-    // Those who wait get a chance to be first.
-    if (NowMs() - given < kLongestNapMs)
-        std::this_thread::sleep_for(std::chrono::milliseconds(kLongestNapMs / 2));
-    const std::int64_t begin = NowMs();
+    std::int64_t begin = NowMs();
+    const bool goesOn = begin - given < kPauseMs;
+    if (goesOn && begin - streak >= kLongestStreakMs)
+        std::this_thread::sleep_for(std::chrono::milliseconds(kPauseMs));
+    if (!goesOn || begin - streak >= kLongestStreakMs)
+        streak = begin = NowMs();
     std::int64_t nextLook = begin + std::min(kFirstLookMs, patienceMs);
     int napMs = 1;
     int refusals = 0;
@@ -117,7 +122,7 @@ bool TurnFile::Take(const std::string& path, int patienceMs)
             const std::string text = here.system + " " + std::to_string(here.process) + " " +
                                      std::to_string(here.started) + " " + HostName();
             FileWriteWhole(made.Get(), std::as_bytes(std::span(text)), 0);
-            Files().Sync(made.Get());
+            const bool isKnown = name == TurnName::Sure && Files().Sync(made.Get()) == 0;
             if (NowMs() - asked > kNamelessMs / 2) {
                 Files().Remove(path);
                 errno = EAGAIN;
@@ -127,6 +132,7 @@ bool TurnFile::Take(const std::string& path, int patienceMs)
             taken = path;
             file = std::move(made);
             lastSign = asked;
+            trustMs = isKnown ? kTurnTrustMs : kNamelessMs / 2;
             return true;
         }
         // Some drives have but one word for all that a server refuses, a file that exists among it; others remember a
@@ -153,7 +159,7 @@ void TurnFile::Release()
         return;
     file.Reset();
     // Held up for so long that it may be somebody else's by now: then he, or the next who waits, removes it.
-    if (NowMs() - lastSign < kTurnSilenceMs)
+    if (NowMs() - lastSign < 2 * trustMs)
         Files().Remove(taken);
     taken.clear();
     given = NowMs();
@@ -163,18 +169,20 @@ void TurnFile::Beat()
 {
     const std::lock_guard lock(guard);
     const std::int64_t now = NowMs();
-    if (taken.empty() || now - lastSign > kTurnTrustMs)
+    if (taken.empty() || now - lastSign > trustMs)
         return;
     constexpr std::byte kSign{'.'};
     const std::int64_t end = FileSize(file.Get());
-    if (end >= 0 && FileWriteWhole(file.Get(), {&kSign, 1}, end) && Files().Sync(file.Get()) == 0)
+    if (end >= 0 && FileWriteWhole(file.Get(), {&kSign, 1}, end) && Files().Sync(file.Get()) == 0) {
         lastSign = now;
+        trustMs = kTurnTrustMs;
+    }
 }
 
 bool TurnFile::IsSure() const
 {
     const std::lock_guard lock(guard);
-    return !taken.empty() && NowMs() - lastSign < kTurnTrustMs;
+    return !taken.empty() && NowMs() - lastSign < trustMs;
 }
 
 }  // namespace jotlet

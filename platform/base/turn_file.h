@@ -22,6 +22,10 @@ inline constexpr int kTurnTrustMs = 10'000;
 // How often a holder at long work calls Beat.
 inline constexpr int kTurnBeatMs = 3'000;
 
+// Whether Take waits until the server has certainly got the owner's name. On the way to it, where it comes before all
+// that is written in the turn, the turn is trusted for less long.
+enum class TurnName { Sure, OnItsWay };
+
 class TurnFile {
 public:
     TurnFile() = default;
@@ -29,7 +33,7 @@ public:
     TurnFile(const TurnFile&) = delete;
     TurnFile& operator=(const TurnFile&) = delete;
 
-    bool Take(const std::string& path, int patienceMs);
+    bool Take(const std::string& path, int patienceMs, TurnName name = TurnName::Sure);
     void Release();
     // A sign of life; nothing without the turn.
     void Beat();
@@ -40,8 +44,11 @@ private:
     mutable std::mutex guard;
     std::string taken;  // the path; empty without the turn
     FileHandleOwner file;
-    std::int64_t given = 0;     // back, the last time
-    std::int64_t lastSign = 0;  // milliseconds, sleep of the computer included
+    // Milliseconds, sleep of the computer included.
+    std::int64_t given = 0;  // back, the last time
+    std::int64_t lastSign = 0;
+    int trustMs = 0;
+    std::int64_t streak = 0;  // since when one turn followed the other here
 };
 
 }  // namespace jotlet

@@ -122,6 +122,11 @@ public:
             out.size = Size(handle);
         return result;
     }
+    int IdentifyPathAtServer(const std::string& path, FileIdentity& out) override
+    {
+        Next();
+        return FailsNow() ? -1 : FailingFileSystem::IdentifyPathAtServer(path, out);
+    }
     int Lock(int handle, std::int64_t byte, LockMode mode) override
     {
         Next();

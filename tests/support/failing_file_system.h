@@ -115,6 +115,10 @@ public:
         return real.ListAttributes(handle, names);
     }
     int IdentifyAtServer(int handle, FileIdentity& out) override { return real.IdentifyAtServer(handle, out); }
+    int IdentifyPathAtServer(const std::string& path, FileIdentity& out) override
+    {
+        return real.IdentifyPathAtServer(path, out);
+    }
     int OpenAgain(int handle, int flags) override { return real.OpenAgain(handle, flags); }
     void ForgetPages(int handle) override { real.ForgetPages(handle); }
     Drive DriveUnder(int) override { return {.isCoherent = !isRemote, .locksTravel = !locksStayHere}; }
