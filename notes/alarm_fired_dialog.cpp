@@ -83,7 +83,7 @@ void AlarmFiredDialog::Start() const
     if (note.startKind == kStartEmail)
         OpenMail(target);
     else
-        OpenTarget(window, target);
+        OpenTarget(window, target, note.startKind == kStartUrl ? TargetKind::Url : TargetKind::Document);
 }
 
 }  // namespace jotlet

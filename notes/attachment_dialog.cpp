@@ -66,7 +66,7 @@ MessageParam AttachmentDialog::OnOpen()
     if (target.empty())
         Beep();
     else
-        OpenTarget(window, target);
+        OpenTarget(window, target, Checked(kDocumentRadio) ? TargetKind::Document : TargetKind::Url);
     return 1;
 }
 

@@ -184,7 +184,8 @@ void NotesPane::OpenAttachment()
         return;
     NoteRecord note;
     if (ReadChosen(note) && HasAttachment(note))
-        OpenTarget(window, FieldText(note.attachmentPath));
+        OpenTarget(window, FieldText(note.attachmentPath),
+                   note.attachmentKind == kAttachmentDocument ? TargetKind::Document : TargetKind::Url);
 }
 
 void NotesPane::DropOnDay(const DateValue& day)

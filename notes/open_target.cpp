@@ -1,5 +1,6 @@
 #include "notes/open_target.h"
 
+#include <strings.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,6 +23,16 @@ bool EndsIn(std::string_view path, std::string_view extension)
                                                          [&](char b, char a) { return isSame(a, b); });
 }
 
+// A path from the root, "scheme:" of two letters or more, or the beginning that only addresses have. Any other name
+// would be tried as one of a server.
+bool IsFullName(std::string_view text)
+{
+    const auto isSchemeLetter = [](unsigned char c) { return std::isalnum(c) || c == '+' || c == '-' || c == '.'; };
+    const auto end = std::find_if_not(text.begin(), text.end(), isSchemeLetter);
+    return (end != text.end() && *end == ':' && end - text.begin() > 1) || text.starts_with('/') ||
+           (text.size() > 4 && strncasecmp(text.data(), "www.", 4) == 0);
+}
+
 }  // namespace
 
 bool MayRun(std::string_view path)
@@ -33,16 +44,17 @@ bool MayRun(std::string_view path)
     return std::filesystem::is_regular_file(file, error) && access(file.c_str(), X_OK) == 0;
 }
 
-void OpenTarget(WindowHandle owner, std::string_view pathOrUrl)
+void OpenTarget(WindowHandle owner, std::string_view pathOrUrl, TargetKind kind)
 {
     const std::string shown = "\"" + WithHiddenCharactersShown(pathOrUrl) + "\"";
     const std::string question = "This note names a program:\r\n" + shown +
                                  "\r\nA program can do anything that you can do, also harm. Start it only if you know "
                                  "who wrote it here.\r\n\r\nStart it?";
-    if (MayRun(LocalTarget(pathOrUrl)) &&
-        ShowBox(owner, question, "Pinwell", BoxIcon::Warning, BoxButtons::CancelOk) != Answer::Ok)
+    const std::string local = LocalTarget(pathOrUrl);
+    const bool isMissing = local.empty() && kind == TargetKind::Document && !IsFullName(pathOrUrl);
+    if (MayRun(local) && ShowBox(owner, question, "Pinwell", BoxIcon::Warning, BoxButtons::CancelOk) != Answer::Ok)
         return;
-    if (!OpenWithDesktop(pathOrUrl))
+    if (isMissing || !OpenWithDesktop(pathOrUrl))
         ShowTextMessage(owner, shown +
                                    "\r\ncannot be opened. Check that it is still there and that a program for it "
                                    "is installed.");

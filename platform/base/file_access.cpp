@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -17,6 +18,8 @@ namespace {
 
 constexpr char kAccessList[] = "system.posix_acl_access";
 constexpr char kUserAttributes[] = "user.";
+// The lists that a server keeps, on NFS 4 and on SMB.
+constexpr std::array kServerLists = {"system.nfs4_acl", "system.cifs_acl"};
 
 constexpr unsigned kGroupShift = 3;
 constexpr unsigned kOwnerShift = 6;
@@ -87,6 +90,16 @@ bool GiveRights(FileHandle to, unsigned mode, const std::string& accessList)
     return Files().Identify(to, made) == 0 && (made.mode == mode || Files().ChangeMode(to, mode) == 0);
 }
 
+// A new file in the same folder mostly has the same list already; then none is set, which a server may refuse. The last
+// step, since a list like these sets the mode, and the mode them.
+bool GiveServerLists(FileHandle from, FileHandle to)
+{
+    return std::all_of(kServerLists.begin(), kServerLists.end(), [&](const char* name) {
+        const auto list = Attribute(from, name);
+        return list && (list->empty() || Attribute(to, name) == list || Files().SetAttribute(to, name, *list) == 0);
+    });
+}
+
 bool CopyUserAttributes(FileHandle from, FileHandle to)
 {
     std::vector<std::string> names;
@@ -110,8 +123,8 @@ bool KeepAccess(FileHandle from, FileHandle to)
         return false;
     GiveOwner(to, old, made);
     return Files().Identify(to, made) == 0 && SamePeople(old, made, !accessList->empty()) &&
-           CopyUserAttributes(from, to) && GiveRights(to, old.mode, *accessList) && Files().Identify(to, made) == 0 &&
-           made.mode == old.mode;
+           CopyUserAttributes(from, to) && GiveRights(to, old.mode, *accessList) && GiveServerLists(from, to) &&
+           Files().Identify(to, made) == 0 && made.mode == old.mode;
 }
 
 }  // namespace jotlet

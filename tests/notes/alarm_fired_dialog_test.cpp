@@ -99,6 +99,24 @@ TEST_F(AlarmFired, OkStartsTheTargetByItsKindAndOnlyThen)
     }
     EXPECT_EQ(Fire(Push(kIdCancel)), 0);
     EXPECT_THAT(shellCalls, IsEmpty());
+
+    const struct {
+        const char* target;
+        std::uint8_t kind;
+        bool opened;
+    } bare[] = {{"letter.txt", kStartDocument, false},
+                {"letters/anna.txt", 0, false},
+                {"pinwell.example", kStartUrl, true},
+                {"WWW.pinwell.example", kStartDocument, true},
+                {"https://pinwell.example", kStartDocument, true}};
+    for (const auto& row : bare) {
+        ScopedAnswers boxes;
+        note.startKind = row.kind;
+        StoreText(note.startTarget, row.target);
+        Fire(Push(kIdOk));
+        EXPECT_EQ(!shellCalls.empty(), row.opened) << row.target;
+        EXPECT_EQ(boxes.texts.empty(), row.opened) << row.target;
+    }
 }
 
 TEST_F(AlarmFired, AProgramStartsOnlyWhenTheUserSaysSoAndAnUncheckedBoxStartsNothing)
@@ -161,10 +179,10 @@ TEST_F(AlarmFired, TheWholeTargetIsOnViewWhateverItsLength)
 
 TEST_F(AlarmFired, LineBreaksAndTurnedLettersCannotHideWhatATargetIs)
 {
-    const std::string target = "list\r\n\r\n\xE2\x80\xAEtxt.sh";
+    const std::string target = "/list\r\n\r\n\xE2\x80\xAEtxt.sh";
     StoreText(note.startTarget, target);
     Fire([](WindowHandle dialog) {
-        EXPECT_EQ(ItemText(dialog, kTargetText), "list<U+000D><U+000A><U+000D><U+000A><U+202E>txt.sh");
+        EXPECT_EQ(ItemText(dialog, kTargetText), "/list<U+000D><U+000A><U+000D><U+000A><U+202E>txt.sh");
         TestPushItem(dialog, kIdOk);
     });
     EXPECT_THAT(shellCalls, ElementsAre(Pair("open", target))) << "what starts is what was stored";

@@ -249,6 +249,54 @@ TEST_F(CompactionTest, AnotherUsersFileIsRewrittenOnlyWhereNobodyLosesOrGainsByI
     }
 }
 
+// A server that keeps lists of its own for files, and may refuse to set one.
+class ListServer : public FailingFileSystem {
+public:
+    ListServer(const std::string& path, std::string name, bool maySet) : name(std::move(name)), maySet(maySet)
+    {
+        FailingFileSystem::IdentifyPath(path, table);
+    }
+    int GetAttribute(int handle, const std::string& asked, std::string& value) override
+    {
+        if (asked != name)
+            return FailingFileSystem::GetAttribute(handle, asked, value);
+        FileIdentity one;
+        value = Identify(handle, one) == 0 && one.SameFile(table) ? "anna reads" : given;
+        return 0;
+    }
+    int SetAttribute(int handle, const std::string& asked, const std::string& value) override
+    {
+        if (asked != name)
+            return FailingFileSystem::SetAttribute(handle, asked, value);
+        given = maySet ? value : given;
+        return maySet ? 0 : -1;
+    }
+    std::string given = "of the folder";
+
+private:
+    FileIdentity table;
+    std::string name;
+    bool maySet;
+};
+
+TEST_F(CompactionTest, AServersAccessListIsKeptOrNothingIsReplaced)
+{
+    for (const char* name : {"system.nfs4_acl", "system.cifs_acl"}) {
+        for (const bool maySet : {true, false}) {
+            Reopen();
+            table->Close();
+            const std::string before = ReadAll(path);
+            ListServer server(path, name, maySet);
+            const ScopedFileSystem scope(server);
+            FileError error;
+            EXPECT_EQ(RepairTable(path, true, &display, &error),
+                      maySet ? RepairOutcome::Compacted : RepairOutcome::Failed);
+            EXPECT_EQ(server.given, maySet ? "anna reads" : "of the folder");
+            EXPECT_EQ(ReadAll(path), before);
+        }
+    }
+}
+
 TEST_F(CompactionTest, AFolderInTheWayOfTheTemporaryFileIsTold)
 {
     MakeHoles();
