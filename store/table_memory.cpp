@@ -102,6 +102,8 @@ void TableMemory::Resize(std::int64_t slots)
 
 bool TableMemory::Put(std::int64_t slot, RecordAddress address, std::span<const std::byte> record)
 {
+    if (slot >= slotCount)
+        return false;
     for (const Place& place : kept)
         std::memcpy(bytes.data() + static_cast<std::size_t>(slot) * stride + place.at,
                     record.data() + place.range.offset, place.range.size);

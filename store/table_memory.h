@@ -37,8 +37,8 @@ public:
 
     // Makes room for the slots, of which nothing is known then. False, and nothing kept, when that is too much.
     bool Begin(std::int64_t slots);
-    // What the slot holds. False, and nothing kept, when the texts become too much. A slot of which the whole is kept,
-    // too, follows.
+    // What the slot holds. False, and nothing kept, when the texts become too much, or the memory was told to forget
+    // since Begin. A slot of which the whole is kept, too, follows.
     bool Put(std::int64_t slot, RecordAddress address, std::span<const std::byte> record);
     // Slots behind the last one are gone, or are to be put.
     void Resize(std::int64_t slots);

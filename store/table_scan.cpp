@@ -74,6 +74,8 @@ SlotRun TableScan::MappedRun(std::int64_t from, std::int64_t to) const
 
 bool TableScan::ReadRun(std::int64_t from, std::int64_t to, SlotRun& run)
 {
+    // What is called on the way may have made the memory forget.
+    remembered = remembered && file.memory.IsFilled() && from < file.memory.SlotCount();
     if (remembered) {
         chunk.resize(file.recordSize);
         run = {chunk.data(), 1, static_cast<RecordAddress>(file.FirstRecordOffset() + from * file.recordSize),
@@ -81,8 +83,7 @@ bool TableScan::ReadRun(std::int64_t from, std::int64_t to, SlotRun& run)
         file.memory.CopyTo(from, chunk);
         return true;
     }
-    if (chunk.empty())
-        chunk.resize(static_cast<std::size_t>(kSlotsPerRead * file.recordSize));
+    chunk.resize(static_cast<std::size_t>(kSlotsPerRead * file.recordSize));
     const std::int64_t offset = file.FirstRecordOffset() + from * file.recordSize;
     run = {chunk.data(), std::min(kSlotsPerRead, to - from), static_cast<RecordAddress>(offset), file.recordSize};
     return file.Load(std::span(chunk).first(static_cast<std::size_t>(run.count * file.recordSize)), offset);
