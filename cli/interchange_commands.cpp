@@ -120,7 +120,7 @@ std::string ImportText(const ImportCounts& counts)
            std::to_string(counts.dropped) + " dropped\n";
 }
 
-ExitCode TellImport(const ImportOptions& options, const ImportCounts& counts)
+ExitCode TellImport(const ImportOptions& options, const ImportCounts& counts, bool wasReplaced)
 {
     if (counts.refused)
         return Fail(ExitCode::NoPermission, options.file.path,
@@ -131,6 +131,11 @@ ExitCode TellImport(const ImportOptions& options, const ImportCounts& counts)
                  "; what stands behind it (an open quote, or no line break) was left out.");
     const ExitCode printed =
         PrintResult(options.asJson ? ImportJson(counts.rows, counts.added, counts.dropped) : ImportText(counts));
+    if (counts.writeFailed && wasReplaced)
+        return Fail(
+            ExitCode::Refused, options.file.path,
+            "The file was replaced or removed by another program; the import ended there, and what it added is not "
+            "in the file that stands there now. Import again.");
     if (counts.writeFailed)
         return Fail(
             ExitCode::Refused, options.file.path,
@@ -193,8 +198,9 @@ ExitCode RunImport(const ImportOptions& options)
     request.firstLineNames = !options.noHeader;
     request.progress = &progress;
     const ImportCounts counts = RunNoteImport(request);
+    const bool wasReplaced = table->WasReplaced();
     table.reset();
-    return TellImport(options, counts);
+    return TellImport(options, counts, wasReplaced);
 }
 
 }  // namespace jotlet

@@ -23,7 +23,11 @@ std::string Summary(const ImportCounts& counts, const TableFile& table)
 {
     std::string text = Count(counts.added, "note was imported", "notes were imported") + ", " +
                        Count(counts.dropped, "row was dropped.", "rows were dropped.");
-    if (counts.writeFailed)
+    if (counts.writeFailed && table.WasReplaced())
+        text += "\r\nThe import stopped early: \"" + table.Path() +
+                "\" was replaced or removed by another program. What was imported is not in the file that stands there "
+                "now; import again.";
+    else if (counts.writeFailed)
         text += "\r\nThe import stopped early: \"" + table.Path() +
                 "\" could not be written. Check that the disk isn't full and the file can be reached.";
     if (counts.incompleteEnd)

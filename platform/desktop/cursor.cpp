@@ -71,6 +71,15 @@ QPoint HotSpot(const QString& name)
     return {};
 }
 
+// There a picture is shown pixel by pixel, and its hot spot counts in its pixels, whatever the scale.
+QCursor CursorInPixels(const StoredPicture& picture, const QPoint& spot)
+{
+    const double scale = qApp->devicePixelRatio();
+    const QSize size = picture.image.size() * scale / picture.scale;
+    const QImage image = picture.image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return QCursor(QPixmap::fromImage(image), qRound(spot.x() * scale), qRound(spot.y() * scale));
+}
+
 QCursor MakeCursor(CursorId cursor)
 {
     if (const char* name = PictureName(cursor)) {
@@ -79,9 +88,11 @@ QCursor MakeCursor(CursorId cursor)
         if (picture.image.isNull())
             picture = FindPicture(text.toLower());
         if (!picture.image.isNull()) {
+            const QPoint spot = HotSpot(text);
+            if (QGuiApplication::platformName() == QLatin1String("xcb"))
+                return CursorInPixels(picture, spot);
             QPixmap pixmap = QPixmap::fromImage(picture.image);
             pixmap.setDevicePixelRatio(picture.scale);
-            const QPoint spot = HotSpot(text);
             return QCursor(pixmap, spot.x(), spot.y());
         }
     }

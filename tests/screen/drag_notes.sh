@@ -118,3 +118,14 @@ drop
 await "deletion by a drop" count_is 1
 await "plain cursor" looks_other_than "$move" "$copy" "$stop"
 end_copy
+
+# On a screen of another scale the hand is as large as all else and points with the tip of its finger.
+hand_is() { [ "$(cursor_look | cut -d' ' -f1)" = "$1" ]; }
+for scale in "1 32x32+10+1" "1.25 40x40+13+1" "2 64x64+20+2"; do
+    QT_SCALE_FACTOR=${scale% *} start_copy "$notes"
+    await "note on the board" has_colour $kGreenNote
+    read -r x y < <(at_colour $kGreenNote)
+    xdotool mousemove "$x" $((y + 40))
+    await "hand for the scale ${scale% *}" hand_is "${scale#* }"
+    end_copy
+done

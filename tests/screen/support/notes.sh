@@ -31,7 +31,7 @@ ask() { jotctl list "$1" --json | python3 -c "import json, sys; notes = json.loa
 # is FILE EXPRESSION VALUE
 is() { [ "$(ask "$1" "$2")" = "$3" ]; }
 
-# A number for how the cursor looks now.
+# How the cursor looks now: its size, its hot spot, a number for its picture.
 cursor_look() {
     python3 - <<'END'
 import ctypes as c, zlib
@@ -46,6 +46,6 @@ fixes.XFixesGetCursorImage.restype = c.POINTER(Image)
 display = x11.XOpenDisplay(None)
 image = fixes.XFixesGetCursorImage(display).contents
 count = image.width * image.height
-print(zlib.crc32(bytes(str([image.width, image.height, image.xhot, image.yhot] + image.pixels[:count]), "ascii")))
+print(f"{image.width}x{image.height}+{image.xhot}+{image.yhot}", zlib.crc32(bytes(str(image.pixels[:count]), "ascii")))
 END
 }
