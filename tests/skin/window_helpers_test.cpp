@@ -1,11 +1,11 @@
 #include "skin/window_helpers.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/base/paths.h"
 #include "platform/desktop/message_box.h"
 #include "platform/desktop/shell.h"
+#include "platform/desktop/system_metrics.h"
 #include "skin/animations.h"
 #include "skin/fonts.h"
 #include "skin/sound.h"
@@ -44,12 +44,7 @@ protected:
         SetSoundEnabled(1);
         SetAnimationEnabled(1);
     }
-    ~HelpersTest() override
-    {
-        SetProgramPath({});
-        SetSoundEnabled(1);
-        SetAnimationEnabled(1);
-    }
+    ~HelpersTest() override { SetProgramPath({}); }
     test::TempFolder folder;
     std::vector<std::string> calls;
     ScopedShellHook shell{[this](std::string_view verb, std::string_view target) {
@@ -66,57 +61,52 @@ TEST_F(HelpersTest, MessagesComeFromTheStringTable)
     EXPECT_THAT(boxes.texts, ElementsAre("January", "February", "March"));
 }
 
-TEST_F(HelpersTest, AMissingHelpPageIsTold)
+TEST_F(HelpersTest, AWindowIsCentredOverItsOwner)
 {
+    RegisterWindowClass({.procedure = DefaultProcedure, .name = "TestCentred"});
+    const WindowHandle owner = CreateNativeWindow("TestCentred", "", 0, Rect::At(100, 100, 300, 200), 0);
+    const WindowHandle window = CreateNativeWindow("TestCentred", "", 0, Rect::At(0, 0, 100, 80), 0);
+    CentreOver(owner, window);
+    EXPECT_EQ(WindowRect(window), Rect::At(200, 160, 100, 80));
+    DestroyNativeWindow(owner);
+    CentreOver(owner, window);
+    const Rect desktop = DesktopRect({200, 160});
+    EXPECT_EQ(WindowRect(window), Rect::At(desktop.Width() / 2 - 50, desktop.Height() / 2 - 40, 100, 80));
+    DestroyNativeWindow(window);
+}
+
+TEST_F(HelpersTest, HelpAndMailAreOpenedAndAMissingPageIsTold)
+{
+    const std::string page = folder.File("Help/notes.htm");
     ScopedAnswers boxes;
     OpenHelpPage("notes.htm", true);
-    EXPECT_THAT(boxes.texts, ElementsAre("Help file '" + folder.File("Help/notes.htm") + "'\r\ndoes not exist."));
+    EXPECT_THAT(boxes.texts, ElementsAre("Help file '" + page + "'\r\ndoes not exist."));
     EXPECT_THAT(calls, IsEmpty());
-}
-
-TEST_F(HelpersTest, AHelpPageOpensEitherWay)
-{
     std::filesystem::create_directory(folder.File("Help"));
-    std::ofstream(folder.File("Help/notes.htm")) << "<p>";
+    test::WriteAll(page, "<p>");
     OpenHelpPage("notes.htm", true);
     OpenHelpPage("notes.htm", false);
-    EXPECT_THAT(calls, testing::Each("open " + folder.File("Help/notes.htm")));
-    EXPECT_EQ(calls.size(), 2u);
-}
-
-TEST_F(HelpersTest, MailGoesToTheAddressOrToNobody)
-{
     OpenMail("someone@pinwell.example");
-    OpenMail("");
-    EXPECT_THAT(calls, ElementsAre("open mailto:someone@pinwell.example", "open mailto:"));
+    EXPECT_THAT(calls, ElementsAre("open " + page, "open " + page, "open mailto:someone@pinwell.example"));
 }
 
 TEST_F(HelpersTest, SoundsLieBesideTheProgramAndCanBeSwitchedOff)
 {
     PlaySoundFile("add.wav");
-    EXPECT_THAT(calls, ElementsAre("play " + folder.File("add.wav")));
-    SetSoundEnabled(0);
-    PlaySoundFile("add.wav");
-    EXPECT_EQ(calls.size(), 1u);
-}
-
-TEST_F(HelpersTest, WithAnimationOffAPaneChangeIsSilent)
-{
     PlayPaneChange({0, 0, 100, 30}, {0, 0, 50, 20});
-    EXPECT_THAT(calls, ElementsAre("play " + folder.File("chpane.wav")));
+    EXPECT_THAT(calls, ElementsAre("play " + folder.File("add.wav"), "play " + folder.File("chpane.wav")));
     SetAnimationEnabled(0);
     PlayPaneChange({0, 0, 100, 30}, {0, 0, 50, 20});
-    PlayOpenZoom(0, 0, 100, 100);
-    EXPECT_EQ(calls.size(), 1u);
+    SetSoundEnabled(0);
+    PlaySoundFile("add.wav");
+    EXPECT_EQ(calls.size(), 2u);
 }
 
 TEST_F(HelpersTest, AFontIsMadeOncePerWeight)
 {
-    const Font& plain = SmallFont(400);
-    const Font& bold = SmallFont(700);
-    EXPECT_NE(&plain, &bold);
-    EXPECT_EQ(&plain, &SmallFont(400));
-    EXPECT_NE(&plain, &SmallLinkFont(400));
+    EXPECT_NE(&SmallFont(400), &SmallFont(700));
+    EXPECT_EQ(&SmallFont(400), &SmallFont(400));
+    EXPECT_NE(&SmallFont(400), &SmallLinkFont(400));
     EXPECT_NE(&SansFont(400), &ArialFont(400));
 }
 

@@ -1,83 +1,11 @@
-// Changes of a table while the disk fails: the answer is success or 0, and what the file holds is the old or the new.
+// What a failing disk does to locks, flushes, reserves and new files; to changes of records: table_model_test.cpp.
 #include "support/failing_file_system.h"
 #include "table_fixture.h"
 
 namespace jotlet::test {
 namespace {
 
-class FailingDiskTest : public TableTest {
-protected:
-    // Runs `change` with the 1st, 2nd, ... changing call failing, until it meets no failure. Each time the table must
-    // hold `before`, or `after` where the answer was 1.
-    void FailEachCall(const std::function<int(TableFile&)>& change, const Texts& before, const Texts& after)
-    {
-        table->Flush();
-        const std::string original = ReadAll(path);
-        const TableHeader header = Header();
-        for (const bool halfWrite : {false, true}) {
-            for (int failAt = 1;; ++failAt) {
-                SCOPED_TRACE(testing::Message() << failAt << (halfWrite ? ", half written" : ""));
-                ASSERT_LT(failAt, 20);
-                Restore(original);
-                FailingFileSystem disk;
-                disk.failAt = failAt;
-                disk.halfWrite = halfWrite;
-                int answer = 0;
-                {
-                    const ScopedFileSystem scope(disk);
-                    answer = change(*table);
-                }
-                if (disk.failedCall.empty()) {
-                    EXPECT_EQ(answer, 1);
-                    EXPECT_EQ(Titles(), after);
-                    break;
-                }
-                EXPECT_EQ(answer, 0);
-                EXPECT_EQ(Titles(), before);
-                EXPECT_EQ(+Header().freeSlots, +header.freeSlots);
-                EXPECT_EQ(+Header().changeStamp, +header.changeStamp);
-                EXPECT_EQ(table->CutTailBytes(), 0);
-                EXPECT_EQ(change(*table), 1);  // and goes through once the disk is well
-                EXPECT_EQ(Titles(), after);
-            }
-        }
-        EXPECT_TRUE(IsRefreshEnabled());
-    }
-    void Restore(const std::string& bytes)
-    {
-        const FileHandleOwner file(FileOpen(path));
-        FileWriteWhole(file.Get(), std::as_bytes(std::span(bytes)), 0);
-        std::filesystem::resize_file(path, bytes.size());
-    }
-};
-
-TEST_F(FailingDiskTest, AnAddedRecordIsThereWholeOrNotAtAll)
-{
-    Add({.title = "milk"});
-    FailEachCall([](TableFile& t) { return t.AddRecord(RecordOf({.title = "bread"})); }, {"milk"}, {"milk", "bread"});
-}
-
-TEST_F(FailingDiskTest, AReusedSlotIsTakenWholeOrNotAtAll)
-{
-    const RecordAddress first = Add({.title = "milk"});
-    Add({.title = "bread"});
-    table->DeleteRecord(first);
-    FailEachCall([](TableFile& t) { return t.AddRecord(RecordOf({.title = "eggs"})); }, {"bread"}, {"eggs", "bread"});
-}
-
-TEST_F(FailingDiskTest, AnEditKeepsTheOldRecordOrHasTheNew)
-{
-    const RecordAddress address = Add({.title = "milk"});
-    FailEachCall([&](TableFile& t) { return t.WriteRecord(RecordOf({.title = "bread"}), address); }, {"milk"},
-                 {"bread"});
-}
-
-TEST_F(FailingDiskTest, ADeletedRecordIsGoneOrStays)
-{
-    const RecordAddress address = Add({.title = "milk"});
-    Add({.title = "bread"});
-    FailEachCall([&](TableFile& t) { return t.DeleteRecord(address); }, {"milk", "bread"}, {"bread"});
-}
+using FailingDiskTest = TableTest;
 
 TEST_F(FailingDiskTest, ALockThatCannotBeWrittenIsNotTaken)
 {

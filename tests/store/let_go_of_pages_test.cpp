@@ -18,31 +18,26 @@ std::int64_t SharedBytes()
     return shared * sysconf(_SC_PAGESIZE);
 }
 
-TEST(LetGoOfPagesTest, AQueryHoldsTheFileInMemoryOnlyUntilItsPagesAreGivenBack)
+using LetGoOfPagesTest = TableTest;
+
+TEST_F(LetGoOfPagesTest, AQueryHoldsTheFileInMemoryOnlyUntilItsPagesAreGivenBack)
 {
     constexpr int kNotes = 3000;
     constexpr std::int64_t kBytes = std::int64_t{kNotes} * kNoteRecordSize;
-    const TempFolder folder;
-    const std::string path = folder.File("notes.jot");
-    {
-        TableFile file(path, "");
-        ASSERT_EQ(CreateNotes(file), 1);
-        for (int i = 0; i < kNotes; ++i)
-            ASSERT_EQ(file.AddRecord(RecordOf({.title = "note " + std::to_string(i)})), 1);
-    }
-    TableFile file(path, "");
+    for (int i = 0; i < kNotes; ++i)
+        Add({.title = "note " + std::to_string(i)});
+    Reopen();
     RecordQuery query;
     query.PrepareResults();
     query.AddAllTerm();
     const std::int64_t before = SharedBytes();
-    ASSERT_EQ(file.RunQuery(query), 1);
-    ASSERT_EQ(query.Sort(file, kTitleAt, kTitleWidth, CompareTitles), 1);
+    ASSERT_EQ(table->RunQuery(query), 1);
+    ASSERT_EQ(query.Sort(*table, kTitleAt, kTitleWidth, CompareTitles), 1);
     if (SharedBytes() - before < kBytes / 2)
         GTEST_SKIP() << "files are not mapped here";
-
-    file.LetGoOfPages();
+    table->LetGoOfPages();
     EXPECT_LT(SharedBytes() - before, kBytes / 4);
-    ASSERT_EQ(file.RunQuery(query), 1);
+    ASSERT_EQ(table->RunQuery(query), 1);
     EXPECT_EQ(query.resultCount, kNotes);
     EXPECT_EQ(query.Resort(), 1);
 }

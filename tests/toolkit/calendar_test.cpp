@@ -106,6 +106,13 @@ TEST_F(CalendarTest, AClickOnADayIsToldEvenWhenItWasSelected)
     EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left + 2, cell.top + 2}), 0xB2E2E1u);
     EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left, cell.top}), 0u);
     EXPECT_EQ(PixelAt(calendar->Grid().window, {cell.left - 1, cell.top + 1}), 0xC0FFFFu);
+    const auto ink = PixelsWhere(calendar->Grid(), [](Colour c) { return c != 0xC0FFFF && c != 0xB2E2E1; });
+    for (int day = 1; day <= 31; ++day) {
+        calendar->Grid().GetDayRect(2000, 3, day, cell);
+        EXPECT_TRUE(std::ranges::any_of(ink, [&](Point p) { return cell.Contains(p); })) << day;
+    }
+    EXPECT_EQ(ChildAt({34, 5}), ChildAt(kYears));
+    EXPECT_EQ(ChildAt({35, 5}), ChildAt(kMonths));
     const AccessibleDescription heard = DescriptionOf(calendar->Grid());
     ASSERT_EQ(heard.parts.size(), 31u);
     EXPECT_EQ(heard.parts[16].name, heard.name);

@@ -219,23 +219,5 @@ TEST_F(WidgetsTest, WhatIsHeldLooksSoUntilTheMouseIsTakenAway)
     }
 }
 
-TEST_F(WidgetsTest, EachTakesWhatItHasRoomFor)
-{
-    TTabsWnd tabs(1, 0, 50);
-    MarlinToolBar bar;
-    TFlyMenu menu{0x0000D4, 0xFFFFFF, 0};
-    const struct {
-        int most;
-        std::function<int(int)> add;
-    } rows[] = {{TTabsWnd::kMaxTabs, [&](int i) { return tabs.AddTab(i, "t", 0, 0); }},
-                {MarlinToolBar::kMaxItems, [&](int i) { return bar.AddItem(i, 2000, 3000, 0); }},
-                {100, [&](int i) { return i % 2 ? menu.AddTextEntry("x", i) : menu.AddStringEntry(2010, i); }}};
-    for (const auto& row : rows) {
-        for (int i = 0; i < row.most; ++i)
-            ASSERT_EQ(row.add(i), 1);
-        EXPECT_EQ(row.add(0) + row.add(1), 0) << row.most;
-    }
-}
-
 }  // namespace
 }  // namespace jotlet

@@ -135,6 +135,7 @@ TEST_F(DeliveryTest, KeysArriveAsVirtualKeysAndThenAsText)
     TestType(top.window, "a\xC3\xA9");
     TestKey(top.window, kKeyTab);
     TestKey(top.window, kKeyDown, {.shift = true});
+    TestKey(top.window, kKeyF1 + 4);
     TestKey(top.window, 'Q', {.alt = true});
     std::vector<std::pair<std::uint32_t, MessageParam>> got;
     for (const WndMessage& one : top.messages) {
@@ -143,8 +144,9 @@ TEST_F(DeliveryTest, KeysArriveAsVirtualKeysAndThenAsText)
             got.emplace_back(one.message, one.wParam);
     }
     using P = std::pair<std::uint32_t, MessageParam>;
-    EXPECT_THAT(got, ElementsAre(P{kWmKeyDown, 'A'}, P{kWmChar, 'a'}, P{kWmChar, 0xE9}, P{kWmKeyDown, kKeyTab},
-                                 P{kWmChar, 9}, P{kWmKeyDown, kKeyDown}, P{kWmSysKeyDown, 'Q'}));
+    EXPECT_THAT(
+        got, ElementsAre(P{kWmKeyDown, 'A'}, P{kWmChar, 'a'}, P{kWmChar, 0xE9}, P{kWmKeyDown, kKeyTab}, P{kWmChar, 9},
+                         P{kWmKeyDown, kKeyDown}, P{kWmKeyDown, kKeyF1 + 4}, P{kWmSysKeyDown, 'Q'}));
 }
 
 }  // namespace

@@ -86,17 +86,6 @@ TEST_F(DrawingTest, ShapesCoverExactlyTheirPixels)
     }
 }
 
-TEST_F(DrawingTest, EmptyOrInsideOutAreasDrawNothing)
-{
-    for (const Rect& area : {Rect{}, Rect{10, 10, 10, 20}, Rect{20, 20, 10, 10}}) {
-        dc->FillRect(area, kInk);
-        dc->FrameRect(area, kInk);
-        dc->DrawFocusRect(area, kInk);
-        dc->DrawText(area, "text", sans, kInk, kTextSingleLine);
-    }
-    EXPECT_EQ(Ink(), Rect{});
-}
-
 TEST_F(DrawingTest, PatternFrameBeginsAtTheAreasCorner)
 {
     Bitmap pattern(Size{2, 2});
@@ -158,6 +147,36 @@ TEST_F(DrawingTest, LineThatEndsAtABreakShowsAnEllipsisWhenMoreFollows)
     EXPECT_LE(cut.bottom, line);
 }
 
+// The mark stands behind the places, and a text whose first place would be out of sight begins near it.
+TEST_F(DrawingTest, WhatIsFoundIsMarkedAndBroughtIntoSight)
+{
+    constexpr Colour kMark = Rgb(250, 240, 10);
+    const int line = dc->MeasureText("x", sans).height;
+    const auto marked = [&](const Rect& area, const std::string& text, std::uint32_t flags) {
+        dc->FillRect({0, 0, 200, 100}, kPaper);
+        dc->DrawMarkedText(area, text, "NEEDLE", sans, kInk, kMark, flags);
+        Rect found{1000, 1000, -1, -1};
+        for (int y = 0; y < 100; ++y) {
+            for (int x = 0; x < 200; ++x) {
+                if (bitmap.Pixel({x, y}) == kMark)
+                    found = {std::min(found.left, x), std::min(found.top, y), std::max(found.right, x + 1),
+                             std::max(found.bottom, y + 1)};
+            }
+        }
+        return found.right < 0 ? Rect{} : found;
+    };
+    const int before = dc->MeasureText("a needle", sans).width - dc->MeasureText("needle", sans).width;
+    const Rect one = marked({10, 10, 190, 90}, "a needle b", kTextSingleLine);
+    EXPECT_NEAR(one.left, 10 + before, 1);
+    EXPECT_NEAR(one.Width(), dc->MeasureText("needle", sans).width, 1);
+    const Rect wrapped = marked({0, 0, 60, 3 * line}, "one two a needle in it", kTextWordBreak);
+    EXPECT_GE(wrapped.top, line - 1);
+    EXPECT_EQ(marked({0, 0, 190, 90}, "nothing here", kTextWordBreak), Rect{});
+    const std::string hay = "hay hay hay hay hay hay hay hay hay hay hay hay ";
+    for (const std::uint32_t flags : {kTextSingleLine | kTextEndEllipsis, kTextWordBreak | kTextEndEllipsis})
+        EXPECT_FALSE(marked({0, 0, 90, line}, hay + "needle", flags).Empty()) << flags;
+}
+
 TEST_F(DrawingTest, FontsHaveTheirHeights)
 {
     for (const int cell : {20, 35}) {
@@ -214,6 +233,8 @@ TEST_F(DrawingTest, ReplaceTouchesExactlyOneColourAndCopiesStayApart)
     dc->DrawBitmap(glyph, 10, 10);
     EXPECT_EQ(bitmap.Pixel({10, 10}), kPaper);
     EXPECT_EQ(bitmap.Pixel({12, 10}), 0U);
+    for (const Point outside : {Point{-1, 0}, {0, -1}, {4, 0}, {0, 1}})
+        EXPECT_EQ(glyph.Pixel(outside), kNoColour) << outside;
     Bitmap none;
     EXPECT_EQ(none.Replace(1, 2), 0);
     EXPECT_EQ(none.Replace(1, 1), 1);
@@ -223,8 +244,6 @@ TEST_F(DrawingTest, ReplaceTouchesExactlyOneColourAndCopiesStayApart)
 
 TEST_F(DrawingTest, ProgramsPicturesHaveTheirSizes)
 {
-    EXPECT_EQ(Bitmap::FromResource("tbar1.bmp").GetSize(), (Size{556, 25}));
-    EXPECT_EQ(Bitmap::FromResource(2011).GetSize(), (Size{21, 13}));
     EXPECT_TRUE(Bitmap::FromResource("no such picture").IsNone());
     EXPECT_TRUE(Bitmap::FromResource(-1).IsNone());
     dc->DrawIcon(987654, 50, 50);

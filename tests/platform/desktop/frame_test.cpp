@@ -43,21 +43,26 @@ TEST_F(FrameTest, ClientAreaLiesInsideTheMargin)
     EXPECT_EQ(WindowRect(child.window), Rect::At(53 + kFrameMarginSide, 64 + kFrameMarginTop, 10, 10));
 }
 
-TEST_F(FrameTest, DefaultPositionIsLeftToThePlatform)
-{
-    Recorder other({.style = kStyleOverlapped, .bounds = Rect::At(kUseDefault, kUseDefault, 420, 230), .show = false});
-    EXPECT_EQ(WindowRect(other.window).Width(), 420);
-    EXPECT_EQ(WindowRect(other.window).Height(), 230);
-}
-
 TEST_F(FrameTest, HitTestTellsBordersCornersCaptionAndClient)
 {
     const struct {
         int x, y;
         MessageParam hit;
-    } rows[] = {{150, 100, kHitClient},   {150, 12, kHitCaption},      {2, 100, kHitLeft},     {298, 100, kHitRight},
-                {150, 1, kHitTop},        {150, 198, kHitBottom},      {1, 1, kHitTopLeft},    {298, 1, kHitTopRight},
-                {1, 198, kHitBottomLeft}, {298, 198, kHitBottomRight}, {500, 500, kHitNowhere}};
+    } rows[] = {{150, 100, kHitClient},
+                {150, 12, kHitCaption},
+                {2, 100, kHitLeft},
+                {298, 100, kHitRight},
+                {150, 1, kHitTop},
+                {150, 198, kHitBottom},
+                {1, 1, kHitTopLeft},
+                {298, 1, kHitTopRight},
+                {1, 198, kHitBottomLeft},
+                {298, 198, kHitBottomRight},
+                {500, 500, kHitNowhere},
+                {kFrameMarginSide - 1, 100, kHitLeft},
+                {kFrameMarginSide, 100, kHitClient},
+                {300 - kFrameMarginSide, 100, kHitRight},
+                {299 - kFrameMarginSide, 100, kHitClient}};
     for (const auto& [x, y, hit] : rows)
         EXPECT_EQ(HitAt(x, y), hit) << x << ", " << y;
 }

@@ -17,6 +17,9 @@ TEST_F(MouseTest, PressAndReleaseCarryThePointAndTheFlags)
     EXPECT_EQ(MousePoint(press), (Point{7, 9}));
     EXPECT_EQ(press.wParam, kMouseLeft | kMouseControl);
     EXPECT_EQ(top.Of(kWmLButtonUp).front().wParam, 0);
+    top.Clear();
+    TestClick(top.window, {7, 9}, true);
+    EXPECT_THAT(top.Input(), ElementsAre(kWmRButtonDown, kWmRButtonUp));
 }
 
 TEST_F(MouseTest, DoubleClickIsASecondPressUnlessTheClassAsksForIt)
