@@ -18,24 +18,17 @@ public:
     explicit Loopback(int family, int backlog = 8) : family(family), fd(socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_storage address{};
-        socklen_t length = 0;
-        if (family == AF_INET) {
-            auto& v4 = reinterpret_cast<sockaddr_in&>(address);
-            v4.sin_family = AF_INET;
+        address.ss_family = static_cast<sa_family_t>(family);
+        auto& v4 = reinterpret_cast<sockaddr_in&>(address);
+        if (family == AF_INET)
             v4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-            length = sizeof v4;
-        } else {
-            auto& v6 = reinterpret_cast<sockaddr_in6&>(address);
-            v6.sin6_family = AF_INET6;
-            v6.sin6_addr = in6addr_loopback;
-            length = sizeof v6;
-        }
+        else
+            reinterpret_cast<sockaddr_in6&>(address).sin6_addr = in6addr_loopback;
+        socklen_t length = family == AF_INET ? sizeof(sockaddr_in) : sizeof(sockaddr_in6);
         auto* generic = reinterpret_cast<sockaddr*>(&address);
-        if (fd < 0 || bind(fd, generic, length) != 0 || listen(fd, backlog) != 0 ||
-            getsockname(fd, generic, &length) != 0)
-            return;
-        port = ntohs(family == AF_INET ? reinterpret_cast<sockaddr_in&>(address).sin_port
-                                       : reinterpret_cast<sockaddr_in6&>(address).sin6_port);
+        if (fd >= 0 && bind(fd, generic, length) == 0 && listen(fd, backlog) == 0 &&
+            getsockname(fd, generic, &length) == 0)
+            port = ntohs(v4.sin_port);  // both families have it in the same place
     }
     ~Loopback()
     {

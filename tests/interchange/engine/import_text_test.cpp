@@ -83,6 +83,10 @@ TEST(ImportTextTest, AFileIsReadWhoeverHoldsItAndWhatIsNoneSaysSo)
     EXPECT_EQ(reader.Text(), "Title\r\nmilk\r\n");
     EXPECT_EQ(LoadImportText(reader, folder.File("missing.csv")).detail.kind, FileErrorKind::Missing);
     EXPECT_EQ(reader.Text(), "");
+    EXPECT_EQ(reader.LoadText(path), 1);
+    EXPECT_EQ(reader.Text(), "\xEF\xBB\xBFTitle\nmilk\n") << "as it stands";
+    EXPECT_EQ(reader.LoadText(folder.File("missing.csv")), 0);
+    EXPECT_EQ(reader.Text(), "");
     for (const std::string& noFile : {folder.Path(), std::string("/dev/zero")})
         EXPECT_EQ(LoadImportText(reader, noFile).detail.kind, FileErrorKind::NotRegularFile);
 

@@ -148,17 +148,6 @@ TEST_F(ReportTest, TheCurrentNoteIsTakenWhateverItsDateAndTheTextAndSecretsAreTh
     EXPECT_EQ(Export(), kNames.data() + Row("open"));
 }
 
-TEST_F(ReportTest, FieldsWithoutTerminatorsAreWrittenToTheirEnd)
-{
-    NoteRecord note = Record({"x"});
-    note.title.fill('t');
-    note.text.fill('u');
-    note.category.fill('c');
-    Add(note);
-    EXPECT_EQ(Export(), kNames.data() + ('"' + std::string(150, 't')) + "\",\"" + std::string(2024, 'u') +
-                            "\",\"3\",\"" + std::string(30, 'c') + "\"\r\n");
-}
-
 // A note that the drive refuses must not vanish from a file that replaces the last whole one.
 TEST_F(ReportTest, WithAnyReadFailingTheTextIsWholeOrTheOldFileStays)
 {
