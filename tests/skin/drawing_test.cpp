@@ -49,8 +49,12 @@ protected:
     }
 };
 
-TEST_F(DrawingTest, BevelsAreLitFromOneCorner)
+TEST_F(DrawingTest, ABevelIsLitFromOneCornerAndAFrameHasFourSides)
 {
+    EXPECT_THAT(Art([](DeviceContext& dc) {
+                    DrawRect(dc, {1, 1, 6, 4}, kA);
+                }),
+                ElementsAre("........", ".aaaaaa.", ".a....a.", ".a....a.", ".aaaaaa.", "........"));
     EXPECT_THAT(Art([](DeviceContext& dc) {
                     DrawBevel(dc, {1, 1, 7, 4}, kA, kB);
                 }),

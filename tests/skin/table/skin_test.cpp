@@ -55,8 +55,8 @@ TEST(SkinColour, HoldsThreeNumbersOfWhichTheLowBitsCount)
          {Case{"255,0,128", 0x8000FF}, Case{"300,0,0", 0x2C}, Case{"0,0,0", 0}, Case{" 1, 2,\t3 rest", 0x030201},
           Case{"-1,+2,3", 0x0302FF}, Case{"99999999999999999999999,0,1", 0x0100FF}, Case{"", std::nullopt},
           Case{"1,2", std::nullopt}, Case{"1,2,", std::nullopt}, Case{"1 ,2,3", std::nullopt},
-          Case{"#102030", std::nullopt}, Case{"1;2;3", std::nullopt}, Case{"red,green,blue", std::nullopt},
-          Case{"- 1,2,3", std::nullopt}}) {
+          Case{"#102030", std::nullopt}, Case{"1;2;3", std::nullopt}, Case{"1-2-3", std::nullopt},
+          Case{"red,green,blue", std::nullopt}, Case{"- 1,2,3", std::nullopt}}) {
         SCOPED_TRACE(c.text);
         EXPECT_EQ(ParseSkinColour(c.text), c.colour);
     }
