@@ -65,8 +65,8 @@ bool TableFile::TakeTurn(TableTurn& turn)
 
 bool TableFile::TakeFileTurn()
 {
-    const TurnName name = file.GetDrive().asksAtOpen ? TurnName::OnItsWay : TurnName::Sure;
-    if (!turnFile.Take(TurnFilePath(path), kMutationPatienceMs, name))
+    const TurnDrive drive = file.GetDrive().asksAtOpen ? TurnDrive::UserSpace : TurnDrive::Server;
+    if (!turnFile.Take(TurnFilePath(path), kMutationPatienceMs, drive))
         return NoteFailure("lock");
     if (!copies || copies->IsStillEntered())
         return true;

@@ -26,6 +26,11 @@ constexpr int kNamelessMs = 6000;
 // Who takes one turn after the other pauses once in a while, for longer than those who wait nap.
 constexpr int kLongestStreakMs = 100;
 constexpr int kPauseMs = 2 * kLongestNapMs;
+// Where names are remembered those who wait may need a whole second to see that the file is gone.
+constexpr int kLongestBusyMs = 3000;
+constexpr int kLongPauseMs = 1100;
+// How often a waiter opens the file: only that tells such a drive that it is gone.
+constexpr int kQuestionMs = 100;
 // Between one second and two: a turn is shorter, and so is what a drive remembers of names.
 constexpr int kMostRefusals = 200;
 constexpr std::size_t kMaxText = 300;
@@ -101,16 +106,29 @@ void RemoveAbandoned(const std::string& path)
 
 }  // namespace
 
-bool TurnFile::Take(const std::string& path, int patienceMs, TurnName name)
+void TurnFile::LetOthersIn(TurnDrive drive)
+{
+    const std::int64_t now = NowMs();
+    const auto isOver = [now](std::int64_t since, int longest) { return now - since >= longest; };
+    if (isOver(given, kPauseMs))
+        streak = now;
+    if (isOver(given, kLongPauseMs))
+        longStreak = now;
+    const bool longOne = drive == TurnDrive::UserSpace && isOver(longStreak, kLongestBusyMs);
+    if (longOne || isOver(streak, kLongestStreakMs)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(longOne ? kLongPauseMs : kPauseMs));
+        streak = NowMs();
+        longStreak = longOne ? streak : longStreak;
+    }
+}
+
+bool TurnFile::Take(const std::string& path, int patienceMs, TurnDrive drive)
 {
     Release();
     thread_local std::minstd_rand dice(std::random_device{}());
-    std::int64_t begin = NowMs();
-    const bool goesOn = begin - given < kPauseMs;
-    if (goesOn && begin - streak >= kLongestStreakMs)
-        std::this_thread::sleep_for(std::chrono::milliseconds(kPauseMs));
-    if (!goesOn || begin - streak >= kLongestStreakMs)
-        streak = begin = NowMs();
+    LetOthersIn(drive);
+    const std::int64_t begin = NowMs();
+    std::int64_t nextQuestion = begin + kQuestionMs;
     std::int64_t nextLook = begin + std::min(kFirstLookMs, patienceMs);
     int napMs = 1;
     int refusals = 0;
@@ -122,7 +140,7 @@ bool TurnFile::Take(const std::string& path, int patienceMs, TurnName name)
             const std::string text = here.system + " " + std::to_string(here.process) + " " +
                                      std::to_string(here.started) + " " + HostName();
             FileWriteWhole(made.Get(), std::as_bytes(std::span(text)), 0);
-            const bool isKnown = name == TurnName::Sure && Files().Sync(made.Get()) == 0;
+            const bool isKnown = drive == TurnDrive::Server && Files().Sync(made.Get()) == 0;
             if (NowMs() - asked > kNamelessMs / 2) {
                 Files().Remove(path);
                 errno = EAGAIN;
@@ -140,6 +158,10 @@ bool TurnFile::Take(const std::string& path, int patienceMs, TurnName name)
         const bool mayPass = errno == EPERM || errno == ENOENT || errno == ESTALE;
         if (errno != EEXIST && (!mayPass || ++refusals > kMostRefusals))
             return false;
+        if (drive == TurnDrive::UserSpace && asked >= nextQuestion) {
+            FileHandleOwner question(Files().Open(path, O_RDONLY, 0));
+            nextQuestion = asked + kQuestionMs;
+        }
         if (asked >= nextLook) {
             RemoveAbandoned(path);
             nextLook = asked + kNextLookMs;

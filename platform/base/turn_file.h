@@ -22,9 +22,13 @@ inline constexpr int kTurnTrustMs = 10'000;
 // How often a holder at long work calls Beat.
 inline constexpr int kTurnBeatMs = 3'000;
 
-// Whether Take waits until the server has certainly got the owner's name. On the way to it, where it comes before all
-// that is written in the turn, the turn is trusted for less long.
-enum class TurnName { Sure, OnItsWay };
+// What the drive does with names.
+enum class TurnDrive {
+    Server,  // asks the server; what is written is there after a sync alone
+    // A program of this computer stands between (FUSE). It keeps the order of what is written, so the owner's name need
+    // not be waited for, but the turn is trusted for less long. A name that was seen is remembered for a second.
+    UserSpace,
+};
 
 class TurnFile {
 public:
@@ -33,7 +37,7 @@ public:
     TurnFile(const TurnFile&) = delete;
     TurnFile& operator=(const TurnFile&) = delete;
 
-    bool Take(const std::string& path, int patienceMs, TurnName name = TurnName::Sure);
+    bool Take(const std::string& path, int patienceMs, TurnDrive drive = TurnDrive::Server);
     void Release();
     // A sign of life; nothing without the turn.
     void Beat();
@@ -41,6 +45,8 @@ public:
     bool IsSure() const;
 
 private:
+    void LetOthersIn(TurnDrive drive);
+
     mutable std::mutex guard;
     std::string taken;  // the path; empty without the turn
     FileHandleOwner file;
@@ -48,7 +54,9 @@ private:
     std::int64_t given = 0;  // back, the last time
     std::int64_t lastSign = 0;
     int trustMs = 0;
-    std::int64_t streak = 0;  // since when one turn followed the other here
+    // Since when this object has left others no room, and no long one.
+    std::int64_t streak = 0;
+    std::int64_t longStreak = 0;
 };
 
 }  // namespace jotlet
