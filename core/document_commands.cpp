@@ -7,6 +7,7 @@
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "store/compaction.h"
 #include "toolkit/compact_progress_dialog.h"
@@ -16,9 +17,6 @@ namespace {
 
 // Opens a file just to read its header: matches no role unless a user chose that word.
 constexpr std::string_view kHeaderOnly = "null";
-constexpr int kDifferentPassword = 101;
-constexpr int kNoPermission = 102;
-constexpr int kWrongPassword = 103;
 
 WindowHandle HandleOf(const MarlinWnd* owner)
 {
@@ -85,7 +83,7 @@ std::optional<std::string> AskFilePasswordAndTell(MarlinWnd* owner, const std::s
     bool told = false;
     auto password = AskFilePassword(owner, path, told);
     if (!password && !told)
-        ShowMessage(HandleOf(owner), kWrongPassword);
+        ShowMessage(HandleOf(owner), kStringWrongPassword);
     return password;
 }
 
@@ -170,7 +168,7 @@ int RunNetworkPasswords(MarlinWnd* owner, const std::string& path, std::string& 
         return 0;
     const NetworkPasswords stored = PasswordsOf(*header);
     if (currentPassword != stored.owner) {
-        ShowMessage(HandleOf(owner), kNoPermission);
+        ShowMessage(HandleOf(owner), kStringNoPermission);
         return 0;
     }
     NetworkPasswordsDialog dialog(stored);
@@ -183,12 +181,12 @@ int RunNetworkPasswords(MarlinWnd* owner, const std::string& path, std::string& 
             break;
         if (answer != VerifyPasswordsDialog::kDiffers)
             return 0;
-        ShowMessage(HandleOf(owner), kDifferentPassword);
+        ShowMessage(HandleOf(owner), kStringPasswordsDiffer);
     }
     // Somebody else may have become Owner while the dialogs stood open, or set what was not touched here.
     const int result = SetNetworkPasswords(path, currentPassword, dialog.Passwords(), &stored);
     if (result == kRefusedByRole)
-        ShowMessage(HandleOf(owner), kNoPermission);
+        ShowMessage(HandleOf(owner), kStringNoPermission);
     else if (result != 1)
         ShowTextMessage(HandleOf(owner), CannotText(path, "change", FileError{}));
     return result == 1 ? 1 : 0;

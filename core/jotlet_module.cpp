@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "core/commands.h"
 #include "core/document_commands.h"
 #include "core/file_type.h"
 #include "core/general_options_dialog.h"
@@ -14,6 +13,7 @@
 #include "net/internet_events_dialog.h"
 #include "net/server_setup.h"
 #include "notes/check_alarms.h"
+#include "resources/command_ids.h"
 #include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/about_dialog.h"
@@ -59,33 +59,33 @@ const JotletModule::Row* JotletModule::FindRow(int command)
 {
     using M = JotletModule;
     static constexpr Row kRows[] = {
-        {kCmdNewNote, Row::ToWork},
-        {kCmdEditNote, Row::ToWorkWhileShown},
-        {kCmdDeleteNote, Row::ToWorkWhileShown},
-        {kCmdFind, Row::ToWorkWhileShown},
-        {kCmdNewFile, Row::Own, &M::NewFile},
-        {kCmdOpenFile, Row::Own, &M::OpenFile},
-        {kCmdOptions, Row::Own, &M::Options},
-        {kCmdPasswords, Row::Own, &M::Passwords},
-        {kCmdCompact, Row::Own, &M::Compact},
-        {kCmdExit, Row::Own, &M::Exit},
-        {kCmdContacts, Row::Own, &M::Contacts},
+        {kCommandNewNote, Row::ToWork},
+        {kCommandEditNote, Row::ToWorkWhileShown},
+        {kCommandDeleteNote, Row::ToWorkWhileShown},
+        {kCommandFind, Row::ToWorkWhileShown},
+        {kCommandNewFile, Row::Own, &M::NewFile},
+        {kCommandOpenFile, Row::Own, &M::OpenFile},
+        {kCommandOptions, Row::Own, &M::Options},
+        {kCommandPasswords, Row::Own, &M::Passwords},
+        {kCommandCompact, Row::Own, &M::Compact},
+        {kCommandExit, Row::Own, &M::Exit},
+        {kCommandContacts, Row::Own, &M::Contacts},
         {1015, Row::Nothing},
-        {kCmdAbout, Row::Own, &M::About},
+        {kCommandAbout, Row::Own, &M::About},
         {1018, Row::Nothing},
         {1019, Row::Nothing},
-        {kCmdUndoDelete, Row::ToWorkWhileShown},
-        {kCmdCut, Row::ToWorkWhileShown},
-        {kCmdCopy, Row::ToWorkWhileShown},
-        {kCmdPaste, Row::ToWorkWhileShown},
-        {kCmdEvents, Row::ToWorkWhileShown},
-        {kCmdServerSetup, Row::Own, &M::ServerSetup},
-        {kCmdSaveAs, Row::Own, &M::SaveAs},
-        {kCmdOpenAttachment, Row::ToWorkWhileShown},
-        {kCmdPrintReport, Row::Own, &M::PrintReport},
-        {kCmdImport, Row::Own, &M::Import},
-        {kCmdExport, Row::Own, &M::Export},
-        {kCmdWhoHasFile, Row::Own, &M::WhoHasFile},
+        {kCommandUndoDelete, Row::ToWorkWhileShown},
+        {kCommandCut, Row::ToWorkWhileShown},
+        {kCommandCopy, Row::ToWorkWhileShown},
+        {kCommandPaste, Row::ToWorkWhileShown},
+        {kCommandInternetEvents, Row::ToWorkWhileShown},
+        {kCommandServerSetup, Row::Own, &M::ServerSetup},
+        {kCommandSaveAs, Row::Own, &M::SaveAs},
+        {kCommandOpenAttachment, Row::ToWorkWhileShown},
+        {kCommandPrintReport, Row::Own, &M::PrintReport},
+        {kCommandImport, Row::Own, &M::Import},
+        {kCommandExport, Row::Own, &M::Export},
+        {kCommandWhoHasFile, Row::Own, &M::WhoHasFile},
     };
     const auto* row = std::ranges::find(kRows, command, &Row::command);
     return row == std::end(kRows) ? nullptr : row;

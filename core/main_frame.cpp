@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/commands.h"
 #include "core/placement.h"
 #include "core/process.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/message_box.h"
+#include "resources/command_ids.h"
+#include "resources/string_ids.h"
 #include "skin/animations.h"
 #include "skin/skin_bitmaps.h"
 #include "skin/window_helpers.h"
@@ -31,8 +32,9 @@ struct BarItem {
     int sendIt;
 };
 constexpr BarItem kBarItems[] = {
-    {kCmdFileMenu, 2000, 3004, 1},   {kCmdNewNote, 2001, 3000, 0}, {kCmdEditNote, 2002, 3001, 0},
-    {kCmdDeleteNote, 2003, 3002, 0}, {kCmdFind, 2004, 3003, 0},    {kCmdHelpMenu, 2005, 3005, 1},
+    {kCommandFileMenu, 2000, kStringBarFile, 1}, {kCommandNewNote, 2001, kStringBarNew, 0},
+    {kCommandEditNote, 2002, kStringBarEdit, 0}, {kCommandDeleteNote, 2003, kStringBarDelete, 0},
+    {kCommandFind, 2004, kStringBarFind, 0},     {kCommandHelpMenu, 2005, kStringBarHelp, 1},
 };
 
 }  // namespace

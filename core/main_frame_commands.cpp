@@ -1,13 +1,14 @@
 // The part of MainFrame that turns keys, menus and broadcasts into work.
 #include <array>
 
-#include "core/commands.h"
 #include "core/main_frame.h"
 #include "core/process.h"
 #include "core/skins_dialog.h"
 #include "platform/base/paths.h"
 #include "platform/base/session.h"
 #include "platform/desktop/menu.h"
+#include "resources/command_ids.h"
+#include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "skin/skin_bitmaps.h"
 #include "skin/sound.h"
@@ -27,24 +28,24 @@ struct KeyCommand {
     int command;
     int value;
 };
-constexpr std::array<KeyCommand, kCmdLastKey - kCmdFirstKey + 1> kKeyCommands = {{
-    {kCmdNewNote, 0},
-    {kCmdFind, 0},
-    {kCmdNewFile, 0},
-    {kCmdOpenFile, 0},
-    {kCmdPrintReport, 0},
-    {kCmdHelpContents, 0},
-    {kCmdFileMenu, 0},
-    {kCmdHelpMenu, 0},
-    {kCmdShowPane, 0},
-    {kCmdShowPane, 1},
-    {kCmdCut, 0},
-    {kCmdCopy, 0},
-    {kCmdPaste, 0},
-    {kCmdUndoDelete, 0},
-    {kCmdOpenAttachment, 0},
-    {kCmdEditNote, 0},
-    {kCmdDeleteNote, 0},
+constexpr std::array<KeyCommand, kCommandKeyDelete - kCommandKeyNew + 1> kKeyCommands = {{
+    {kCommandNewNote, 0},
+    {kCommandFind, 0},
+    {kCommandNewFile, 0},
+    {kCommandOpenFile, 0},
+    {kCommandPrintReport, 0},
+    {kCommandHelpContents, 0},
+    {kCommandFileMenu, 0},
+    {kCommandHelpMenu, 0},
+    {kCommandShowPane, 0},
+    {kCommandShowPane, 1},
+    {kCommandCut, 0},
+    {kCommandCopy, 0},
+    {kCommandPaste, 0},
+    {kCommandUndoDelete, 0},
+    {kCommandOpenAttachment, 0},
+    {kCommandEditNote, 0},
+    {kCommandDeleteNote, 0},
 }};
 
 MenuEntry FromString(int stringId, int command)
@@ -111,37 +112,37 @@ void MainFrame::OnSkinChanged()
 MessageParam MainFrame::OnCommand(WndMessage& record)
 {
     const int command = LowWord(record.wParam);
-    if (command >= kCmdFirstKey && command <= kCmdLastKey) {
+    if (command >= kCommandKeyNew && command <= kCommandKeyDelete) {
         PostCommandOfKey(command);
         return 0;
     }
-    if (command >= kCmdFirstSkin && command <= kCmdLastSkin) {
+    if (command >= kCommandFirstSkin && command <= kCommandLastSkin) {
         ChooseSkinFromMenu(command);
         return 0;
     }
     switch (command) {
-        case kCmdShowPane:
+        case kCommandShowPane:
             SwitchPane(static_cast<int>(record.lParam), Animate::Yes);
             break;
-        case kCmdFileMenu:
+        case kCommandFileMenu:
             ShowFileMenu();
             break;
-        case kCmdHelpMenu:
+        case kCommandHelpMenu:
             ShowHelpMenu();
             break;
-        case kCmdHelpContents:
+        case kCommandHelpContents:
             ShowHelp(0);
             break;
-        case kCmdSuiteWeb:
+        case kCommandSuiteWeb:
             OpenDocument(kSuiteWeb);
             break;
-        case kCmdCompanyWeb:
+        case kCommandCompanyWeb:
             OpenDocument(kCompanyWeb);
             break;
-        case kCmdOffer:
+        case kCommandOffer:
             OpenHelpPage("kestrel.htm", true);
             break;
-        case kCmdSkins:
+        case kCommandSkins:
             ShowSkinDialog(this);
             break;
         default:
@@ -152,15 +153,15 @@ MessageParam MainFrame::OnCommand(WndMessage& record)
 
 void MainFrame::PostCommandOfKey(int code)
 {
-    if (code == kCmdKeyShowSecondPane && GetCurrentPaneIndex() != 0)
+    if (code == kCommandKeyShowSecondPane && GetCurrentPaneIndex() != 0)
         return;
-    if (code == kCmdKeyCut && GetCurrentPaneIndex() != 1)
+    if (code == kCommandKeyCut && GetCurrentPaneIndex() != 1)
         return;
-    if (code == kCmdKeyReturn && ReturnGoesToFocus()) {
+    if (code == kCommandKeyReturn && ReturnGoesToFocus()) {
         SendTo(FocusedWindow(), kWmKeyDown, kKeyReturn, 0);
         return;
     }
-    const KeyCommand& key = kKeyCommands[static_cast<std::size_t>(code - kCmdFirstKey)];
+    const KeyCommand& key = kKeyCommands[static_cast<std::size_t>(code - kCommandKeyNew)];
     PostRequest(window, kWmCommand, key.command, key.value);
 }
 
@@ -182,43 +183,43 @@ void MainFrame::PopUpUnder(int barCommand, const std::vector<MenuEntry>& entries
 
 void MainFrame::ShowFileMenu()
 {
-    PopUpUnder(kCmdFileMenu, {
-                                 FromString(3006, kCmdNewFile),
-                                 FromString(3007, kCmdOpenFile),
-                                 kSeparator,
-                                 FromString(3019, kCmdSaveAs),
-                                 FromString(3013, kCmdCompact),
-                                 kSeparator,
-                                 FromString(3050, kCmdImport),
-                                 FromString(3051, kCmdExport),
-                                 kSeparator,
-                                 FromString(3052, kCmdPrintReport),
-                                 kSeparator,
-                                 FromString(3009, kCmdPasswords),
-                                 {.text = "&Who has this file...", .command = kCmdWhoHasFile},
-                                 kSeparator,
-                                 FromString(3014, kCmdContacts),
-                                 FromString(3016, kCmdServerSetup),
-                                 FromString(3008, kCmdOptions),
-                                 kSeparator,
-                                 {.text = "Ski&ns...", .command = kCmdSkins},
-                                 kSeparator,
-                                 FromString(3010, kCmdExit),
-                             });
+    PopUpUnder(kCommandFileMenu, {
+                                     FromString(kStringNewFile, kCommandNewFile),
+                                     FromString(kStringOpenFile, kCommandOpenFile),
+                                     kSeparator,
+                                     FromString(kStringSaveAs, kCommandSaveAs),
+                                     FromString(kStringCompact, kCommandCompact),
+                                     kSeparator,
+                                     FromString(kStringImport, kCommandImport),
+                                     FromString(kStringExport, kCommandExport),
+                                     kSeparator,
+                                     FromString(kStringPrintReport, kCommandPrintReport),
+                                     kSeparator,
+                                     FromString(kStringPasswords, kCommandPasswords),
+                                     {.text = "&Who has this file...", .command = kCommandWhoHasFile},
+                                     kSeparator,
+                                     FromString(kStringContacts, kCommandContacts),
+                                     FromString(kStringServerSetup, kCommandServerSetup),
+                                     FromString(kStringOptions, kCommandOptions),
+                                     kSeparator,
+                                     {.text = "Ski&ns...", .command = kCommandSkins},
+                                     kSeparator,
+                                     FromString(kStringExit, kCommandExit),
+                                 });
 }
 
 void MainFrame::ShowHelpMenu()
 {
-    PopUpUnder(kCmdHelpMenu, {
-                                 FromString(3011, kCmdHelpContents),
-                                 kSeparator,
-                                 {.text = "&Company Web", .command = kCmdCompanyWeb},
-                                 {.text = "&Pinwell Web", .command = kCmdSuiteWeb},
-                                 kSeparator,
-                                 {.text = "Try Kestrel Planner", .command = kCmdOffer},
-                                 kSeparator,
-                                 FromString(3012, kCmdAbout),
-                             });
+    PopUpUnder(kCommandHelpMenu, {
+                                     FromString(kStringHelpContents, kCommandHelpContents),
+                                     kSeparator,
+                                     {.text = "&Company Web", .command = kCommandCompanyWeb},
+                                     {.text = "&Pinwell Web", .command = kCommandSuiteWeb},
+                                     kSeparator,
+                                     {.text = "Try Kestrel Planner", .command = kCommandOffer},
+                                     kSeparator,
+                                     FromString(kStringAbout, kCommandAbout),
+                                 });
 }
 
 void MainFrame::PopUpSkins()
@@ -230,7 +231,7 @@ void MainFrame::PopUpSkins()
     std::vector<MenuEntry> entries;
     for (int i = 0; i < static_cast<int>(offeredSkins.size()); ++i) {
         entries.push_back({.text = MenuText(offeredSkins[static_cast<std::size_t>(i)].skinName),
-                           .command = kCmdFirstSkin + i,
+                           .command = kCommandFirstSkin + i,
                            .greyed = i == current,
                            .checked = i == current});
     }
@@ -239,7 +240,7 @@ void MainFrame::PopUpSkins()
 
 void MainFrame::ChooseSkinFromMenu(int command)
 {
-    const auto index = static_cast<std::size_t>(command - kCmdFirstSkin);
+    const auto index = static_cast<std::size_t>(command - kCommandFirstSkin);
     if (index < offeredSkins.size())
         ChooseSkin(offeredSkins[index].skinFile);
 }

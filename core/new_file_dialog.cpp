@@ -9,6 +9,7 @@
 #include "platform/base/files.h"
 #include "platform/base/paths.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/browse_for_folder.h"
 
@@ -16,8 +17,6 @@ namespace jotlet {
 namespace {
 
 constexpr int kMaxPath = 260;
-constexpr int kFileExists = 113;
-constexpr int kCannotMake = 114;
 
 }  // namespace
 
@@ -98,11 +97,11 @@ void NewFileDialog::Accept()
     path = NewFilePath(AbsoluteFolder(GetItemText(new_file_dialog_ids::kFolder)),
                        GetItemText(new_file_dialog_ids::kName), extension);
     if (FileExists(path) == 1) {
-        ShowMessage(window, kFileExists);
+        ShowMessage(window, kStringFileExists);
         return;
     }
     if (!CanMakeFile(path)) {
-        ShowMessage(window, kCannotMake);
+        ShowMessage(window, kStringCannotMakeFile);
         return;
     }
     StoreWantsExamples(Checked(new_file_dialog_ids::kExamples));

@@ -4,6 +4,7 @@
 #include "interchange/import_wizard.h"
 #include "platform/desktop/cursor.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
@@ -11,8 +12,6 @@
 
 namespace jotlet {
 namespace {
-
-constexpr int kNoPermissionString = 102;
 
 std::string Count(std::size_t count, const char* one, const char* many)
 {
@@ -42,7 +41,7 @@ std::size_t RunImport(MarlinWnd* parent, TableFile& table)
 {
     const WindowHandle owner = parent ? parent->window : 0;
     if (!MayChange(table.GetRole())) {
-        ShowMessage(owner, kNoPermissionString);
+        ShowMessage(owner, kStringNoPermission);
         return 0;
     }
     std::vector<ImportField> fields;

@@ -12,6 +12,7 @@
 #include "platform/desktop/shell.h"
 #include "platform/desktop/system_metrics.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "store/record_query.h"
 #include "toolkit/choose_file.h"
@@ -25,7 +26,6 @@ using namespace export_dialog_ids;
 
 constexpr int kFindLimit = 1023;
 constexpr int kPathLimit = 260;
-constexpr int kDateOrderString = 107;
 
 constexpr int kViewHeight = 290;
 constexpr int kUnfoldBy = 300;
@@ -119,7 +119,7 @@ void SelectionDialog::PickDate(int button)
     const DateValue& from = button == kFromButton ? picked : request.fromDate;
     const DateValue& to = button == kFromButton ? request.toDate : picked;
     if (DayNumberOf(from) > DayNumberOf(to)) {
-        ShowMessage(window, kDateOrderString);
+        ShowMessage(window, kStringDateOrder);
         return;
     }
     kept = picked;

@@ -3,6 +3,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "store/record_query.h"
@@ -18,10 +19,6 @@ constexpr int kNameLimit = 50;
 constexpr int kEmailLimit = 260;
 // From the list's bottom to the client area's: the row of buttons.
 constexpr int kListGap = 4;
-
-constexpr int kNoPermissionString = 102;
-constexpr int kBeingEditedString = 106;
-constexpr int kAskDeleteString = 108;
 
 void TellNotWritten(WindowHandle owner)
 {
@@ -55,7 +52,7 @@ int ShowEBook(MarlinWnd* parent)
 bool EBookDialog::TakeSelected(std::optional<RecordHold>& hold, EBookRecord& contact)
 {
     if (!MayChange(BookTable()->GetRole())) {
-        ShowMessage(window, kNoPermissionString);
+        ShowMessage(window, kStringNoPermission);
         return false;
     }
     const auto chosen = list.GetChosen();
@@ -67,7 +64,7 @@ bool EBookDialog::TakeSelected(std::optional<RecordHold>& hold, EBookRecord& con
     if (*hold && hold->Read(BytesOf(contact)) && contact.uniqueId == chosen->id)
         return true;
     hold.reset();
-    ShowMessage(window, kBeingEditedString);
+    ShowMessage(window, kStringBeingEdited);
     return false;
 }
 
@@ -140,7 +137,7 @@ void EBookDialog::DeleteContact()
 {
     std::optional<RecordHold> hold;
     EBookRecord contact{};
-    if (!TakeSelected(hold, contact) || !AskYesNo(window, kAskDeleteString))
+    if (!TakeSelected(hold, contact) || !AskYesNo(window, kStringAskDeleteContact))
         return;
     if (hold->Remove())
         PlaySoundFile("delete.wav");

@@ -4,13 +4,12 @@
 #include "notes/tell_outcome.h"
 #include "platform/desktop/message_box.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "toolkit/main_window.h"
 
 namespace jotlet {
 namespace {
-
-constexpr int kItemPutString = 110;
 
 // On a note that is held for the whole dialog, so that no second copy works on its participants.
 void EditEvent(NotesPane& pane, HeldNote& held)
@@ -28,7 +27,7 @@ void EditEvent(NotesPane& pane, HeldNote& held)
     if (dialog.DoModal(&pane, internet_events_ids::kDialog) != 1)
         return;
     if (outbox.Commit(note) == kCommittedWithWork)
-        ShowMessage(MainWindow(), kItemPutString);
+        ShowMessage(MainWindow(), kStringItemPut);
     if (outbox.FailedWrites() > 0)
         ShowTextMessage(MainWindow(), "Not all participants could be written to\r\n\"" + outbox.Path() +
                                           "\".\r\nCheck that the disk isn't full, then open the event again.");

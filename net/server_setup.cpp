@@ -8,6 +8,7 @@
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/message_box.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "store/table_file.h"
 
@@ -16,8 +17,6 @@ namespace {
 
 using namespace server_password_ids;
 using namespace server_setup_ids;
-
-constexpr int kNoPermissionString = 102;
 
 void Complain(WindowHandle owner, std::string_view text)
 {
@@ -40,7 +39,7 @@ int RunServerSetup(MarlinWnd* parent)
 int ServerSetupCommand(TableFile* file, MarlinWnd* frame)
 {
     if (!file || IsFileOwnedLocally(*file) != 1 || file->GetRole() != Role::Owner) {
-        ShowMessage(frame ? frame->window : 0, kNoPermissionString);
+        ShowMessage(frame ? frame->window : 0, kStringNoPermission);
         return 0;
     }
     if (RunServerSetup(frame) != 1)

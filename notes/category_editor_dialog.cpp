@@ -7,6 +7,7 @@
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/window_helpers.h"
 #include "store/table_file.h"
 
@@ -17,7 +18,6 @@ using namespace category_editor_ids;
 using namespace new_category_ids;
 
 constexpr int kNameLimit = 30;
-constexpr int kAskDeleteString = 104;
 
 using Names = std::vector<std::string>;
 
@@ -121,7 +121,7 @@ void CategoryEditorDialog::OnNew()
 void CategoryEditorDialog::OnDelete()
 {
     const int row = SelectedRow(window, kNameList);
-    if (row < 0 || !AskYesNo(window, kAskDeleteString))
+    if (row < 0 || !AskYesNo(window, kStringAskDeleteCategory))
         return;
     RemoveRow(window, kNameList, row);
     SelectRow(window, kNameList, -1);

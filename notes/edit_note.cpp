@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "net/core/outbox.h"
-#include "notes/note_command_ids.h"
 #include "notes/note_editor_dialog.h"
 #include "notes/tell_outcome.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 
@@ -34,7 +34,7 @@ bool EditHeldNote(MarlinWnd& parent, HeldNote& held, const DateValue& date)
     bool missed = false;
     NoteEditorDialog editor(&file, held.note, date, kEditExisting);
     editor.SetSave(EditorSave(file, held.note, [&] {
-        const bool tell = IsGroupEvent(held.note) && !asked && AskYesNo(editor.window, kAskNotifyString);
+        const bool tell = IsGroupEvent(held.note) && !asked && AskYesNo(editor.window, kStringAskNotify);
         asked = true;
         const NoteResult saved = SaveEdited(held, tell ? Participants::Tell : Participants::LeaveAlone);
         missed = missed || saved.missedParticipants;

@@ -2,6 +2,7 @@
 
 #include "notes/bin_slot.h"
 #include "platform/desktop/menu.h"
+#include "resources/command_ids.h"
 #include "skin/drawing.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
@@ -10,9 +11,6 @@
 
 namespace jotlet {
 namespace {
-
-constexpr int kEmptyCommand = 1034;
-constexpr int kUndoCommand = 1035;
 
 // Half the width of the hot area, and how far the drop area reaches to the left.
 constexpr int kHotHalf = 20;
@@ -74,10 +72,10 @@ MessageParam MarlinClassWndBin::OnCommand(WndMessage& record)
             return OnDragOver(*reinterpret_cast<Point*>(record.lParam));
         case kDragMoveDrop:
             return OnDrop(*reinterpret_cast<Point*>(record.lParam));
-        case kEmptyCommand:
+        case kCommandEmptyBin:
             Empty();
             return 0;
-        case kUndoCommand:
+        case kCommandBinUndo:
             AskUndo();
             return 0;
         default:
@@ -156,7 +154,8 @@ MessageParam MarlinClassWndBin::OnRButtonDown(WndMessage& record)
 void MarlinClassWndBin::OpenPopup(Point screen)
 {
     const bool empty = BinSlot().IsEmpty();
-    TrackPopupMenu(window, {{"&Undo delete", kUndoCommand, empty}, {}, {"&Empty bin", kEmptyCommand, empty}}, screen);
+    TrackPopupMenu(window, {{"&Undo delete", kCommandBinUndo, empty}, {}, {"&Empty bin", kCommandEmptyBin, empty}},
+                   screen);
 }
 
 MessageParam MarlinClassWndBin::OnKeyDown(WndMessage& record)

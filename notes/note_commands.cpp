@@ -6,14 +6,15 @@
 #include "notes/bin_slot.h"
 #include "notes/edit_note.h"
 #include "notes/find_dialog.h"
-#include "notes/note_command_ids.h"
 #include "notes/note_editor_dialog.h"
 #include "notes/notes_pane.h"
 #include "notes/open_target.h"
 #include "notes/tell_outcome.h"
 #include "platform/base/text.h"
 #include "platform/desktop/message_box.h"
+#include "resources/command_ids.h"
 #include "resources/dialog_ids.h"
+#include "resources/string_ids.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
 #include "toolkit/date_dialog.h"
@@ -24,7 +25,7 @@ bool NotesPane::RefuseReader()
 {
     if (MayChangeNotes(file))
         return false;
-    ShowMessage(MainWindow(), kNoPermissionString);
+    ShowMessage(MainWindow(), kStringNoPermission);
     return true;
 }
 
@@ -91,7 +92,7 @@ void NotesPane::EditNote()
 bool NotesPane::RemoveAndKeep(HeldNote& held)
 {
     const NoteRecord before = held.note;
-    const bool tell = IsGroupEvent(before) && AskYesNo(MainWindow(), kAskNotifyString);
+    const bool tell = IsGroupEvent(before) && AskYesNo(MainWindow(), kStringAskNotify);
     const NoteResult removed = RemoveHeld(held, tell ? Participants::Tell : Participants::LeaveAlone);
     if (!Tell(removed) && removed.outcome != Outcome::Unconfirmed)
         return false;
@@ -103,7 +104,7 @@ void NotesPane::DeleteNote()
 {
     HeldNote held;
     // The question is asked with the lock held, so that nobody edits what is about to go.
-    if (Tell(held.Lock(file, Chosen())) && AskYesNo(MainWindow(), kAskDeleteNoteString) && Tell(held.Read()) &&
+    if (Tell(held.Lock(file, Chosen())) && AskYesNo(MainWindow(), kStringAskDeleteNote) && Tell(held.Read()) &&
         RemoveAndKeep(held)) {
         PlaySoundFile("bindel.wav");
         list->RefreshNow();

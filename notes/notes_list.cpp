@@ -2,8 +2,8 @@
 
 #include "notes/model/note_record.h"
 #include "notes/note_cell.h"
-#include "notes/note_command_ids.h"
 #include "platform/base/text.h"
+#include "resources/command_ids.h"
 #include "skin/fonts.h"
 #include "store/record_query.h"
 #include "store/table_file.h"

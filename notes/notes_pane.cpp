@@ -6,11 +6,12 @@
 
 #include "notes/bin_slot.h"
 #include "notes/model/note_record.h"
-#include "notes/note_command_ids.h"
 #include "notes/title_jump.h"
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/menu.h"
+#include "resources/command_ids.h"
+#include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "skin/fonts.h"
 #include "store/refresh_switch.h"
@@ -401,19 +402,19 @@ void NotesPane::OpenPopup(int item)
 {
     const bool off = item < 0;
     const std::vector<MenuEntry> entries = {
-        {Text(120), kCommandNewNote},
-        {Text(121), kCommandEditNote, off},
-        {Text(122), kCommandDeleteNote, off},
+        {Text(kStringNewNote), kCommandNewNote},
+        {Text(kStringEditNote), kCommandEditNote, off},
+        {Text(kStringDeleteNote), kCommandDeleteNote, off},
         {},
-        {Text(140), kCommandUndoDelete, BinSlot().IsEmpty()},
+        {Text(kStringUndoDelete), kCommandUndoDelete, BinSlot().IsEmpty()},
         {},
-        {Text(117), kCommandCut, off},
-        {Text(118), kCommandCopy, off},
-        {Text(119), kCommandPaste, NoteClipboard().IsEmpty()},
+        {Text(kStringCut), kCommandCut, off},
+        {Text(kStringCopy), kCommandCopy, off},
+        {Text(kStringPaste), kCommandPaste, NoteClipboard().IsEmpty()},
         {},
-        {Text(142), kCommandOpenAttachment, off || !SelectedHasAttachment()},
+        {Text(kStringOpenAttachment), kCommandOpenAttachment, off || !SelectedHasAttachment()},
         {},
-        {Text(123), kCommandInternetEvents, off || !internetEvents},
+        {Text(kStringInternetEvents), kCommandInternetEvents, off || !internetEvents},
     };
     TrackPopupMenu(window, entries, list->PopupPoint(item));
 }

@@ -1,8 +1,8 @@
 #include "notes/tell_outcome.h"
 
 #include "net/core/outbox_file.h"
-#include "notes/note_command_ids.h"
 #include "platform/base/file_error_text.h"
+#include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "skin/window_helpers.h"
 
@@ -12,9 +12,9 @@ std::string OutcomeText(const TableFile& file, const NoteResult& result)
 {
     switch (result.outcome) {
         case Outcome::NoPermission:
-            return std::string(LoadStringResource(kNoPermissionString));
+            return std::string(LoadStringResource(kStringNoPermission));
         case Outcome::Locked:
-            return std::string(LoadStringResource(kBeingEditedString));
+            return std::string(LoadStringResource(kStringBeingEdited));
         case Outcome::Failed:
             return "The note could not be written to\r\n\"" + file.Path() + "\".\r\n" + FileErrorText(result.error) +
                    "\r\nThe note is as it was, and nothing that you typed is lost.";
@@ -39,7 +39,7 @@ void TellMissedParticipants(WindowHandle owner, const TableFile& file)
 bool TellOutcome(WindowHandle owner, const TableFile* file, const NoteResult& result)
 {
     if (result.outcome == Outcome::NoPermission)
-        ShowMessage(owner, kNoPermissionString);
+        ShowMessage(owner, kStringNoPermission);
     else if (const std::string text = OutcomeText(*file, result); !text.empty())
         ShowTextMessage(owner, text);
     if (result.missedParticipants)

@@ -1,5 +1,7 @@
 #include "resources/accelerators.h"
 
+#include "resources/command_ids.h"
+
 #include <array>
 
 namespace jotlet {
@@ -11,23 +13,23 @@ constexpr int kReturn = 13;
 constexpr int kF1 = 112;
 
 constexpr std::array<Accelerator, 17> kMain = {{
-    {kInsert, false, false, 100},
-    {'F', true, false, 101},
-    {'N', true, false, 102},
-    {'O', true, false, 103},
-    {'P', true, false, 104},
-    {kF1, false, false, 105},
-    {'F', false, true, 106},
-    {'H', false, true, 107},
-    {'1', false, true, 108},
-    {'2', false, true, 109},
-    {'X', true, false, 110},
-    {'C', true, false, 111},
-    {'V', true, false, 112},
-    {'Z', true, false, 113},
-    {'A', true, false, 114},
-    {kReturn, false, false, 115},
-    {kDelete, false, false, 116},
+    {kInsert, false, false, kCommandKeyNew},
+    {'F', true, false, kCommandKeyFind},
+    {'N', true, false, kCommandKeyNewFile},
+    {'O', true, false, kCommandKeyOpenFile},
+    {'P', true, false, kCommandKeyPrintReport},
+    {kF1, false, false, kCommandKeyHelp},
+    {'F', false, true, kCommandKeyFileMenu},
+    {'H', false, true, kCommandKeyHelpMenu},
+    {'1', false, true, kCommandKeyShowFirstPane},
+    {'2', false, true, kCommandKeyShowSecondPane},
+    {'X', true, false, kCommandKeyCut},
+    {'C', true, false, kCommandKeyCopy},
+    {'V', true, false, kCommandKeyPaste},
+    {'Z', true, false, kCommandKeyUndoDelete},
+    {'A', true, false, kCommandKeyOpenAttachment},
+    {kReturn, false, false, kCommandKeyReturn},
+    {kDelete, false, false, kCommandKeyDelete},
 }};
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "resources/string_ids.h"
 #include "skin/drawing.h"
 #include "skin/fonts.h"
 
@@ -20,7 +21,6 @@ constexpr int kTitleTop = 35;
 constexpr int kTitleBottom = 54;
 constexpr Colour kTitleColour = 497583;
 
-constexpr int kIntroString = 100;
 constexpr Colour kTextBack = 0xADFEFE;
 constexpr Colour kTextColour = 876176;
 
@@ -38,7 +38,7 @@ IntroPane::IntroPane(const PaneColours& paneColours, std::string paneName, std::
     : MarlinPane(paneColours, std::move(paneName)),
       moduleName(std::move(module)),
       picture(std::make_unique<IntroPicture>()),
-      text(std::make_unique<IntroText>(kIntroString, kTextBack, kTextColour))
+      text(std::make_unique<IntroText>(kStringIntro, kTextBack, kTextColour))
 {
 }
 

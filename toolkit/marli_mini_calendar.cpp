@@ -2,14 +2,13 @@
 
 #include <string>
 
+#include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "skin/fonts.h"
 
 namespace jotlet {
 namespace {
 
-constexpr int kFirstMonthString = 2010;
-constexpr int kFirstWeekdayLetter = 2037;
 constexpr int kMenuHeight = 15;
 constexpr int kHeadHeight = 29;
 constexpr int kFootHeight = 20;
@@ -41,7 +40,7 @@ MarliMiniCalendar::MarliMiniCalendar(int id, int day, int month, int year, Colou
     for (int y = kCalendarFirstYear; y <= CalendarLastYear(); ++y)
         yearMenu->AddTextEntry(std::to_string(y), y);
     for (int m = 0; m < 12; ++m)
-        monthMenu->AddStringEntry(kFirstMonthString + m, m);
+        monthMenu->AddStringEntry(kStringFirstMonth + m, m);
     yearMenu->ShowEntry(year);
     monthMenu->ShowEntry(month - 1);
     prevButton->SetName("Previous month");
@@ -92,7 +91,7 @@ void MarliMiniCalendar::OnPaint(DeviceContext& dc, const PaintInfo&)
     dc.FillRect({0, 0, w, kHeadHeight}, backColour);
     for (int i = 0; i < kWeekdays; ++i) {
         const Rect place{w * i / kWeekdays, kMenuHeight, w * (i + 1) / kWeekdays, kHeadHeight};
-        dc.DrawText(place, LoadStringResource(kFirstWeekdayLetter + i), SmallFont(400), i == 0 ? kSundayColour : 0,
+        dc.DrawText(place, LoadStringResource(kStringFirstDayLetter + i), SmallFont(400), i == 0 ? kSundayColour : 0,
                     kTextCentre | kTextVCentre | kTextSingleLine);
     }
     dc.DrawLine(0, kHeadHeight - 1, w - 2, kHeadHeight - 1, 0);

@@ -1,6 +1,7 @@
 #include "toolkit/marlin_pane_bar.h"
 
 #include "platform/desktop/system_metrics.h"
+#include "resources/command_ids.h"
 #include "skin/drawing.h"
 #include "skin/skin_bitmaps.h"
 #include "toolkit/marlin_pane.h"
@@ -94,7 +95,7 @@ void MarlinPaneBar::Choose(int index)
         return;
     RepaintNow();
     SetCurrentPaneIndex(current);
-    SendCommand(kCommandSwitchPane, index);
+    SendCommand(kCommandShowPane, index);
     AccessibleChanged(window);
 }
 

@@ -11,8 +11,6 @@
 
 namespace jotlet {
 
-inline constexpr int kCommandSwitchPane = 1000;
-
 // Where the button of pane `index` stands in a bar of this client size.
 Rect PaneButtonRect(Size client, int index);
 

@@ -9,6 +9,7 @@
 #include "notes/model/palette.h"
 #include "platform/base/file_system.h"
 #include "platform/base/text.h"
+#include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "store/create_table.h"
 #include "store/table_file.h"
@@ -24,10 +25,10 @@ struct ExampleNote {
 };
 
 constexpr std::array<ExampleNote, 4> kExamples = {{
-    {4018, 4019, kBlue},
-    {4020, 4021, kRed},
-    {4022, 4023, kGreen},
-    {4024, 4025, kYellow},
+    {kStringExampleSameTitle, kStringExampleSameText, kBlue},
+    {kStringExampleColoursTitle, kStringExampleColoursText, kRed},
+    {kStringExampleAlarmTitle, kStringExampleAlarmText, kGreen},
+    {kStringExampleTextsTitle, kStringExampleTextsText, kYellow},
 }};
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "resources/string_ids.h"
 #include "resources/string_table.h"
 
 namespace jotlet {
@@ -11,7 +12,6 @@ namespace jotlet {
 namespace {
 
 constexpr std::array<int, 13> kMonthLength = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-constexpr int kFirstDayName = 2022;
 constexpr std::size_t kDayNameSize = 10;
 
 int lastYear = kCalendarDefaultLastYear;
@@ -108,7 +108,7 @@ int DayOfWeek(int year, int month, int day, std::string* name)
     const int firstDay = 365 * 400 + LeapDaysUpTo(399);
     const int weekday = (days - firstDay + 6) % 7;
     if (name != nullptr)
-        *name = LoadStringResource(kFirstDayName + weekday).substr(0, kDayNameSize);
+        *name = LoadStringResource(kStringFirstDay + weekday).substr(0, kDayNameSize);
     return weekday;
 }
 

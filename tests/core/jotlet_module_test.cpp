@@ -12,6 +12,7 @@
 #include "platform/base/file_system.h"
 #include "platform/base/process_identity.h"
 #include "platform/base/text.h"
+#include "resources/command_ids.h"
 #include "resources/dialog_ids.h"
 #include "store/copies.h"
 #include "support/child_process.h"
@@ -131,13 +132,13 @@ protected:
 TEST_F(ReplaceTest, NewReplacesTheOpenFileAndCancelDoesNot)
 {
     WhenModal([](WindowHandle d) { TestPushItem(d, kIdCancel); });
-    Command(kCmdNewFile);
+    Command(kCommandNewFile);
     EXPECT_EQ(OpenPath(), first);
     WhenModal([](WindowHandle d) {
         TestPushItem(d, new_file_dialog_ids::kExamples);
         TypeName(d, "empty.txt");
     });
-    Command(kCmdNewFile);
+    Command(kCommandNewFile);
     EXPECT_EQ(Title(), "Jotlet : empty.txt.jot");
     EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 0);
     EXPECT_EQ(OpenCount(first), 0u);
@@ -148,7 +149,7 @@ TEST_F(ReplaceTest, OpenShowsTheOtherFileWithItsFirstNoteSelected)
 {
     const std::string other = MakeNotes("other notes \xC3\xA9.jot");
     chosenFiles = {other};
-    Command(kCmdOpenFile);
+    Command(kCommandOpenFile);
     EXPECT_EQ(OpenPath(), other);
     EXPECT_EQ(Title(), "Jotlet : other notes \xC3\xA9.jot");
     EXPECT_EQ(DefaultFile(), other);
@@ -161,10 +162,10 @@ TEST_F(ReplaceTest, WhatCannotBeOpenedLeavesTheOpenFileAsItIs)
     test::WriteAll(folder.File("letter.jot"), "Dear Sir");
     const std::string secret = MakeNotes("secret.jot", {"boss", "aide", "guest"});
     chosenFiles = {folder.File("gone.jot"), folder.File("letter.jot"), secret};
-    Command(kCmdOpenFile);
-    Command(kCmdOpenFile);
+    Command(kCommandOpenFile);
+    Command(kCommandOpenFile);
     WhenModal([](WindowHandle d) { TestPushItem(d, kIdCancel); });
-    Command(kCmdOpenFile);
+    Command(kCommandOpenFile);
     EXPECT_THAT(boxes.texts, ElementsAre(HasSubstr("does not exist"), HasSubstr("This file is not a Jotlet file."),
                                          HasSubstr("Incorrect password")));
     EXPECT_EQ(OpenPath(), first);
@@ -176,7 +177,7 @@ TEST_F(ReplaceTest, WhatCannotBeOpenedLeavesTheOpenFileAsItIs)
 TEST_F(ReplaceTest, TheOpenFileCanBeOpenedAgain)
 {
     chosenFiles = {first};
-    Command(kCmdOpenFile);
+    Command(kCommandOpenFile);
     EXPECT_EQ(OpenPath(), first);
     EXPECT_EQ(OpenCount(first), 1u);
     EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
@@ -185,7 +186,7 @@ TEST_F(ReplaceTest, TheOpenFileCanBeOpenedAgain)
 TEST_F(ReplaceTest, SaveAsGoesOnWithTheOldFile)
 {
     chosenFiles = {folder.File("copy.jot")};
-    Command(kCmdSaveAs);
+    Command(kCommandSaveAs);
     EXPECT_EQ(OpenPath(), first);
     EXPECT_EQ(Title(), "Jotlet : jotlet.jot");
     EXPECT_EQ(DefaultFile(), first);
@@ -202,7 +203,7 @@ TEST_F(ReplaceTest, NewPasswordsKeepThisCopyOwner)
         });
         TestPushItem(d, kIdOk);
     });
-    Command(kCmdPasswords);
+    Command(kCommandPasswords);
     EXPECT_EQ(module->GetNoteFile()->GetRole(), Role::Owner);
     EXPECT_EQ(TableFile(first, "").GetRole(), Role::Assistant);
 }
@@ -225,7 +226,7 @@ TEST_F(ReplaceTest, WhateverCallFailsNewGivesAWholeFileOrLeavesTheOpenOne)
         });
         {
             const ScopedFileSystem scoped(failing);
-            Command(kCmdNewFile);
+            Command(kCommandNewFile);
         }
         SCOPED_TRACE("call " + std::to_string(failAt) + " " + failing.failedCall);
         succeeded = failing.changes < failAt;
@@ -268,7 +269,7 @@ TEST_F(ReplaceTest, AFileThatAnotherProgramReplacesIsToldAndOpenedAnew)
 
 TEST_F(ReplaceTest, TheMenuTellsWhoHasTheFileAndWhichNoteHeEdits)
 {
-    Command(kCmdWhoHasFile);
+    Command(kCommandWhoHasFile);
     ASSERT_THAT(boxes.texts, ElementsAre(HasSubstr("Nobody else has \"jotlet.jot\" open.")));
     NoteRecord note{};
     ASSERT_EQ(module->GetNoteFile()->ReadRecord(BytesOf(note), kFirstRecordOffset), 1);
@@ -282,7 +283,7 @@ TEST_F(ReplaceTest, TheMenuTellsWhoHasTheFileAndWhichNoteHeEdits)
                    : 1;
     });
     ASSERT_TRUE(edits.Await());
-    Command(kCmdWhoHasFile);
+    Command(kCommandWhoHasFile);
     EXPECT_THAT(boxes.texts[1], AllOf(HasSubstr("open in 2 windows"), HasSubstr(UserName() + " at " + HostName()),
                                       HasSubstr("(this window)"), HasSubstr(", editing \"" + title)));
     note.confidential = 1;
@@ -290,7 +291,7 @@ TEST_F(ReplaceTest, TheMenuTellsWhoHasTheFileAndWhichNoteHeEdits)
     EXPECT_EQ(module->GetNoteFile()->WriteRecord(BytesOf(note), kFirstRecordOffset), 1);
     EXPECT_EQ(SetNetworkPasswords(first, password, {"boss", "", "guest"}), 1);
     module->GetNoteFile()->SetPassword("guest");
-    Command(kCmdWhoHasFile);
+    Command(kCommandWhoHasFile);
     EXPECT_THAT(boxes.texts[2], AllOf(HasSubstr(", editing a note"), Not(HasSubstr(title))));
     enough.Give();
     EXPECT_EQ(other.Wait(), 0);
@@ -414,18 +415,18 @@ TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
 
 TEST_F(ReplaceTest, HelpOpensItsPageAndSaysWhenThereIsNone)
 {
-    Command(kCmdHelpContents);
+    Command(kCommandHelpContents);
     EXPECT_THAT(boxes.texts, ElementsAre("Help file '" + folder.File("Help/notes.htm") + "'\r\ndoes not exist."));
     std::filesystem::create_directory(folder.File("Help"));
     test::WriteAll(folder.File("Help/notes.htm"), "<html></html>");
-    Command(kCmdHelpContents);
+    Command(kCommandHelpContents);
     EXPECT_THAT(shell, testing::Contains("open " + folder.File("Help/notes.htm")));
 }
 
 TEST_F(ReplaceTest, ExitClosesTheWindowAndRemembersItsPlace)
 {
     const Rect place = WindowRect(module->window);
-    Command(kCmdExit);
+    Command(kCommandExit);
     EXPECT_FALSE(Open());
     EXPECT_EQ(Setting("WPLeft"), std::to_string(place.left));
     EXPECT_EQ(Setting("WPBottom"), std::to_string(place.bottom));

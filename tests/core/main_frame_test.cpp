@@ -6,6 +6,7 @@
 #include "module_fixture.h"
 #include "platform/base/session.h"
 #include "platform/desktop/menu.h"
+#include "resources/command_ids.h"
 #include "toolkit/main_window.h"
 
 namespace jotlet {
@@ -141,13 +142,13 @@ TEST_F(MainFrameTest, RingsAboutThePaneHaveItsColours)
 TEST_F(MainFrameTest, KeysBecomeCommandsOnlyWhereTheyFit)
 {
     ASSERT_EQ(GetCurrentPaneIndex(), 1);
-    Command(kCmdKeyShowSecondPane);
+    Command(kCommandKeyShowSecondPane);
     EXPECT_EQ(GetCurrentPaneIndex(), 1) << "Alt+2 acts in the first pane alone";
     Command(108);
     EXPECT_EQ(GetCurrentPaneIndex(), 0);
-    Command(kCmdKeyCut);
+    Command(kCommandKeyCut);
     EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
-    Command(kCmdKeyShowSecondPane);
+    Command(kCommandKeyShowSecondPane);
     EXPECT_EQ(GetCurrentPaneIndex(), 1);
 }
 
@@ -174,7 +175,7 @@ TEST_F(MainFrameTest, ReturnWorksTheBarThatHasTheFocus)
         EXPECT_EQ(entries.front().text, "&New...\tCtrl+N");
         return std::nullopt;
     });
-    Command(kCmdKeyReturn);
+    Command(kCommandKeyReturn);
     EXPECT_EQ(shown, 1);
 }
 
@@ -219,20 +220,20 @@ std::optional<std::size_t> KeepMenu(const std::vector<MenuEntry>& entries)
 TEST_F(MainFrameTest, TheMenusOfferTheirEntriesInOrder)
 {
     const ScopedMenuAnswer keep(KeepMenu);
-    Command(kCmdFileMenu);
+    Command(kCommandFileMenu);
     EXPECT_THAT(lastMenu, ElementsAre("&New...\tCtrl+N", "&Open...\tCtrl+O", "", "&Save As...", "Co&mpact...", "",
                                       "&Import...", "&Export...", "", "&Print Report..\tCtrl+P", "",
                                       "Network P&asswords...", "&Who has this file...", "", "E-Book",
                                       "Marlin &Server Setup", "General O&ptions...", "", "Ski&ns...", "", "&Exit"));
-    Command(kCmdHelpMenu);
+    Command(kCommandHelpMenu);
     EXPECT_THAT(lastMenu, ElementsAre("&Contents...\tF1", "", "&Company Web", "&Pinwell Web", "", "Try Kestrel Planner",
                                       "", "&About..."));
 }
 
 TEST_F(MainFrameTest, WebCommandsOpenTheirPages)
 {
-    Command(kCmdSuiteWeb);
-    Command(kCmdCompanyWeb);
+    Command(kCommandSuiteWeb);
+    Command(kCommandCompanyWeb);
     EXPECT_THAT(shell, ElementsAre(testing::HasSubstr("pinwell.example"), testing::HasSubstr("pinwell.example")));
 }
 

@@ -1,7 +1,6 @@
 // A whole program window for one test, on the folder of CoreTest.
 #pragma once
 
-#include "core/commands.h"
 #include "core/jotlet_module.h"
 #include "core/process.h"
 #include "core_fixture.h"

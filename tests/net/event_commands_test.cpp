@@ -2,6 +2,7 @@
 
 #include "net_fixture.h"
 #include "notes/find_dialog.h"
+#include "resources/command_ids.h"
 
 namespace jotlet {
 namespace {

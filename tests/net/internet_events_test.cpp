@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "net_fixture.h"
+#include "resources/command_ids.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet {

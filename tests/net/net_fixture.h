@@ -12,8 +12,8 @@
 #include "net/e_book_dialog.h"
 #include "net/e_book_picker.h"
 #include "net/internet_events_dialog.h"
-#include "notes/note_command_ids.h"
 #include "notes/notes_fixture.h"
+#include "resources/command_ids.h"
 #include "support/outbox_file.h"
 
 namespace jotlet {

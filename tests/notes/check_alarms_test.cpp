@@ -3,9 +3,9 @@
 #include "notes/check_alarms.h"
 
 #include "notes/alarm_fired_dialog.h"
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
 #include "platform/base/clock.h"
+#include "resources/command_ids.h"
 #include "resources/dialog_ids.h"
 
 namespace jotlet {

@@ -2,8 +2,8 @@
 
 #include "notes/find_dialog.h"
 
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
+#include "resources/command_ids.h"
 #include "store/record_hold.h"
 
 namespace jotlet {

@@ -1,7 +1,7 @@
 // Each command of the notes pane, seen in the file, with a second user on the same file.
 
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
+#include "resources/command_ids.h"
 #include "support/forked_process.h"
 
 namespace jotlet {

@@ -1,7 +1,7 @@
 // The note editor: what it makes of texts of every kind, at their limits, and when the note cannot be written.
 
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
+#include "resources/command_ids.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet {

@@ -4,9 +4,9 @@
 
 #include "notes/category_editor_dialog.h"
 #include "notes/category_menu.h"
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
 #include "platform/desktop/menu.h"
+#include "resources/command_ids.h"
 #include "resources/dialog_ids.h"
 #include "support/scoped_variable.h"
 #include "toolkit/focus_order.h"

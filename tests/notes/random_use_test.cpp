@@ -6,8 +6,8 @@
 #include <random>
 #include <set>
 
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
+#include "resources/command_ids.h"
 #include "support/failing_file_system.h"
 #include "support/forked_process.h"
 #include "toolkit/drag_commands.h"
@@ -64,9 +64,8 @@ protected:
     {
         Contents contents;
         for (const NoteRecord& note : Stored())
-            contents[note.uniqueId] =
-                std::string(FieldText(note.title)) + ": " + std::string(FieldText(note.text)) + " " +
-                std::to_string(note.date.Get().day);
+            contents[note.uniqueId] = std::string(FieldText(note.title)) + ": " + std::string(FieldText(note.text)) +
+                                      " " + std::to_string(note.date.Get().day);
         return contents;
     }
     // One command, answered and typed into as `random` says.

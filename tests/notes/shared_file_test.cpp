@@ -1,7 +1,7 @@
 // The board beside a second process that works on the same file.
 
-#include "notes/note_command_ids.h"
 #include "notes_fixture.h"
+#include "resources/command_ids.h"
 #include "support/forked_process.h"
 
 namespace jotlet {

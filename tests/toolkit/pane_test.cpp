@@ -1,6 +1,7 @@
 // The pane list, the pane bar and the Intro pane.
 #include "platform/base/paths.h"
 #include "platform/desktop/shell.h"
+#include "resources/command_ids.h"
 #include "skin/skin_bitmaps.h"
 #include "support/temp_folder.h"
 #include "toolkit/intro_pane.h"
@@ -92,7 +93,7 @@ TEST_F(PaneTest, APressSendsTheIndexAndShowsTheButtonDownBeforeThePaneChanges)
         currentWhileSent = GetCurrentPaneIndex();
     };
     TestPress(bar.window, {115, 12});
-    EXPECT_THAT(host.commands, ElementsAre(Command{kCommandSwitchPane, 1, 0}));
+    EXPECT_THAT(host.commands, ElementsAre(Command{kCommandShowPane, 1, 0}));
     EXPECT_NE(whileSent, up);
     EXPECT_EQ(currentWhileSent, 0) << "only the frame changes the pane";
 }

@@ -1,6 +1,7 @@
 // The basics of the small widgets, a row of a table each: what a user's steps tell the parent, what a screen reader
 // finds, how the focus is seen, how much fits in.
 #include "platform/base/paths.h"
+#include "resources/command_ids.h"
 #include "support/temp_folder.h"
 #include "toolkit/fly_menu.h"
 #include "toolkit/marlin_class_link_button.h"
@@ -138,7 +139,7 @@ TEST_F(WidgetsTest, TheParentHearsWhatTheUserDoes)
          {Key(kKeyRight), Key(kKeySpace, {{1001, 0, 0}}), Key(kKeyEnd), Key(kKeyReturn, {{1002, 0, 0}}), Key(kKeyRight),
           Key(kKeyDown, {{1005, 0, 0}})}},
         {kPanes, {Press({40, 12}), Press({77, 12}), Press({190, 12})}},
-        {kPanes, {Key(kKeyLeft), Key(kKeyRight, {{kCommandSwitchPane, 1, 0}})}},
+        {kPanes, {Key(kKeyLeft), Key(kKeyRight, {{kCommandShowPane, 1, 0}})}},
         {kSlide,
          {Grab({10, 100}, {{6, 5, 0}}), Drag({10, 5000}, {{6, 10, 0}}), Drag({10, -300}, {{6, 0, 0}}),
           Release({10, -300})}},
