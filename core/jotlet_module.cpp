@@ -10,7 +10,7 @@
 #include "interchange/import_command.h"
 #include "interchange/report_command.h"
 #include "net/e_book_dialog.h"
-#include "net/internet_events_dialog.h"
+#include "net/internet_events_command.h"
 #include "net/server_setup.h"
 #include "notes/check_alarms.h"
 #include "resources/command_ids.h"
@@ -96,7 +96,7 @@ JotletModule::JotletModule()
       introPane(std::make_unique<IntroPane>(kIntroColours, std::string(kIntroName), GetModuleName())),
       workPane(std::make_unique<NotesPane>(WorkColours(), std::string(kWorkName)))
 {
-    workPane->internetEvents = InternetEventsCommand;
+    workPane->editGroupEvent = EditGroupEvent;
     workPane->fileLost = [this] { OnFileLost(); };
     workPane->driveAnswers = [this](bool answers) { OnDriveAnswers(answers); };
 }

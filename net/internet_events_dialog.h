@@ -11,11 +11,7 @@
 
 namespace jotlet {
 
-class NotesPane;
 class TableFile;
-
-// The command on the pane's selected note, lock and commit included.
-void InternetEventsCommand(NotesPane& pane);
 
 // A row of the participants list as one text: "e-mail\nname\nstatus".
 std::string ParticipantItem(std::string_view email, std::string_view name, int status);

@@ -179,6 +179,23 @@ void NotesPane::UndoDelete()
     FocusList();
 }
 
+void NotesPane::InternetEvents()
+{
+    if (!editGroupEvent)
+        return;
+    HeldNote held;
+    const NoteResult taken = TakeForEdit(held, file, Chosen());
+    if (taken.outcome == Outcome::NothingChosen || taken.outcome == Outcome::Withdrawn)
+        Beep();
+    if (Tell(taken))
+        Tell(editGroupEvent(*this, held));
+    held.GiveBack();
+    if (taken || taken.outcome == Outcome::Hidden || taken.outcome == Outcome::Withdrawn) {
+        list->RefreshAndSelect(BytesOf(held.note));
+        FocusList();
+    }
+}
+
 void NotesPane::OpenAttachment()
 {
     if (RefuseReader())

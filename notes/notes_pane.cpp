@@ -264,8 +264,7 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
             PasteNote();
             return 0;
         case kCommandInternetEvents:
-            if (internetEvents)
-                internetEvents(*this);
+            InternetEvents();
             return 0;
         case kCommandOpenAttachment:
             OpenAttachment();
@@ -414,7 +413,7 @@ void NotesPane::OpenPopup(int item)
         {},
         {Text(kStringOpenAttachment), kCommandOpenAttachment, off || !SelectedHasAttachment()},
         {},
-        {Text(kStringInternetEvents), kCommandInternetEvents, off || !internetEvents},
+        {Text(kStringInternetEvents), kCommandInternetEvents, off || !editGroupEvent},
     };
     TrackPopupMenu(window, entries, list->PopupPoint(item));
 }

@@ -49,8 +49,9 @@ public:
     // Runs the query anew for the tab, the date and the category, and shows its result.
     void Refresh(TableFile* newFile);
 
-    // Commands of later windows, hooked in by who knows them. Null: the command does nothing.
-    std::function<void(NotesPane&)> internetEvents;
+    // The window of a group event, hooked in by who knows it: works on the held note and saves it. Null: no such
+    // command.
+    std::function<NoteResult(MarlinWnd& parent, HeldNote& held)> editGroupEvent;
     // Called from the message loop when the path of the file no longer leads to it.
     std::function<void()> fileLost;
     // Called from the message loop when the drive of the file no longer answers, and when it does again.
@@ -87,6 +88,7 @@ private:
     void CopyNote();
     void PasteNote();
     void UndoDelete();
+    void InternetEvents();
     void OpenAttachment();
     void FindNotes();
     int DropOnBin();

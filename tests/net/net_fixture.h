@@ -11,6 +11,7 @@
 #include "net/core/outbox.h"
 #include "net/e_book_dialog.h"
 #include "net/e_book_picker.h"
+#include "net/internet_events_command.h"
 #include "net/internet_events_dialog.h"
 #include "notes/notes_fixture.h"
 #include "resources/command_ids.h"
@@ -41,7 +42,7 @@ protected:
     void Show(const std::string& password = "")
     {
         NotesFixture::Show(password);
-        pane->internetEvents = InternetEventsCommand;
+        pane->editGroupEvent = EditGroupEvent;
     }
 
     static std::string EmailOf(std::string_view name) { return std::string(name) + "@x.example"; }
