@@ -29,6 +29,7 @@ struct CopyPlaces {
 
 CopyPlaces& ThePlaces()
 {
+    // The place that this copy holds among the copies, to its end.
     static CopyPlaces places;
     return places;
 }

@@ -20,6 +20,7 @@ struct Process {
 
 Process& TheProcess()
 {
+    // Named and asked before there is any window.
     static Process process;
     return process;
 }

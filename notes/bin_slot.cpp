@@ -4,6 +4,7 @@ namespace jotlet {
 
 RecordHolder& BinSlot()
 {
+    // The bin and the clipboard outlive the board's file.
     static RecordHolder slot;
     return slot;
 }

@@ -11,6 +11,7 @@
 namespace jotlet {
 namespace {
 
+// Of the process: the timer that asks again belongs to the frame, not to the window that is up.
 bool alarmShowing = false;
 
 }  // namespace

@@ -23,6 +23,7 @@ Colour RowColour(const DrawItemInfo& item)
     return static_cast<Colour>(item.data);
 }
 
+// Of the process: alarms wait while any editor is open, the board's or Find's.
 int openEditors = 0;
 
 }  // namespace

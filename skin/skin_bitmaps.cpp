@@ -10,6 +10,7 @@ namespace {
 
 SkinTable& TheTable()
 {
+    // All windows wear the one skin.
     static SkinTable table;
     return table;
 }

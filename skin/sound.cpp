@@ -7,6 +7,7 @@
 namespace jotlet {
 namespace {
 
+// The suite's switches, read once at the start and at another copy's word.
 int soundEnabled = 1;
 int animationEnabled = 1;
 int splashEnabled = 1;

@@ -3,6 +3,7 @@
 namespace jotlet {
 namespace {
 
+// Of the process: a modal window runs the timers of all lists.
 bool enabled = true;
 
 }  // namespace

@@ -3,6 +3,7 @@
 namespace jotlet {
 namespace {
 
+// What boxes without an owner stand over.
 WindowHandle mainWindow = 0;
 
 }  // namespace

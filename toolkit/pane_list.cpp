@@ -15,6 +15,7 @@ struct PaneList {
 
 PaneList& TheList()
 {
+    // The panes say themselves that they are there; the frame asks.
     static PaneList list;
     return list;
 }

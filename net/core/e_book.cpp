@@ -14,6 +14,7 @@ namespace jotlet {
 
 namespace {
 
+// One contact book a user, shared by the windows that have it open at the same time.
 std::unique_ptr<TableFile> bookTable;
 std::unique_ptr<RecordQuery> bookQuery;
 

@@ -14,6 +14,7 @@ namespace {
 constexpr std::array<int, 13> kMonthLength = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 constexpr std::size_t kDayNameSize = 10;
 
+// A setting of the suite that every date obeys.
 int lastYear = kCalendarDefaultLastYear;
 
 // Leap days in the years 1 to `year`.

@@ -31,6 +31,7 @@ public:
     }
 };
 
+// The locale belongs to the process.
 std::optional<ClockFormat> chosenFormat;
 
 ClockFormat FormatOfLocale()

@@ -19,6 +19,7 @@ struct ProgramPlace {
     bool portable = false;
 };
 
+// Found out once: a program does not move while it runs.
 std::optional<ProgramPlace> place;
 
 std::string FolderOf(std::string_view path)

@@ -107,6 +107,7 @@ QPalette LightPalette()
     return palette;
 }
 
+// The toolkit takes a plain function.
 QtMessageHandler printMessage = nullptr;
 
 bool connecting = false;

@@ -17,6 +17,7 @@ namespace jotlet {
 
 namespace {
 
+// The platform keeps one stack of cursors for the whole program.
 bool waitShown = false;
 bool hidden = false;
 

@@ -40,6 +40,7 @@ struct MouseState {
     Qt::KeyboardModifiers keys;
 };
 
+// There is one mouse.
 MouseState mouse;
 
 constexpr Point kFarAway{-1'000'000, -1'000'000};

@@ -31,6 +31,7 @@ QImage Load(const QString& path)
 
 StoredPicture FindPicture(const QString& name)
 {
+    // Each picture is unpacked once.
     static QHash<QString, StoredPicture> known;
     const auto found = known.constFind(name);
     if (found != known.constEnd())

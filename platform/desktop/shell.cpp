@@ -21,6 +21,7 @@ ShellHook& Hook()
     return hook;
 }
 
+// A module stays loaded to the end of the process.
 bool soundLoaded = false;
 
 QUrl UrlOf(std::string_view pathOrUrl)

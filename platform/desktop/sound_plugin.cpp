@@ -54,6 +54,7 @@ private:
     std::unique_ptr<QSoundEffect> effect;
 };
 
+// One sound plays at a time; a new one ends it.
 std::unique_ptr<Player> player;
 
 void StopPlayer()

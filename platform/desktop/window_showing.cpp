@@ -14,6 +14,7 @@ namespace {
 // Top-level windows in the order they lie over each other, as far as we put them there: the last one is on top.
 std::vector<WindowHandle>& RaisedWindows()
 {
+    // One stack of windows on the screen.
     static std::vector<WindowHandle> order;
     return order;
 }
