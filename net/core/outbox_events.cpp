@@ -14,12 +14,15 @@ class HeldRecord {
 public:
     HeldRecord(TableFile& table, RecordAddress address, std::uint64_t eventId) : hold(table, address)
     {
+        failed = !hold && !hold.WhyNot();
         // The slot may have gone to another event's record since it was found.
         ours = hold && hold.Read(BytesOf(record)) && record.eventId == eventId;
     }
 
     // Locked by this copy, live and of the event.
     bool IsOurs() const { return ours; }
+    // The disk kept it from being locked. What somebody else holds is no failure.
+    bool Failed() const { return failed; }
     bool SetStatus(std::uint8_t status)
     {
         record.sendStatus = status;
@@ -31,6 +34,7 @@ public:
 private:
     RecordHold hold;
     SendRecord record{};
+    bool failed = false;
     bool ours = false;
 };
 
@@ -45,9 +49,10 @@ bool IsGone(const TableFile& table, RecordAddress address, std::uint64_t eventId
 bool AnnounceChange(TableFile& table, std::uint64_t eventId)
 {
     bool written = true;
-    for (const RecordAddress address : RecordsOfEvent(table, eventId))
-        if (HeldRecord held(table, address, eventId); held.IsOurs())
-            written = held.SetStatus(kSendWaiting) && written;
+    for (const RecordAddress address : RecordsOfEvent(table, eventId)) {
+        HeldRecord held(table, address, eventId);
+        written = (held.IsOurs() ? held.SetStatus(kSendWaiting) : !held.Failed()) && written;
+    }
     return table.Flush() == 1 && written;
 }
 
@@ -58,6 +63,7 @@ bool AnnounceWithdrawal(TableFile& table, std::uint64_t eventId, bool announced,
     for (const RecordAddress address : RecordsOfEvent(table, eventId)) {
         HeldRecord held(table, address, eventId);
         if (!held.IsOurs()) {
+            written = written && !held.Failed();
             nobodyLeft = nobodyLeft && IsGone(table, address, eventId);
             continue;
         }
@@ -72,9 +78,10 @@ bool AnnounceWithdrawal(TableFile& table, std::uint64_t eventId, bool announced,
 bool Purge(TableFile& table, std::uint64_t eventId)
 {
     bool written = true;
-    for (const RecordAddress address : RecordsOfEvent(table, eventId))
-        if (HeldRecord held(table, address, eventId); held.IsOurs())
-            written = held.Delete() && written;
+    for (const RecordAddress address : RecordsOfEvent(table, eventId)) {
+        HeldRecord held(table, address, eventId);
+        written = (held.IsOurs() ? held.Delete() : !held.Failed()) && written;
+    }
     return table.Flush() == 1 && written;
 }
 

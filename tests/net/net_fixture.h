@@ -15,20 +15,10 @@
 #include "net/internet_events_dialog.h"
 #include "notes/notes_fixture.h"
 #include "resources/command_ids.h"
+#include "resources/dialog_ids.h"
 #include "support/outbox_file.h"
 
 namespace jotlet {
-
-inline constexpr const char* kBeingEdited =
-    "Program can't edit this entry. It is being edited by another user. Try again.";
-inline constexpr int kEventsInvite = 101;
-inline constexpr int kEventsList = 102;
-inline constexpr int kEventsSubject = 103;
-inline constexpr int kEventsHeading = 104;
-inline constexpr int kEventsRemove = 105;
-inline constexpr int kEventsEBook = 106;
-inline constexpr int kEventsOwnerLine = 1010;
-inline constexpr int kEventsOwnerBlock = 1011;
 
 struct Invited {
     std::string name;
@@ -61,15 +51,6 @@ protected:
         for (const Invited& one : people)
             Put(one, StoredNote(title).uniqueId);
         return address;
-    }
-    // As another program writes a note.
-    void Change(RecordAddress address, const std::function<void(NoteRecord&)>& change)
-    {
-        TableFile other(path, ownerPassword);
-        NoteRecord note;
-        ASSERT_EQ(other.ReadRecord(BytesOf(note), address), 1);
-        change(note);
-        ASSERT_EQ(other.WriteRecord(BytesOf(note), address), 1);
     }
     void Put(const Invited& one, std::uint64_t event) { test::OutboxFile(path).Put(one.name, one.status, event); }
     std::string OutboxPath() const { return path + ".tsi"; }
@@ -104,8 +85,8 @@ protected:
     static std::vector<std::string> Rows(WindowHandle dialog)
     {
         std::vector<std::string> rows;
-        for (int i = 0; i < RowCount(dialog, kEventsList); ++i) {
-            const std::string item = RowText(dialog, kEventsList, i);
+        for (int i = 0; i < RowCount(dialog, internet_events_ids::kParticipantList); ++i) {
+            const std::string item = RowText(dialog, internet_events_ids::kParticipantList, i);
             rows.push_back(ItemName(item) + ':' + std::to_string(ItemStatus(item)));
         }
         return rows;
@@ -119,7 +100,7 @@ protected:
             picked = true;
             PressContact(static_cast<EBookPicker*>(MarlinWnd::FromHandle(window))->GetList(), index);
         });
-        TestPushItem(dialog, kEventsInvite);
+        TestPushItem(dialog, internet_events_ids::kInviteButton);
         EXPECT_TRUE(picked);
     }
     static Point ContactPoint(ContactList& list, int index)

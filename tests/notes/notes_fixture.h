@@ -2,6 +2,7 @@
 // the notes pane, and a second user of the same file.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,6 +24,10 @@
 #include "toolkit/main_window.h"
 
 namespace jotlet {
+
+inline constexpr const char* kBeingEdited =
+    "Program can't edit this entry. It is being edited by another user. Try again.";
+inline constexpr const char* kNoPermission = "Program can't do this. You don't have permission.";
 
 struct WantedNote {
     std::string title;
@@ -67,6 +72,23 @@ protected:
         return address;
     }
 
+    // Changes a note as somebody else would.
+    void Change(RecordAddress address, const std::function<void(NoteRecord&)>& change)
+    {
+        TableFile other(path, ownerPassword);
+        NoteRecord note;
+        ASSERT_EQ(other.ReadRecord(BytesOf(note), address), 1);
+        change(note);
+        ASSERT_EQ(other.WriteRecord(BytesOf(note), address), 1);
+    }
+    // From now on there are the passwords "boss", "help" and "look".
+    void SetPasswords()
+    {
+        std::string current;
+        ASSERT_EQ(SetNetworkPasswords(path, current, {.owner = "boss", .assistant = "help", .reader = "look"}), 1);
+        ownerPassword = "boss";
+    }
+
     // Opens the file in a pane inside a visible main window.
     void Show(const std::string& password = "")
     {
@@ -107,6 +129,17 @@ protected:
             }
         }
         FAIL() << "no note " << title << " on the board";
+    }
+    // Black pixels of a part of a window.
+    static int Ink(WindowHandle window, const Rect& area)
+    {
+        ServeEvents();
+        UpdateNow(window);
+        int pixels = 0;
+        for (int y = area.top; y < area.bottom; ++y)
+            for (int x = area.left; x < area.right; ++x)
+                pixels += PixelAt(window, {x, y}) == 0 ? 1 : 0;
+        return pixels;
     }
     WindowHandle Grid() { return pane->GetList().Grid().window; }
 
@@ -177,10 +210,12 @@ protected:
     std::unique_ptr<FrameWindow> frame;
     std::unique_ptr<NotesPane> pane;
     ScopedShellHook shell{[this](std::string_view verb, std::string_view target) {
-        if (verb != "play")
+        if (verb == "play")
+            played.emplace_back(target.substr(target.rfind('/') + 1));
+        else
             opened.emplace_back(target);
     }};
-    std::vector<std::string> opened;
+    std::vector<std::string> opened, played;
 };
 
 }  // namespace jotlet

@@ -3,9 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-
 #include "platform/base/paths.h"
 #include "platform/base/text.h"
 #include "store/open_table.h"
@@ -24,12 +21,6 @@ protected:
         CloseEBook();
         SetProgramPath({});
     }
-
-    static void Add(std::string_view name, std::string_view email)
-    {
-        EBookRecord contact = MakeContact(name, email);
-        ASSERT_EQ(AddContact(contact), 1);
-    }
     static std::vector<std::string> Contacts()
     {
         std::vector<std::string> contacts;
@@ -45,60 +36,32 @@ protected:
     test::TempFolder scratch;
 };
 
-TEST_F(EBookTest, TheFirstUseMakesAnEmptyBook)
+TEST_F(EBookTest, TheFirstUseMakesABookWhoseContactsStandInNameOrder)
 {
-    EXPECT_EQ(OpenEBook(), 1);
+    ASSERT_EQ(OpenEBook(), 1);
     EXPECT_EQ(GetEBookPath(), scratch.File("E-Book.tb1"));
-    EXPECT_TRUE(std::filesystem::exists(GetEBookPath()));
-    ASSERT_NE(BookTable(), nullptr);
-    EXPECT_EQ(BookQuery()->resultCount, 0);
-    TableHeader header;
-    ASSERT_EQ(BookTable()->ReadHeader(header), 1);
-    EXPECT_EQ(FieldText(header.fileType), "E-Book");
     EXPECT_EQ(BookTable()->RecordSize(), 859u);
+    for (const auto& [name, email] : {std::pair<std::string, std::string>{"carl", "c@x"},
+                                      {"Ann", "2@x"},
+                                      {"", ""},
+                                      {std::string(48, 'n') + "\u00e9", std::string(300, 'e')},
+                                      {"ann", "1@x"}}) {
+        EBookRecord contact = MakeContact(name, email);
+        ASSERT_EQ(AddContact(contact), 1);
+    }
     EXPECT_EQ(CloseEBook(), 1);
     EXPECT_EQ(BookTable(), nullptr);
     EXPECT_EQ(BookQuery(), nullptr);
-    EXPECT_EQ(CloseEBook(), 1);
-}
-
-TEST_F(EBookTest, ContactsStandInNameOrderEqualOnesAsTheyWereAdded)
-{
     ASSERT_EQ(OpenEBook(), 1);
-    Add("carl", "c@x.example");
-    Add("Ann", "2@x.example");
-    Add("", "");
-    Add(std::string(48, 'n') + "\u00e9", std::string(300, 'e'));
-    Add("ann", "1@x.example");
-    CloseEBook();
-    ASSERT_EQ(OpenEBook(), 1);
-    EXPECT_THAT(Contacts(), testing::ElementsAre("=", "Ann=2@x.example", "ann=1@x.example", "carl=c@x.example",
+    EXPECT_THAT(Contacts(), testing::ElementsAre("=", "Ann=2@x", "ann=1@x", "carl=c@x",
                                                  std::string(48, 'n') + "=" + std::string(259, 'e')))
-        << "texts are cut at a whole character";
-    EXPECT_EQ(OpenEBook(), 1) << "opening it again only looks anew";
-    EXPECT_EQ(BookQuery()->resultCount, 5);
-}
-
-TEST_F(EBookTest, AThousandContactsAreSortedAndAnothersChangeIsSeen)
-{
-    ASSERT_EQ(OpenEBook(), 1);
-    for (int i = 0; i < 1000; ++i) {
-        EBookRecord contact = MakeContact("contact " + std::to_string(1000 + i * 7919 % 1000), "x@x.example");
-        contact.active = 1;
-        ASSERT_EQ(BookTable()->AddRecord(BytesOf(contact)), 1);
-    }
-    ASSERT_EQ(RefreshEBook(), 1);
-    const auto contacts = Contacts();
-    ASSERT_EQ(contacts.size(), 1000u);
-    EXPECT_TRUE(std::is_sorted(contacts.begin(), contacts.end()));
+        << "equal ones as they were added, texts cut at a whole character";
 
     const auto other = OpenTable(GetEBookPath(), "", kContactRecordSize).table;
     ASSERT_NE(other, nullptr);
-    const auto stamp = BookTable()->GetChangeStamp();
     EXPECT_EQ(other->DeleteRecord(BookQuery()->results[0]), 1);
-    EXPECT_NE(BookTable()->GetChangeStamp(), stamp);
-    EXPECT_EQ(RefreshEBook(), 1);
-    EXPECT_EQ(BookQuery()->resultCount, 999);
+    EXPECT_EQ(OpenEBook(), 1) << "opening it again only looks anew";
+    EXPECT_EQ(BookQuery()->resultCount, 4);
 }
 
 TEST_F(EBookTest, AFileThatIsNoBookIsRefusedAndLeftAlone)

@@ -1,6 +1,7 @@
 // An outbox file in a folder of its own, filled and read through the store alone.
 #pragma once
 
+#include "support/failing_file_system.h"
 #include "tests/support/outbox_file.h"
 #include "tests/support/temp_folder.h"
 
@@ -12,9 +13,9 @@ inline constexpr std::uint64_t kOtherEvent = 7;
 class OutboxTest : public testing::Test {
 protected:
     OutboxTest() { ResumeRefresh(); }
+    ~OutboxTest() override { EXPECT_TRUE(IsRefreshEnabled()); }
 
     std::vector<std::string> People(std::uint64_t event = kEvent) { return file.People(event); }
-    std::vector<SendRecord> Records(std::uint64_t event) { return file.Records(event); }
     void Put(std::string_view name, std::uint8_t status, std::uint64_t event = kEvent)
     {
         file.Put(name, status, event);
@@ -33,17 +34,6 @@ protected:
     }
 
     static SendRecord Person(std::string_view name) { return MakeInvitation(name, std::string(name) + "@x.example"); }
-
-    // As the participants dialog does it.
-    static int RemoveByRule(Outbox& outbox, std::string_view name, std::uint8_t eventStatus)
-    {
-        for (const SendRecord& slot : outbox.Slots())
-            if (slot.active == 1 && FieldText(slot.participantName) == name)
-                return outbox.Remove(
-                    Person(name), RemoveKey::Email,
-                    VanishesWhenRemoved(slot.sendStatus, eventStatus) ? RemoveAction::Drop : RemoveAction::Cancel);
-        return 0;
-    }
 
     TempFolder scratch;
     std::string notePath = scratch.File("Work.jot");

@@ -5,14 +5,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
-#include "net/core/outbox.h"
-#include "net/core/outbox_file.h"
 #include "notes/model/note_file.h"
 #include "platform/base/text.h"
 #include "store/passwords.h"
 #include "support/failing_file_system.h"
+#include "support/outbox_file.h"
 #include "support/temp_folder.h"
 
 namespace jotlet {
@@ -298,14 +296,18 @@ TEST_F(Commands, AReplacedFileTakesNothingAndTheNextTryGoesIntoTheNewOne)
         EXPECT_EQ(SaveInNewFile(*file, held.note).outcome, Outcome::Failed);
         std::filesystem::copy_file(old, path);
         if (!isThere) {
-            ASSERT_EQ(TableFile(path, "boss").DeleteRecord(address), 1);
+            TableFile copy(path, "boss");
+            ASSERT_EQ(copy.DeleteRecord(address), 1);
+            ASSERT_EQ(copy.AddRecord(BytesOf(Note("theirs"))), 1);
         }
         EXPECT_EQ(SaveEdited(held, Participants::Tell).outcome, Outcome::Replaced);
         EXPECT_EQ(AddNote(*file, held.note).outcome, Outcome::Replaced);
         held.GiveBack();
         EXPECT_EQ(held.Lock(file.get(), Chosen()).outcome, Outcome::Replaced);
         EXPECT_TRUE(SaveInNewFile(*file, held.note));
-        EXPECT_THAT(Stored(), ElementsAre("milk: precious, 1"));
+        const auto notes = Stored();
+        EXPECT_EQ(notes.size(), isThere ? 1u : 2u);
+        EXPECT_EQ(notes.back(), "milk: precious, 1");
     }
 }
 
@@ -313,12 +315,14 @@ TEST_F(Commands, WhatComesBackIsAnOrdinaryNoteAndNoTwoShareAnId)
 {
     Begin(kEventHasRecipients);
     Open();
+    before.reserved547 = 7;
     for (const Act act : {Act::Paste, Act::Restore, Act::CopyToDay}) {
         ASSERT_TRUE(Do(act));
         EXPECT_NE(result.uniqueId, before.uniqueId);
         EXPECT_EQ(result.eventState, kEventNone);
         EXPECT_EQ(result.eventStatus, kStatusNotAnnounced);
         EXPECT_EQ(result.locked, 0);
+        EXPECT_TRUE(act == Act::CopyToDay || result.reserved547 == 0);
         EXPECT_EQ(result.date.Get(), act == Act::Restore ? kDay : kOtherDay);
     }
     Begin();
@@ -328,7 +332,7 @@ TEST_F(Commands, WhatComesBackIsAnOrdinaryNoteAndNoTwoShareAnId)
     EXPECT_EQ(result.uniqueId, before.uniqueId) << "its own, since nobody has it";
 }
 
-TEST_F(Commands, AnEventIsFrozenWhenWithdrawnAndNeverCutAndAnUnreadableListOfPeopleIsTold)
+TEST_F(Commands, AnEventIsFrozenWhenWithdrawnAndNeverCut)
 {
     Begin(kEventWithdrawn);
     Open();
@@ -337,25 +341,47 @@ TEST_F(Commands, AnEventIsFrozenWhenWithdrawnAndNeverCutAndAnUnreadableListOfPeo
     Open();
     EXPECT_EQ(Do(Act::Cut).outcome, Outcome::GroupEvent);
     EXPECT_THAT(Stored(), ElementsAre("milk: old, 1 event"));
+}
 
-    const auto remove = [&](Participants people) {
-        HeldNote held;
-        EXPECT_TRUE(held.Take(file.get(), Chosen()));
-        return RemoveHeld(held, people);
+TEST_F(Commands, PeopleAreToldOfAChangeAndOfTheEndOrLeftAloneAndAListThatCannotBeReadIsTold)
+{
+    enum { Edit, Remove };
+    using People = std::vector<std::string>;
+    struct Case {
+        int command;
+        Participants participants;
+        People before, after;
+        bool stays;
     };
-    for (const bool readable : {true, false})
-        for (const auto& command : std::vector<std::function<NoteResult()>>{
-                 [&] { return Do(Act::Edit); }, [&] { return remove(Participants::Tell); },
-                 [&] { return remove(Participants::LeaveAlone); }}) {
+    const People people = {"ann:3", "bob:1"};
+    for (const Case& c :
+         {Case{Edit, Participants::Tell, people, {"ann:1", "bob:1"}, true},
+          Case{Edit, Participants::LeaveAlone, people, people, true},
+          Case{Remove, Participants::Tell, people, {"ann:8", "bob:8"}, true},
+          Case{Remove, Participants::Tell, {}, {}, false}, Case{Remove, Participants::LeaveAlone, people, {}, false}})
+        for (const bool readable : {true, false}) {
+            SCOPED_TRACE(testing::Message() << c.command << " " << static_cast<int>(c.participants) << readable);
             Begin(kEventHasRecipients);
             Open();
-            if (readable)
-                OpenOutboxFile(OutboxPath(path));
-            else
-                std::filesystem::create_directory(OutboxPath(path));
-            const NoteResult ended = command();
+            const test::OutboxFile outbox(path);
+            for (const std::string& one : c.before)
+                outbox.Put(one.substr(0, 3), static_cast<std::uint8_t>(one.back() - '0'), before.uniqueId);
+            if (!readable) {
+                std::filesystem::remove(outbox.Path());
+                std::filesystem::create_directory(outbox.Path());
+            }
+            HeldNote held;
+            EXPECT_TRUE(TakeForEdit(held, file.get(), Chosen()));
+            const NoteResult ended =
+                c.command == Edit ? SaveEdited(held, c.participants) : RemoveHeld(held, c.participants);
+            held.GiveBack();
             EXPECT_TRUE(ended);
-            EXPECT_EQ(ended.missedParticipants, !readable);
+            const bool asks = c.command == Remove || c.participants == Participants::Tell;
+            EXPECT_EQ(ended.missedParticipants, !readable && asks);
+            if (!readable)
+                continue;
+            EXPECT_EQ(outbox.People(before.uniqueId), c.after);
+            EXPECT_EQ(Stored(), c.stays ? People{"milk: old, 1 event"} : People{});
         }
 }
 
