@@ -1,6 +1,7 @@
 // The contact book and its picker by real events, with a second user on the same file.
 
 #include "net_fixture.h"
+#include "resources/dialog_ids.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet {

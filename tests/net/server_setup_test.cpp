@@ -6,6 +6,7 @@
 
 #include "net_fixture.h"
 #include "platform/desktop/cursor.h"
+#include "resources/dialog_ids.h"
 
 namespace jotlet {
 namespace {

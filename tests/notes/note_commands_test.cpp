@@ -4,7 +4,7 @@
 #include "net/core/send_record.h"
 #include "notes_fixture.h"
 #include "resources/command_ids.h"
-#include "resources/string_ids.h"
+#include "resources/dialog_ids.h"
 #include "store/record_hold.h"
 #include "support/failing_file_system.h"
 #include "support/outbox_file.h"
@@ -16,9 +16,8 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using namespace note_editor_ids;
 
-constexpr int kTextEdit = 103;
-constexpr int kTitleEdit = 200;
 constexpr const char* kAskDelete = "Do you want to delete this Jotlet text ?";
 constexpr const char* kAskNotify =
     "You have made changes to a group event. Would you like to notify the participants and resource managers of these "
@@ -201,7 +200,7 @@ TEST_F(NoteCommands, ARoleLostWhileTheEditorIsOpenKeepsTheTextInIt)
     ScopedAnswers answers;
     bool stillOpen = false;
     WhenModal([&](WindowHandle editor) {
-        EXPECT_FALSE(IsEnabled(DialogItem(editor, 105))) << "only the owner marks a note confidential";
+        EXPECT_FALSE(IsEnabled(DialogItem(editor, kConfidentialBox))) << "only the owner marks a note confidential";
         std::string owner = "boss";
         SetNetworkPasswords(path, owner, {.owner = "boss", .assistant = "changed", .reader = "look"});
         TestType(DialogItem(editor, kTextEdit), "precious");

@@ -1,7 +1,9 @@
-// The note editor: what it makes of texts of every kind, at their limits, and when the note cannot be written.
+// The note editor: what it makes of texts of every kind, at their limits, and when the note cannot be written; and what
+// the board shows of a note.
 
 #include "notes_fixture.h"
 #include "resources/command_ids.h"
+#include "resources/dialog_ids.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet {
@@ -10,80 +12,41 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr int kDateText = 100;
-constexpr int kTextEdit = 103;
-constexpr int kCategoryCombo = 104;
-constexpr int kConfidentialBox = 105;
-constexpr int kAttachButton = 107;
-constexpr int kColourBox = 110;
-constexpr int kTitleEdit = 200;
+using namespace note_editor_ids;
+using namespace attachment_dialog_ids;
 
 class NoteEditor : public NotesFixture {
 protected:
-    // Edits the first note on the board: `act` in the open editor, then the button.
-    void Edit(const std::function<void(WindowHandle editor)>& act, int button = kIdOk)
+    // The first note on the board, or a new one: `act` in the open editor, then the button.
+    void Edit(const std::function<void(WindowHandle editor)>& act, int button = kIdOk, int command = kCommandEditNote)
     {
         pane->GetList().SelectItem(0);
         WhenModal([&](WindowHandle editor) {
             act(editor);
             TestPushItem(editor, button);
         });
-        Command(kCommandEditNote);
-    }
-    void New(const std::function<void(WindowHandle editor)>& act, int button = kIdOk)
-    {
-        WhenModal([&](WindowHandle editor) {
-            act(editor);
-            TestPushItem(editor, button);
-        });
-        Command(kCommandNewNote);
+        Command(command);
     }
     static void Replace(WindowHandle editor, int id, std::string_view text)
     {
         SetItemTextOf(editor, id, "");
         TestType(DialogItem(editor, id), text);
     }
-    std::string StoredText() { return std::string(FieldText(Stored().at(0).text)); }
-    std::string StoredTitle() { return std::string(FieldText(Stored().at(0).title)); }
-    // Changes the only note as another user would.
-    void Change(const std::function<void(NoteRecord&)>& change)
-    {
-        TableFile other(path, "");
-        const auto note = Stored().at(0);
-        const FieldRange id{kUniqueIdOffset, 8};
-        RecordAddress found = 0;
-        other.ForEachRecord(
-            std::span(&id, 1),
-            [&](RecordAddress address, std::span<const std::byte>) {
-                found = address;
-                return false;
-            },
-            ScanScope::All);
-        NoteRecord changed = note;
-        change(changed);
-        ASSERT_EQ(other.WriteRecord(BytesOf(changed), found), 1);
-    }
+    NoteRecord TheNote() { return Stored().at(0); }
+    std::string StoredText() { return std::string(FieldText(TheNote().text)); }
+    std::string StoredTitle() { return std::string(FieldText(TheNote().title)); }
 };
 
 TEST_F(NoteEditor, TextsOfEveryKindSurvivePaintingAndASecondEdit)
 {
-    const std::vector<std::string> texts = {"Grüße, œuvre, naïve",
-                                            "Съешь ещё этих булок",
-                                            "漢字かな交じり文",
-                                            "thumbs 👍🏽 family 👨‍👩‍👧 flag 🇫🇷",
-                                            "שלום עולם, مرحبا and left again",
-                                            "one\r\ntwo\r\n\r\nfour",
-                                            "tab\tand\ttab",
-                                            "bell \x07 escape \x1b unit \x1f delete \x7f",
-                                            "caf\xe9 for 5 \x80, \x93quoted\x94",
-                                            "lone \xc3 lead, \xed\xa0\x80 surrogate",
-                                            "combining e\xcc\x81 and zero\xe2\x80\x8bwidth"};
-    Add({.title = "x"});
+    const auto address = Add({.title = "x"});
     Show();
-    for (const std::string& text : texts) {
+    for (const std::string text :
+         {"漢字かな交じり文", "family 👨‍👩‍👧 flag 🇫🇷", "שלום עולם, مرحبا and left again",
+          "one\r\ntwo\r\n\r\nfour", "bell \x07 tab\t escape \x1b delete \x7f", "caf\xe9 for 5 \x80, \x93quoted\x94",
+          "lone \xc3 lead, \xed\xa0\x80", "combining e\xcc\x81 and zero\xe2\x80\x8bwidth"}) {
         SCOPED_TRACE(text);
-        Change([&](NoteRecord& note) {
+        Change(address, [&](NoteRecord& note) {
             StoreText(note.title, text);
             StoreText(note.text, text);
         });
@@ -91,205 +54,153 @@ TEST_F(NoteEditor, TextsOfEveryKindSurvivePaintingAndASecondEdit)
         UpdateNow(frame->window);
         Edit([](WindowHandle) {});
         EXPECT_EQ(StoredText(), text) << "confirmed without a change";
-        EXPECT_EQ(StoredTitle(), text);
         Edit([](WindowHandle editor) { TestType(DialogItem(editor, kTextEdit), "!"); });
         EXPECT_EQ(StoredText(), "!" + ToCrLf(DecodeForDisplay(text))) << "with one character typed before it";
         EXPECT_EQ(StoredTitle(), text) << "a field that was not edited keeps its bytes";
-        Edit([](WindowHandle) {});
-        EXPECT_EQ(StoredText(), "!" + ToCrLf(DecodeForDisplay(text)));
-        UpdateNow(frame->window);
     }
 }
 
-TEST_F(NoteEditor, WhatIsTypedIsStoredAsUtf8WithLineBreaksOfTwoBytes)
-{
-    Show();
-    New([](WindowHandle editor) {
-        Replace(editor, kTitleEdit, "Zürich 東京 👍");
-        const WindowHandle text = DialogItem(editor, kTextEdit);
-        TestType(text, "первая");
-        TestKey(text, kKeyReturn);
-        TestType(text, "שנייה");
-    });
-    EXPECT_EQ(StoredTitle(), "Zürich 東京 👍");
-    EXPECT_EQ(StoredText(), "первая\r\nשנייה");
-}
-
-TEST_F(NoteEditor, LimitsCountBytesAndNeverSplitACharacter)
+TEST_F(NoteEditor, LimitsCountBytesNeverSplitACharacterAndCutNoOldTextInSilence)
 {
     struct Case {
+        std::string unit;
+        std::size_t title, text;  // bytes stored
+    };
+    const auto address = Add({.title = "x"});
+    Show();
+    for (const Case& c : {Case{"x", 149, 2023}, Case{"é", 148, 2022}, Case{"漢", 147, 2022}, Case{"👍", 148, 2020}}) {
+        SCOPED_TRACE(c.unit);
         std::string typed;
-        std::size_t title;  // bytes stored
-        std::size_t text;
-    };
-    const auto many = [](std::string_view unit, int count) {
-        std::string text;
-        while (count-- > 0)
-            text += unit;
-        return text;
-    };
-    Add({.title = "x"});
-    Show();
-    for (const Case& c : {Case{many("x", 2100), 149, 2023}, Case{many("é", 1100), 148, 2022},
-                          Case{many("漢", 700), 147, 2022}, Case{"x" + many("👍", 520), 149, 2021}}) {
-        SCOPED_TRACE(c.typed.substr(0, 8));
+        while (typed.size() < 2100)
+            typed += c.unit;
         Edit([&](WindowHandle editor) {
-            Replace(editor, kTitleEdit, c.typed);
-            Replace(editor, kTextEdit, c.typed);
+            Replace(editor, kTitleEdit, typed);
+            Replace(editor, kTextEdit, typed);
+            Replace(editor, kCategoryCombo, "Мой список дел на год");
         });
-        EXPECT_TRUE(StoredTitle() == c.typed.substr(0, c.title)) << StoredTitle().size();
-        EXPECT_TRUE(StoredText() == c.typed.substr(0, c.text)) << StoredText().size();
+        EXPECT_TRUE(StoredTitle() == typed.substr(0, c.title)) << StoredTitle().size();
+        EXPECT_TRUE(StoredText() == typed.substr(0, c.text)) << StoredText().size();
+        EXPECT_EQ(FieldText(TheNote().category), "Мой список дел н") << "29 bytes, whole characters";
     }
-}
-
-TEST_F(NoteEditor, OldBytesThatWouldNoLongerFitAreNotCutInSilence)
-{
-    Add({.title = "x"});
-    Change([](NoteRecord& note) { StoreText(note.text, std::string(1500, '\xe9')); });
-    Show();
+    Change(address, [](NoteRecord& note) { StoreText(note.text, std::string(1500, '\xe9')); });
     ScopedAnswers answers;
-    bool open = false;
     Edit(
         [&](WindowHandle editor) {
             TestKey(DialogItem(editor, kTextEdit), kKeyEnd);
             TestKey(DialogItem(editor, kTextEdit), kKeyBack);
             TestPushItem(editor, kIdOk);
-            open = TopModal() == editor;
+            EXPECT_EQ(TopModal(), editor);
         },
         kIdCancel);
-    EXPECT_TRUE(open);
-    ASSERT_EQ(answers.texts.size(), 1u);
-    EXPECT_THAT(answers.texts[0], HasSubstr("975 bytes"));
+    EXPECT_THAT(answers.texts, ElementsAre(HasSubstr("The text is 975 bytes too long")));
     EXPECT_EQ(StoredText(), std::string(1500, '\xe9'));
 }
 
-TEST_F(NoteEditor, ANewNoteNeedsATitleAndAText)
+TEST_F(NoteEditor, ANewNoteNeedsATitleAndATextAndBeginsWithoutAnAlarm)
 {
     Show();
-    New(
+    std::string today;
+    FormatDateValue(today, pane->GetPaneDate());
+    Edit(
         [&](WindowHandle editor) {
+            ServeEvents();
+            const WindowHandle text = DialogItem(editor, kTextEdit);
+            EXPECT_EQ(FocusedWindow(), text);
             EXPECT_EQ(ItemText(editor, kTitleEdit), "Untitled");
             EXPECT_EQ(ItemText(editor, kTextEdit), "");
-            EXPECT_EQ(RowData(editor, kColourBox, SelectedRow(editor, kColourBox)), 0x65E7FF);
-            std::string today;
-            FormatDateValue(today, pane->GetPaneDate());
             EXPECT_EQ(ItemText(editor, kDateText), today);
             EXPECT_FALSE(IsEnabled(DialogItem(editor, kIdOk)));
-            TestType(DialogItem(editor, kTextEdit), "x");
+            TestType(text, "первая");
             EXPECT_TRUE(IsEnabled(DialogItem(editor, kIdOk)));
-            const WindowHandle title = DialogItem(editor, kTitleEdit);
-            TestKey(title, kKeyEnd);
+            TestKey(text, kKeyReturn);
+            TestType(text, "שנייה");
             for (int i = 0; i < 8; ++i)
-                TestKey(title, kKeyBack);
-            EXPECT_EQ(ItemText(editor, kTitleEdit), "");
+                TestKey(DialogItem(editor, kTitleEdit), i == 0 ? kKeyEnd : kKeyBack);
+            EXPECT_TRUE(IsEnabled(DialogItem(editor, kIdOk)));
+            TestKey(DialogItem(editor, kTitleEdit), kKeyBack);
             EXPECT_FALSE(IsEnabled(DialogItem(editor, kIdOk)));
+            TestType(DialogItem(editor, kTitleEdit), "東京 👍");
+            CheckItem(editor, kConfidentialBox, true);
+            WhenModal([](WindowHandle alarm) {
+                EXPECT_EQ(WindowTitle(alarm), "Alarm");
+                TestPushItem(alarm, kIdCancel);
+            });
+            TestPushItem(editor, kAlarmButton);
         },
-        kIdCancel);
-    EXPECT_THAT(Stored(), IsEmpty());
+        kIdOk, kCommandNewNote);
+    const NoteRecord note = TheNote();
+    EXPECT_EQ(StoredTitle(), "東京 👍");
+    EXPECT_EQ(StoredText(), "первая\r\nשנייה");
+    EXPECT_EQ(note.confidential, 1);
+    EXPECT_EQ(note.colour, 0x65E7FFu);
+    EXPECT_EQ(note.startKind, kStartDocument);
+    EXPECT_EQ(note.alarmDate.Get(), note.date.Get());
+    EXPECT_EQ(note.alarmTime.Get(), note.time.Get());
 }
 
-TEST_F(NoteEditor, ACategoryMayBeTypedAndTheListOfCategoriesStays)
+TEST_F(NoteEditor, ACategoryOfTheListIsKeptInItsBytesAndAnotherGoesWithTheNextOk)
 {
-    Add({.title = "x", .category = "Calls"});
-    Show();
-    CategoryBlock before{};
-    file->ReadCategories(before);
-    Edit([](WindowHandle editor) {
-        EXPECT_EQ(ItemText(editor, kCategoryCombo), "Calls");
-        Replace(editor, kCategoryCombo, "Мой список дел на год");
+    TableFile(path, "").UpdateCategories([](CategoryBlock& block) {
+        StoreText(block.entries[0].name, "Caf\xe9");
+        return true;
     });
-    EXPECT_EQ(FieldText(Stored().at(0).category), "Мой список дел н") << "29 bytes, whole characters";
-    CategoryBlock after{};
-    file->ReadCategories(after);
-    EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
-
-    Edit([](WindowHandle editor) { EXPECT_EQ(ItemText(editor, kCategoryCombo), ""); });
-    EXPECT_EQ(FieldText(Stored().at(0).category), "") << "a name that the list does not know is gone with OK";
-}
-
-TEST_F(NoteEditor, AnOldCategoryKeepsItsBytesSoThatItsFilterStillFindsTheNote)
-{
-    {
-        TableFile other(path, "");
-        other.UpdateCategories([](CategoryBlock& block) {
-            StoreText(block.entries[0].name, "Caf\xe9");
-            return true;
-        });
-    }
-    Add({.title = "x", .category = "Caf\xe9"});
+    const auto address = Add({.title = "x", .category = "Caf\xe9"});
     Show();
     Edit([](WindowHandle editor) { TestType(DialogItem(editor, kTextEdit), "!"); });
-    EXPECT_EQ(FieldText(Stored().at(0).category), "Caf\xe9");
+    EXPECT_EQ(FieldText(TheNote().category), "Caf\xe9");
     pane->Send(kWmCommand, NotesPane::kFirstCategoryId, reinterpret_cast<MessageParam>("Caf\xe9"));
-    EXPECT_THAT(Titles(), ElementsAre("x"));
+    EXPECT_THAT(Titles(), ElementsAre("x")) << "its filter still finds the note";
+    Change(address, [](NoteRecord& note) { StoreText(note.category, "typed"); });
+    pane->Send(kWmCommand, NotesPane::kFirstCategoryId, reinterpret_cast<MessageParam>("typed"));
+    Edit([](WindowHandle editor) { EXPECT_EQ(ItemText(editor, kCategoryCombo), ""); });
+    EXPECT_EQ(FieldText(TheNote().category), "");
 }
 
 TEST_F(NoteEditor, AColourOutsideThePaletteStaysAndAChosenOneIsStored)
 {
-    Add({.title = "x"});
-    Change([](NoteRecord& note) { note.colour = 0x123456; });
+    Change(Add({.title = "x"}), [](NoteRecord& note) { note.colour = 0x123456; });
     Show();
     Edit([](WindowHandle editor) { EXPECT_EQ(SelectedRow(editor, kColourBox), -1); });
-    EXPECT_EQ(Stored().at(0).colour, 0x123456u);
+    EXPECT_EQ(TheNote().colour, 0x123456u);
     Edit([](WindowHandle editor) { TestPickRow(editor, kColourBox, 2); });
-    EXPECT_EQ(Stored().at(0).colour, 0x495EFFu);
+    EXPECT_EQ(TheNote().colour, 0x495EFFu);
 }
 
-TEST_F(NoteEditor, CancelThrowsAwayWhatTheInnerDialogsConfirmed)
-{
-    Add({.title = "x", .date = {1, 2, 2003}});
-    Show();
-    Edit(
-        [](WindowHandle editor) {
-            WhenModal([](WindowHandle attach) {
-                TestType(DialogItem(attach, 102), "/tmp/plan.txt");
-                TestPushItem(attach, kIdOk);
-            });
-            TestPushItem(editor, kAttachButton);
-        },
-        kIdCancel);
-    EXPECT_FALSE(HasAttachment(Stored().at(0)));
-    EXPECT_EQ(Stored().at(0).date.Get(), (DateValue{1, 2, 2003}));
-    EXPECT_EQ(Stored().at(0).locked, 0);
-}
-
-TEST_F(NoteEditor, AnAttachmentIsKeptChangedAndCleared)
+TEST_F(NoteEditor, AnAttachmentIsKeptChangedClearedAndThrownAwayByCancel)
 {
     Add({.title = "x"});
     Show();
-    const auto attach = [&](const std::function<void(WindowHandle)>& act) {
-        Edit([&](WindowHandle editor) {
-            WhenModal(act);
-            TestPushItem(editor, kAttachButton);
-        });
+    const auto attach = [&](int button, const std::function<void(WindowHandle)>& act) {
+        Edit(
+            [&](WindowHandle editor) {
+                WhenModal([&](WindowHandle dialog) {
+                    act(dialog);
+                    TestPushItem(dialog, kIdOk);
+                });
+                TestPushItem(editor, kAttachButton);
+            },
+            button);
+        return std::to_string(TheNote().attachmentKind) + " " + std::string(FieldText(TheNote().attachmentPath));
     };
-    attach([](WindowHandle dialog) {
-        EXPECT_TRUE(IsItemChecked(dialog, 100));
-        CheckItem(dialog, 101, true);
-        TestType(DialogItem(dialog, 102), "https://pinwell.example/ü");
-        TestPushItem(dialog, kIdOk);
-    });
-    EXPECT_EQ(Stored().at(0).attachmentKind, kAttachmentUrl);
-    EXPECT_EQ(FieldText(Stored().at(0).attachmentPath), "https://pinwell.example/ü");
-    attach([](WindowHandle dialog) {
-        EXPECT_TRUE(IsItemChecked(dialog, 101));
-        Replace(dialog, 102, "elsewhere");
-        TestPushItem(dialog, 104);
-        TestPushItem(dialog, kIdCancel);
-    });
-    EXPECT_THAT(opened, ElementsAre("elsewhere")) << "opened as it stands, whether or not OK follows";
-    EXPECT_EQ(FieldText(Stored().at(0).attachmentPath), "https://pinwell.example/ü");
-    attach([](WindowHandle dialog) {
-        Replace(dialog, 102, std::string(300, 'p'));
-        TestPushItem(dialog, kIdOk);
-    });
-    EXPECT_EQ(FieldText(Stored().at(0).attachmentPath).size(), 259u);
-    attach([](WindowHandle dialog) {
-        SetItemTextOf(dialog, 102, "");
-        TestPushItem(dialog, kIdOk);
-    });
-    EXPECT_FALSE(HasAttachment(Stored().at(0)));
-    EXPECT_EQ(Stored().at(0).attachmentKind, 0);
+    EXPECT_EQ(attach(kIdCancel, [](WindowHandle dialog) { Replace(dialog, kPathEdit, "/tmp/plan.txt"); }), "0 ");
+    EXPECT_EQ(TheNote().locked, 0);
+    EXPECT_EQ(attach(kIdOk,
+                     [](WindowHandle dialog) {
+                         EXPECT_TRUE(IsItemChecked(dialog, kDocumentRadio));
+                         CheckItem(dialog, kUrlRadio, true);
+                         Replace(dialog, kPathEdit, "https://pinwell.example/ü");
+                     }),
+              "2 https://pinwell.example/ü");
+    EXPECT_EQ(attach(kIdOk,
+                     [](WindowHandle dialog) {
+                         EXPECT_TRUE(IsItemChecked(dialog, kUrlRadio));
+                         EXPECT_EQ(ItemText(dialog, kPathEdit), "https://pinwell.example/ü");
+                         Replace(dialog, kPathEdit, std::string(300, 'p'));
+                         TestPushItem(dialog, kOpenButton);
+                     }),
+              "2 " + std::string(259, 'p'));
+    EXPECT_EQ(opened.size(), 1u);
+    EXPECT_EQ(attach(kIdOk, [](WindowHandle dialog) { Replace(dialog, kPathEdit, ""); }), "0 ");
 }
 
 // A write that fails: on a full disk, on a share that is gone.
@@ -299,20 +210,18 @@ TEST_F(NoteEditor, AFailedWriteKeepsTheEditorOpenWithItsTextUntilItWorks)
     const auto texts = [this] {
         std::vector<std::string> found;
         for (const NoteRecord& note : Stored())
-            found.emplace_back(FieldText(note.text));
+            found.push_back(std::string(FieldText(note.text)) + (note.locked ? " locked" : ""));
         return found;
     };
-    for (const bool onlySyncs : {false, true}) {
-        for (const bool newNote : {false, true}) {
-            SCOPED_TRACE(std::string(newNote ? "new" : "edit") + (onlySyncs ? ", sync" : ", write"));
+    for (const int command : {kCommandEditNote, kCommandNewNote})
+        for (const bool onlySyncs : {false, true}) {
+            SCOPED_TRACE(std::to_string(command) + (onlySyncs ? ", sync" : ", write"));
             Show();
-            pane->GetList().SelectItem(0);
             ScopedAnswers answers;
-            bool open = false;
             auto before = texts();
-            WhenModal([&](WindowHandle editor) {
-                Replace(editor, kTextEdit, "precious");
-                {
+            Edit(
+                [&](WindowHandle editor) {
+                    Replace(editor, kTextEdit, "precious");
                     test::FailingFileSystem disk;
                     disk.failAt = onlySyncs ? 0 : 1;
                     disk.andAllBehind = true;
@@ -320,51 +229,75 @@ TEST_F(NoteEditor, AFailedWriteKeepsTheEditorOpenWithItsTextUntilItWorks)
                     disk.failure = onlySyncs ? EIO : ENOSPC;
                     const ScopedFileSystem failing(disk);
                     TestPushItem(editor, kIdOk);
-                    EXPECT_GT(disk.changes, 0);
-                }
-                open = TopModal() == editor && ItemText(editor, kTextEdit) == "precious";
-                EXPECT_EQ(texts(), before) << "what is not on the disk is not in the file";
-                TestPushItem(editor, kIdOk);
-            });
-            Command(newNote ? kCommandNewNote : kCommandEditNote);
-            EXPECT_TRUE(open);
-            ASSERT_EQ(answers.texts.size(), 1u);
-            EXPECT_THAT(answers.texts[0], HasSubstr("could not be written"));
-            EXPECT_THAT(answers.texts[0],
-                        AllOf(HasSubstr(path), HasSubstr(onlySyncs ? "Check the disk" : "disk is full")));
-            if (newNote)
+                    EXPECT_TRUE(TopModal() == editor && ItemText(editor, kTextEdit) == "precious");
+                },
+                kIdOk, command);
+            EXPECT_THAT(answers.texts, ElementsAre(AllOf(HasSubstr("could not be written"), HasSubstr(path),
+                                                         HasSubstr(onlySyncs ? "Check the disk" : "disk is full"))));
+            if (command == kCommandNewNote)
                 before.emplace_back();
             before.back() = "precious";
             EXPECT_EQ(texts(), before) << "written once, by the second OK";
-            for (const NoteRecord& note : Stored())
-                EXPECT_EQ(note.locked, 0);
             TearDownBoard();
         }
-    }
 }
 
-TEST_F(NoteEditor, AFailedDeleteOrDropLeavesTheNoteAndSaysSo)
+TEST_F(NoteEditor, AReplacedFileIsToldAndTheNextOkGoesIntoTheNewOne)
 {
-    Add({.title = "milk", .date = {1, 2, 2003}});
+    Add({.title = "milk", .text = "old"});
     Show();
-    for (const int command : {kCommandDeleteNote, kCommandCut}) {
-        pane->GetList().SelectItem(0);
-        ScopedAnswers answers({Answer::Yes});
-        test::FailingFileSystem disk;
-        {
-            // The lock is written first; what comes behind it fails.
-            disk.failAt = 2;
-            disk.andAllBehind = true;
-            const ScopedFileSystem failing(disk);
-            Command(command);
-        }
-        ASSERT_FALSE(answers.texts.empty());
-        EXPECT_THAT(answers.texts.back(), HasSubstr("could not be written"));
-        EXPECT_THAT(StoredTitles(), ElementsAre("milk"));
-        EXPECT_TRUE(BinSlot().IsEmpty());
-        EXPECT_TRUE(NoteClipboard().IsEmpty());
-        Change([](NoteRecord& note) { note.locked = 0; });  // the lock could not be given back either
-    }
+    ScopedAnswers answers;
+    Edit([&](WindowHandle editor) {
+        TestType(DialogItem(editor, kTextEdit), "precious ");
+        std::filesystem::rename(path, path + ".old");
+        std::filesystem::copy_file(path + ".old", path);
+        TestPushItem(editor, kIdOk);
+        EXPECT_EQ(TopModal(), editor);
+    });
+    EXPECT_THAT(answers.texts, ElementsAre(HasSubstr("OK puts it into the file that has this name now")));
+    EXPECT_EQ(StoredText(), "precious old");
+}
+
+TEST_F(NoteEditor, ACellShowsTitleTextMarkAndStripAndSaysThemInWords)
+{
+    const auto address = Add({.title = "title", .text = "text"});
+    Show();
+    const auto ink = [&](int top, int bottom, Colour colour) {
+        UpdateNow(frame->window);
+        int pixels = 0;
+        const Rect cell = pane->GetList().GetItemRect(0).value();
+        const Point corner = ScreenToClient(Grid(), {cell.left, cell.top});
+        for (int y = top; y < bottom; ++y)
+            for (int x = 0; x < cell.Width(); ++x)
+                pixels += PixelAt(Grid(), {corner.x + x, corner.y + y}) == colour ? 1 : 0;
+        return pixels;
+    };
+    EXPECT_GT(ink(0, 14, 0x65E7FF), 10) << "the mark in the note's colour";
+    EXPECT_GT(ink(14, 30, 0xFF0000), 5) << "the title";
+    EXPECT_EQ(ink(0, 13, 0xFF0000) + ink(32, 80, 0xFF0000), 0);
+    EXPECT_GT(ink(14, 36, 0xC0C0C0), 50) << "a line under it";
+    EXPECT_GT(ink(30, 66, 0), 5) << "the text";
+    const auto empty = ink(66, 79, 0xC0FFFF);
+    Change(address, [](NoteRecord& note) {
+        note.alarmState = kAlarmSet;
+        note.alarmDate = DateValue{1, 2, 2010};
+        note.alarmTime = TimeValue{9, 0, 0, kBeforeNoon};
+        note.confidential = 1;
+        note.attachmentKind = kAttachmentUrl;
+        StoreText(note.attachmentPath, "x");
+        StoreText(note.category, "shop");
+        note.colour = 0x123456;
+    });
+    pane->GetList().RefreshNow();
+    EXPECT_LT(ink(66, 79, 0xC0FFFF), empty - 100) << "the icons and the category";
+    EXPECT_EQ(pane->GetList().ItemDetail(0),
+              "other colour, alarm 1/2/2010 09:00, confidential, attachment, category shop");
+    Change(address, [](NoteRecord& note) { note.alarmState = kAlarmFired; });
+    EXPECT_THAT(pane->GetList().ItemDetail(0), HasSubstr(", past alarm 1/2/2010"));
+    TableFile(path, "").DeleteRecord(address);
+    pane->Invalidate(nullptr, 1);
+    pane->GetList().Grid().RepaintNow();
+    EXPECT_GT(ink(0, 30, 0x0000FF), 5) << "that it is gone";
 }
 
 }  // namespace

@@ -11,82 +11,53 @@ protected:
     std::string other = folder.File("other.jot");
 };
 
-TEST_F(NoteFileTest, ANewFileCanHoldTheFourExamples)
+TEST_F(NoteFileTest, ANewFileCanHoldTheFourExamplesAndIsOpenedAsItIsLater)
 {
-    ASSERT_EQ(CreateNoteFile(other, WithExamples::Yes, clock), 1);
+    ASSERT_TRUE(OpenNoteFile(other, "", WithExamples::Yes, nullptr, clock));
     path = other;
     Open("");
     EXPECT_EQ(Titles(), (std::vector<std::string>{"Alarm", "Colors", "Equivalent", "Texts"}));
-    const std::vector<NoteRecord> notes = Notes();
     const std::uint32_t colours[] = {kGreen, kRed, kBlue, kYellow};
-    for (std::size_t i = 0; i < notes.size(); ++i) {
-        EXPECT_EQ(notes[i].colour, colours[i]);
-        EXPECT_EQ(notes[i].date.Get(), (DateValue{14, 3, 2007}));
-        EXPECT_EQ(notes[i].alarmDate.Get(), notes[i].date.Get());
-        EXPECT_EQ(notes[i].alarmState, kAlarmNone);
-        EXPECT_EQ(notes[i].startKind, kStartDocument);
-        EXPECT_EQ(Text(notes[i].category), "");
-        EXPECT_NE(Text(notes[i].text), "");
+    const std::uint32_t* colour = colours;
+    for (const NoteRecord& note : Notes()) {
+        EXPECT_EQ(note.colour, *colour++);
+        EXPECT_EQ(note.alarmDate.Get(), (DateValue{14, 3, 2007}));
+        EXPECT_EQ(note.alarmTime.Get(), note.time.Get());
+        EXPECT_EQ(note.alarmState, kAlarmNone);
+        EXPECT_EQ(note.startKind, kStartDocument);
+        EXPECT_NE(Text(note.text), "");
     }
-    TableHeader header;
-    ASSERT_EQ(table->ReadHeader(header), 1);
-    EXPECT_EQ(Text(header.fileType), "Notes");
-    EXPECT_EQ(Text(header.family), "Organizer");
-    EXPECT_EQ(+header.version, 3u);
-}
-
-TEST_F(NoteFileTest, AFileThatIsThereIsNeverReplaced)
-{
-    Add(NewNote("kept"));
-    FileError error;
-    EXPECT_EQ(CreateNoteFile(path, WithExamples::Yes, clock, &error), 0);
-    EXPECT_EQ(error.path, path);
-    EXPECT_EQ(Titles(), std::vector<std::string>{"kept"});
-}
-
-TEST_F(NoteFileTest, OpeningMakesAMissingFileAndOpensTheOneThatIsThere)
-{
-    const auto titlesOf = [](const TableFile& file) {
-        SlotCounts counts;
-        EXPECT_EQ(file.DescribeSlots(counts), 1);
-        return counts.live;
-    };
-    OpenedTable made = OpenNoteFile(other, "", WithExamples::Yes, nullptr, clock);
-    ASSERT_TRUE(made);
-    EXPECT_EQ(titlesOf(*made.table), 4);
     const OpenedTable again = OpenNoteFile(other, "", WithExamples::Yes, nullptr, clock);
     ASSERT_TRUE(again);
-    EXPECT_EQ(titlesOf(*again.table), 4);
-}
-
-TEST_F(NoteFileTest, AFileThatCannotBeMadeSaysWhy)
-{
-    FileError error;
-    EXPECT_EQ(CreateNoteFile(folder.File("missing/new.jot"), WithExamples::No, clock, &error), 0);
-    EXPECT_EQ(error.kind, FileErrorKind::Missing);
-    const OpenedTable opened = OpenNoteFile(folder.File("missing/new.jot"), "", WithExamples::No);
-    EXPECT_FALSE(opened);
-    EXPECT_NE(opened.failure, OpenFailure::None);
-}
-
-TEST_F(NoteFileTest, ADiskThatFillsUpAtAnyMomentLeavesNoFileAndSaysWhy)
-{
-    for (int failAt = 1;; ++failAt) {
-        SCOPED_TRACE(failAt);
-        FailingFileSystem files;
-        files.failAt = failAt;
-        files.andAllBehind = true;
-        const ScopedFileSystem use(files);
-        FileError error;
-        if (CreateNoteFile(other, WithExamples::Yes, clock, &error) == 1)
-            break;
-        EXPECT_EQ(error.kind, FileErrorKind::NoSpace);
-        EXPECT_EQ(folder.FileCount(), 1u);
-        ASSERT_LT(failAt, 60);
-    }
-    path = other;
-    Open("");
     EXPECT_EQ(Titles().size(), 4u);
+    FileError error;
+    EXPECT_EQ(CreateNoteFile(path, WithExamples::No, clock, &error), 0) << "what is there is never replaced";
+    EXPECT_EQ(error.path, path);
+    EXPECT_EQ(Titles().size(), 4u);
+}
+
+TEST_F(NoteFileTest, ADiskThatFailsAtAnyMomentLeavesNoFileAndSaysWhy)
+{
+    for (const auto& [errnoOfCall, kind, failure] : {std::tuple(ENOSPC, FileErrorKind::NoSpace, OpenFailure::Io),
+                                                     {EACCES, FileErrorKind::Permission, OpenFailure::Permission}})
+        for (int failAt = 1;; ++failAt) {
+            SCOPED_TRACE(failAt);
+            FailingFileSystem files;
+            files.failAt = failAt;
+            files.failure = errnoOfCall;
+            files.andAllBehind = true;
+            const ScopedFileSystem use(files);
+            const OpenedTable opened = OpenNoteFile(other, "", WithExamples::Yes, nullptr, clock);
+            if (std::filesystem::exists(other)) {
+                std::filesystem::remove(other);
+                break;
+            }
+            EXPECT_EQ(opened.failure, failure);
+            EXPECT_EQ(opened.error.kind, kind);
+            EXPECT_EQ(folder.FileCount(), 1u);
+            ASSERT_LT(failAt, 60);
+        }
+    EXPECT_FALSE(OpenNoteFile(folder.File("missing/new.jot"), "", WithExamples::No));
 }
 
 }  // namespace
