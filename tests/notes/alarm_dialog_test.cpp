@@ -209,14 +209,24 @@ TEST_F(Alarms, AFiredOneShowsItsMomentAndTextToReadAndStartsItsTargetByOkAlone)
               1);
     EXPECT_THAT(calls, IsEmpty());
 
-    StoreText(note.startTarget, "anna@pinwell.example");
-    // An imported note has kind 0: its target is a document like any other.
-    for (const auto& [kind, call] : {std::pair(kStartEmail, "open mailto:anna@pinwell.example"),
-                                     {kStartUrl, "open anna@pinwell.example"},
-                                     {std::uint8_t{0}, "open anna@pinwell.example"}}) {
-        note.startKind = kind;
+    struct Case {
+        std::uint8_t kind;
+        const char* target;
+        std::vector<std::string> calls;
+        std::size_t told = 0;
+    };
+    // An imported note has kind 0: its target is a document like any other. A document's bare name is not looked for.
+    for (const Case& c : {Case{kStartEmail, "anna@pinwell.example", {"open mailto:anna@pinwell.example"}},
+                          Case{0, "letters/anna.txt", {}, 1}, Case{kStartDocument, "letter.txt", {}, 1},
+                          Case{kStartUrl, "pinwell.example", {"open pinwell.example"}},
+                          Case{kStartDocument, "WWW.pinwell.example", {"open WWW.pinwell.example"}},
+                          Case{0, "/home/anna/100%.txt", {"open /home/anna/100%.txt"}}}) {
+        ScopedAnswers boxes;
+        note.startKind = c.kind;
+        StoreText(note.startTarget, c.target);
         Fire(kIdOk);
-        EXPECT_THAT(calls, ElementsAre(call));
+        EXPECT_EQ(calls, c.calls) << c.target;
+        EXPECT_EQ(boxes.texts.size(), c.told) << c.target;
     }
     EXPECT_EQ(Fire(kIdCancel), 0);
     Fire([](WindowHandle dialog) {
@@ -246,15 +256,16 @@ TEST_F(Alarms, AProgramStartsOnlyWhenTheUserSaysSo)
 
 TEST_F(Alarms, AFiredOneShowsTheWholeTargetAndStartsWhatWasStored)
 {
-    const std::string hostile = "list\r\n\xE2\x80\xAEtxt.sh";
+    const std::string hostile = "/list\r\n\xE2\x80\xAEtxt.sh";
     int height = 0;
-    for (const std::string& target : {std::string("a"), "/" + std::string(250, 'W'), hostile}) {
+    for (const std::string& target : {std::string("/a"), "/" + std::string(250, 'W'), hostile}) {
         StoreText(note.startTarget, target);
         Fire([&](WindowHandle dialog) {
-            EXPECT_EQ(ItemText(dialog, kTargetText), target == hostile ? "list<U+000D><U+000A><U+202E>txt.sh" : target);
+            EXPECT_EQ(ItemText(dialog, kTargetText),
+                      target == hostile ? "/list<U+000D><U+000A><U+202E>txt.sh" : target);
             EXPECT_GE(ItemRect(dialog, kTargetText).Height(), ItemTextHeight(dialog, kTargetText));
             EXPECT_LT(ItemRect(dialog, kTargetText).bottom, ClientRect(dialog).bottom);
-            if (target.size() == 1)
+            if (target.size() == 2)
                 height = ClientRect(dialog).Height();
             else
                 EXPECT_EQ(ClientRect(dialog).Height() > height, target != hostile);
