@@ -91,39 +91,6 @@ TEST_F(BadFileTest, FoldersDevicesPipesAndMissingFilesAreRefusedWithoutWaiting)
     EXPECT_FALSE(std::filesystem::exists(Path("none.jot")));
 }
 
-TEST_F(BadFileTest, CountersAndTextsThatLieHarmNothing)
-{
-    std::string lying = NoteFileBytes();
-    lying = WithNumber(lying, 12 + 1006, 0x80000000);      // free slots that are not there
-    lying = WithNumber(lying, 12 + 1581 + 8, 0xFFFFFFFF);  // four billion categories
-    for (const auto& [at, size] : {std::pair<std::size_t, std::size_t>{12 + 4, 60},
-                                   {2625 + 16, 30},
-                                   {2625 + 516, 30},
-                                   {2625 + 550, 260},
-                                   {2625 + 839, 260},
-                                   {2625 + 1100, 260},
-                                   {2625 + 1383, 2174}})
-        lying.replace(at, size, size, '\xE4');  // no text has an end
-    lying[2625 + 549] = 1;
-    lying[2625 + 1099] = 1;
-    lying.replace(2625 + 50, 28, 28, '\x7F');  // no date, no time
-    const std::string path = Write("bad.jot", lying);
-
-    const Outcome listed = Run({"list", path, "--json"});
-    ASSERT_THAT(listed, ExitsWith(0));
-    const nlohmann::json note = listed.Json()[0];
-    EXPECT_EQ(note["date"], nullptr);
-    EXPECT_EQ(note["time"], nullptr);
-    EXPECT_EQ(note["category"].get<std::string>().size(), 60u) << "30 characters of Windows-1252";
-    EXPECT_EQ(Run({"info", path, "--json"}).Json()["categories"].size(), 30u);
-    EXPECT_THAT(Run({"show", path, note["id"]}), ExitsWith(0));
-    EXPECT_THAT(Run({"report", path, Path("out.txt"), "--find", "\xE4"}), ExitsWith(0));
-
-    EXPECT_THAT(Run({"add", path, "--title", "a", "--text", "b"}), Complains(1, path));
-    EXPECT_THAT(Run({"compact", path}), ExitsWith(0));
-    EXPECT_THAT(Run({"add", path, "--title", "a", "--text", "b"}), ExitsWith(0));
-}
-
 // A limit of the file size stops a write in its middle as a full disk does, and needs no disk of its own.
 TEST_F(BadFileTest, AFullDiskLeavesTheFileAsItWasAndNothingHalfMade)
 {

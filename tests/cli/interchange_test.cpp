@@ -112,28 +112,17 @@ TEST_F(InterchangeTest, AMapThatDoesNotFitIsAUsageError)
     EXPECT_EQ(Read(file), before);
 }
 
-TEST_F(InterchangeTest, LoneLineFeedsEndRowsUnlessAskedNotTo)
+TEST_F(InterchangeTest, LineEndsSeparatorAndQualifierCanBeSetAndWhatStandsBehindAnOpenQuoteIsTold)
 {
     EXPECT_EQ(Import("\xEF\xBB\xBFTitle,Text\na,\"x\r\ny\"\nb,y\n"), Counts(2, 2, 0));
-    EXPECT_THAT(Titles(), ElementsAre("a", "b"));
     EXPECT_THAT(Run({"import", file, Write("lf.csv", "Title,Text\na,x\n"), "--line-ends", "crlf"}),
                 Complains(1, Path("lf.csv")));
-}
-
-TEST_F(InterchangeTest, SeparatorAndQualifierCanBeSet)
-{
-    EXPECT_EQ(Import("Title\tText, more\r\na, b\tx\r\n", {"--separator", "tab", "--map", "Title=1,Text=2"}),
+    EXPECT_EQ(Import("Title\tText, more\r\nc, b\tx\r\n", {"--separator", "tab", "--map", "Title=1,Text=2"}),
               Counts(1, 1, 0));
     EXPECT_EQ(Import("Title,Text\r\n5\" nail,x\r\n", {"--qualifier", "none"}), Counts(1, 1, 0));
-    EXPECT_THAT(Titles(), ElementsAre("5\" nail", "a, b"));
-}
-
-TEST_F(InterchangeTest, WhatStandsBehindAnOpenQuoteIsLeftOutAndToldAndZeroBytesGo)
-{
-    EXPECT_EQ(Import("Title,Text\r\na,x\r\n\"b,y\r\nc,z\r\n"), Counts(1, 1, 0));
+    EXPECT_EQ(Import("Title,Text\r\nd,x\r\n\"b,y\r\nc,z\r\n"), Counts(1, 1, 0));
     EXPECT_THAT(lastError, HasSubstr("in.csv: Note: the last whole row ends on line 2"));
-    EXPECT_EQ(Import(std::string("Title,Text\r\nd\0d,x\r\n\0e,y\r\n", 25)), Counts(2, 2, 0));
-    EXPECT_THAT(Titles(), ElementsAre("a", "dd", "e"));
+    EXPECT_THAT(Titles(), ElementsAre("5\" nail", "a", "b", "c, b", "d"));
 }
 
 TEST_F(InterchangeTest, AFileWithoutRowsIsRefusedWithTheReason)

@@ -1,6 +1,8 @@
 // register, against a server of our own.
+#include <thread>
+
 #include "cli/jotctl_fixture.h"
-#include "tests/net/core/marlin_server.h"
+#include "tests/support/loopback.h"
 
 namespace jotlet::test {
 namespace {
@@ -16,27 +18,33 @@ protected:
 
 TEST_F(RegisterTest, SendsTheAddressAndThePasswordAndTellsWhatCameOfIt)
 {
-    MarlinServer server;
-    EXPECT_THAT(Register(server.Port()), ExitsWith(0));
     std::string wanted = std::string("\x01\0\0\0", 4) + "a@b.example";
     wanted.resize(68, '\0');
     wanted += "secret";
     wanted.resize(100, '\0');
-    EXPECT_EQ(server.Frames(), std::vector<std::string>{wanted});
-    EXPECT_THAT(Register(server.Port()), Complains(1, "already exist"));
-
-    MarlinServer silent(Conduct::CloseAtOnce);
-    EXPECT_THAT(Register(silent.Port()), Complains(1, "Unable to connect to server"));
-    MarlinServer cutShort(Conduct::Answer, std::string(2, '\0'));
-    EXPECT_THAT(Register(cutShort.Port()), Complains(1, "code 16"));
+    for (const auto& [answer, code, told] : {std::tuple(std::string("\0\0\0\0", 4), 0, ""),
+                                             {std::string("\1\0\0\0", 4), 1, "already exist"},
+                                             {std::string(), 1, "Unable to connect to server"},
+                                             {std::string(2, '\0'), 1, "code 16"}}) {
+        Loopback listener(AF_INET);
+        std::string frame;
+        std::thread server([&, sent = answer] {
+            const int connection = listener.Accept();
+            frame = Loopback::Read(connection, 100);
+            send(connection, sent.data(), sent.size(), MSG_NOSIGNAL);
+            close(connection);
+        });
+        const Outcome outcome = Register(listener.Port());
+        listener.ShutDown();
+        server.join();
+        EXPECT_EQ(outcome.code, code);
+        EXPECT_THAT(outcome.err, testing::HasSubstr(told));
+        EXPECT_EQ(frame, wanted);
+    }
     EXPECT_THAT(Register(1), Complains(1, "127.0.0.1:1"));
-}
-
-TEST_F(RegisterTest, AMissingPasswordAndBadOptionsAreUsageErrors)
-{
     EXPECT_THAT(Register(80, ""), Complains(2, "password"));
-    EXPECT_THAT(Register(0), Complains(2, "--port"));
-    EXPECT_THAT(Register(65536), Complains(2, "--port"));
+    for (const int port : {0, 65536})
+        EXPECT_THAT(Register(port), Complains(2, "--port"));
 }
 
 }  // namespace

@@ -88,32 +88,26 @@ TEST_F(FileCopyTest, APrivateFilesCopyIsPrivateAndAReplacedFileKeepsItsModeAndIs
     }
 }
 
-TEST_F(FileCopyTest, OntoItselfByAnyNameIsRefused)
+TEST_F(FileCopyTest, OntoItselfOntoAFileInUseOrIntoNowhereIsRefused)
 {
     const std::string before = test::ReadAll(source);
-    std::filesystem::create_hard_link(source, folder.File("Works/other name.jot"));
-    std::filesystem::create_symlink(source, folder.File("Works/link.jot"));
-    for (const std::string& name : {source, folder.File("Works/NOTES.JOT"), folder.File("Works/other name.jot"),
-                                    folder.File("Works/link.jot"), folder.File("Works/../Works/notes.jot")}) {
-        EXPECT_EQ(CopyTable(file, name, nullptr, &error), CopyOutcome::SameFile) << name;
-    }
-    EXPECT_EQ(test::ReadAll(source), before);
-}
-
-TEST_F(FileCopyTest, AFileInUseOrAFolderIsRefused)
-{
-    const std::string used = MakeNotes("used.jot");
-    const TableFile holder(used, "");
-    EXPECT_EQ(CopyTable(file, used, nullptr, &error), CopyOutcome::InUse);
-    EXPECT_EQ(CopyTable(file, folder.File("Works"), nullptr, &error), CopyOutcome::InUse);
-    EXPECT_EQ(CountsOf(used).live, 4);
-}
-
-TEST_F(FileCopyTest, AMissingFolderTellsWhy)
-{
-    EXPECT_EQ(CopyTable(file, folder.File("nowhere/copy.jot"), nullptr, &error), CopyOutcome::Failed);
+    const auto works = [&](const char* name) { return folder.File(std::string("Works/") + name); };
+    std::filesystem::create_hard_link(source, works("other name.jot"));
+    std::filesystem::create_symlink(source, works("link.jot"));
+    const TableFile holder(MakeNotes("used.jot"), "");
+    for (const auto& [name, outcome] : {std::pair(source, CopyOutcome::SameFile),
+                                        {works("NOTES.JOT"), CopyOutcome::SameFile},
+                                        {works("other name.jot"), CopyOutcome::SameFile},
+                                        {works("link.jot"), CopyOutcome::SameFile},
+                                        {works("../Works/notes.jot"), CopyOutcome::SameFile},
+                                        {works("used.jot"), CopyOutcome::InUse},
+                                        {works(""), CopyOutcome::InUse},
+                                        {folder.File(std::string(300, 'x')), CopyOutcome::Failed},
+                                        {folder.File("nowhere/copy.jot"), CopyOutcome::Failed}})
+        EXPECT_EQ(CopyTable(file, name, nullptr, &error), outcome) << name;
     EXPECT_EQ(error.kind, FileErrorKind::Missing);
-    EXPECT_EQ(CopyTable(file, folder.File(std::string(300, 'x') + ".jot"), nullptr, &error), CopyOutcome::Failed);
+    EXPECT_EQ(test::ReadAll(source), before);
+    EXPECT_EQ(CountsOf(holder.Path()).live, 4);
 }
 
 TEST_F(FileCopyTest, AtEveryFailingCallTheTargetIsTheOldFileOrTheWholeCopy)

@@ -1,4 +1,4 @@
-// The numbers of the main window, all in one place; the painted result is looked at in main_frame_test.cpp.
+// The numbers of the main window; the painted result is looked at in main_frame_test.cpp.
 #include "core/frame_geometry.h"
 
 #include <gmock/gmock.h>
@@ -6,21 +6,15 @@
 namespace jotlet {
 namespace {
 
-constexpr Size kWindow{420, 430};
-constexpr Size kClient{410, 402};
-
-TEST(FrameGeometryTest, TitleAndButtonsStandByTheMetricsOfTheMargin)
+TEST(FrameGeometryTest, EveryPartStandsByTheSizeOfTheWindow)
 {
+    constexpr Size kWindow{420, 430};
+    constexpr Size kClient{410, 402};
     EXPECT_EQ(FrameTitleRect(kWindow), (Rect{4, 4, 416, 22}));
     EXPECT_EQ(FrameTitleArea(kWindow), (Rect{0, 0, 420, 23}));
     EXPECT_EQ(CaptionButtonRect(kWindow, CaptionButton::Close), Rect::At(398, 5, 15, 15));
-    EXPECT_EQ(CaptionButtonRect(kWindow, CaptionButton::Maximise), Rect::At(380, 5, 15, 15));
     EXPECT_EQ(CaptionButtonRect(kWindow, CaptionButton::Minimise), Rect::At(362, 5, 15, 15));
     EXPECT_EQ(FrameCaptionHit(kWindow), (Rect{4, 4, 418, 24}));
-}
-
-TEST(FrameGeometryTest, ChildrenAndRingsStandInTheClientArea)
-{
     EXPECT_EQ(PaneBarRect(kClient), Rect::At(1, 0, 408, 25));
     EXPECT_EQ(ToolBarRect(kClient), Rect::At(5, 26, 400, 25));
     EXPECT_EQ(PaneRect(kClient), Rect::At(17, 66, 371, 307));
@@ -32,34 +26,20 @@ TEST(FrameGeometryTest, ChildrenAndRingsStandInTheClientArea)
     EXPECT_THAT(rings.shadow, testing::ElementsAre(Rect{22, 361, 393, 377}, Rect{387, 69, 393, 377}));
     EXPECT_EQ(rings.header, (Rect{17, 66, 388, 94}));
     EXPECT_EQ(FrameGripHit(kClient), (Rect{395, 387, 415, 407}));
-    EXPECT_EQ(FrameGripPicture(kClient), (Point{399, 391}));
-}
-
-TEST(FrameGeometryTest, TheShapeCutsTheTopCornersByThreePixels)
-{
     EXPECT_THAT(FrameShape(kWindow), testing::ElementsAre(Point{3, 0}, Point{0, 3}, Point{0, 430}, Point{420, 430},
                                                           Point{420, 3}, Point{417, 0}));
 }
 
 TEST(FrameGeometryTest, MaximiseTogglesBetweenTwoSizesAndStaysOnTheDesktop)
 {
-    const Rect desktop{0, 0, 1280, 800};
-    struct Case {
-        const char* what;
-        Rect now;
-        Rect then;
-    };
-    for (const Case& c : {
-             Case{"small", Rect::At(100, 100, 420, 430), Rect::At(100, 100, 560, 580)},
-             Case{"large goes back in place", Rect::At(700, 200, 560, 580), Rect::At(700, 200, 420, 430)},
-             Case{"sized by hand", Rect::At(100, 100, 500, 500), Rect::At(100, 100, 560, 580)},
-             Case{"wide alone is not large", Rect::At(0, 0, 560, 430), Rect::At(0, 0, 560, 580)},
-             Case{"moved left and up as far as needed", Rect::At(800, 300, 420, 430), Rect::At(720, 220, 560, 580)},
-             Case{"moved right and down onto it", Rect::At(-50, -60, 420, 430), Rect::At(0, 0, 560, 580)},
-             Case{"nearly large at a fractional scale", Rect::At(9, 9, 559, 581), Rect::At(9, 9, 420, 430)},
-         }) {
-        EXPECT_EQ(ToggledFrame(c.now, desktop), c.then) << c.what;
-    }
+    for (const auto& [now, then] : {std::pair(Rect::At(100, 100, 420, 430), Rect::At(100, 100, 560, 580)),
+                                    {Rect::At(700, 200, 560, 580), Rect::At(700, 200, 420, 430)},
+                                    {Rect::At(0, 0, 560, 430), Rect::At(0, 0, 560, 580)},          // wide alone
+                                    {Rect::At(800, 300, 420, 430), Rect::At(720, 220, 560, 580)},  // as far as needed
+                                    {Rect::At(-50, -60, 420, 430), Rect::At(0, 0, 560, 580)},
+                                    // nearly large, at a fractional scale
+                                    {Rect::At(9, 9, 559, 581), Rect::At(9, 9, 420, 430)}})
+        EXPECT_EQ(ToggledFrame(now, {0, 0, 1280, 800}), then);
     EXPECT_EQ(ToggledFrame(Rect::At(20, 40, 420, 430), {0, 30, 500, 500}), Rect::At(0, 30, 560, 580))
         << "a desktop that is smaller";
 }

@@ -65,44 +65,38 @@ TEST_F(StartTest, TheFirstRunMakesItsFileWithTheExamples)
     EXPECT_EQ(Setting("PaneId"), "1");
 }
 
-TEST_F(StartTest, AFileOfTheCommandLineDoesNotBecomeTheDefault)
+TEST_F(StartTest, WithoutAFileOrWithAWrongPasswordTheUserMakesAnotherOrTheProgramEnds)
 {
-    const std::string mine = MakeNotes("mine.jot");
-    const std::string other = MakeNotes("other.jot");
-    StoreDefaultFile(mine);
-    Start(other);
-    EXPECT_EQ(OpenPath(), other);
-    EXPECT_EQ(DefaultFile(), mine);
-}
-
-TEST_F(StartTest, WithoutAFileTheUserMakesOneOrTheProgramEnds)
-{
+    const std::string secret = MakeNotes("secret.jot", {"boss", "", "guest"});
+    for (const std::string& last : {folder.File("gone.jot"), secret}) {
+        StoreDefaultFile(last);
+        const auto cancel = [](WindowHandle newFile) {
+            EXPECT_EQ(WindowTitle(newFile), "Create New File");
+            TestPushItem(newFile, kIdCancel);
+        };
+        WhenModal([&](WindowHandle d) {
+            if (last != secret)
+                return cancel(d);
+            WhenModal(cancel);
+            TestType(DialogItem(d, password_dialog_ids::kPassword), "boos");
+            TestPushItem(d, kIdOk);
+        });
+        Start();
+        EXPECT_FALSE(Open());
+        End();
+    }
+    EXPECT_THAT(boxes.texts, ElementsAre(HasSubstr("The note file that was used last is not there"),
+                                         "Program can't open this file. Incorrect password."));
     StoreDefaultFile(folder.File("gone.jot"));
-    WhenModal([](WindowHandle d) { TestPushItem(d, kIdCancel); });
-    Start();
-    EXPECT_FALSE(Open());
-    End();
-
     WhenModal([](WindowHandle d) { TypeName(d, "fresh"); });
     Start();
     EXPECT_EQ(OpenPath(), folder.File("Works/fresh.jot"));
     EXPECT_EQ(DefaultFile(), folder.File("Works/fresh.jot"));
-}
-
-TEST_F(StartTest, AWrongPasswordAtTheStartIsToldAndANewFileOffered)
-{
-    StoreDefaultFile(MakeNotes("secret.jot", {"boss", "", "guest"}));
-    WhenModal([](WindowHandle password) {
-        WhenModal([](WindowHandle newFile) {
-            EXPECT_EQ(WindowTitle(newFile), "Create New File");
-            TestPushItem(newFile, kIdCancel);
-        });
-        TestType(DialogItem(password, password_dialog_ids::kPassword), "boos");
-        TestPushItem(password, kIdOk);
-    });
-    Start();
-    EXPECT_FALSE(Open());
-    EXPECT_THAT(boxes.texts, ElementsAre("Program can't open this file. Incorrect password."));
+    End();
+    const std::string other = MakeNotes("other.jot");
+    Start(other);
+    EXPECT_EQ(OpenPath(), other);
+    EXPECT_EQ(DefaultFile(), folder.File("Works/fresh.jot")) << "a file of the command line is no default";
 }
 
 TEST_F(StartTest, AFileWhoseCopyWasKilledIsRepairedAndOpened)
@@ -145,19 +139,7 @@ TEST_F(ReplaceTest, NewReplacesTheOpenFileAndCancelDoesNot)
     EXPECT_EQ(DefaultFile(), folder.File("Works/empty.txt.jot"));
 }
 
-TEST_F(ReplaceTest, OpenShowsTheOtherFileWithItsFirstNoteSelected)
-{
-    const std::string other = MakeNotes("other notes \xC3\xA9.jot");
-    chosenFiles = {other};
-    Command(kCommandOpenFile);
-    EXPECT_EQ(OpenPath(), other);
-    EXPECT_EQ(Title(), "Jotlet : other notes \xC3\xA9.jot");
-    EXPECT_EQ(DefaultFile(), other);
-    EXPECT_EQ(module->GetWorkPane().GetList().GetSelected(), 0);
-    EXPECT_EQ(FocusedWindow(), module->GetWorkPane().GetList().Grid().window);
-}
-
-TEST_F(ReplaceTest, WhatCannotBeOpenedLeavesTheOpenFileAsItIs)
+TEST_F(ReplaceTest, OpenShowsTheOtherFileAndWhatCannotBeOpenedLeavesTheOpenOne)
 {
     test::WriteAll(folder.File("letter.jot"), "Dear Sir");
     const std::string secret = MakeNotes("secret.jot", {"boss", "aide", "guest"});
@@ -168,44 +150,34 @@ TEST_F(ReplaceTest, WhatCannotBeOpenedLeavesTheOpenFileAsItIs)
     Command(kCommandOpenFile);
     EXPECT_THAT(boxes.texts, ElementsAre(HasSubstr("does not exist"), HasSubstr("This file is not a Jotlet file."),
                                          HasSubstr("Incorrect password")));
-    EXPECT_EQ(OpenPath(), first);
-    EXPECT_EQ(Title(), "Jotlet : jotlet.jot");
-    EXPECT_EQ(DefaultFile(), first);
-    EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
-}
-
-TEST_F(ReplaceTest, TheOpenFileCanBeOpenedAgain)
-{
-    chosenFiles = {first};
-    Command(kCommandOpenFile);
-    EXPECT_EQ(OpenPath(), first);
-    EXPECT_EQ(OpenCount(first), 1u);
-    EXPECT_EQ(module->GetWorkPane().GetList().GetCount(), 4);
-}
-
-TEST_F(ReplaceTest, SaveAsGoesOnWithTheOldFile)
-{
+    const std::string other = MakeNotes("other notes \xC3\xA9.jot");
+    NotesList& list = module->GetWorkPane().GetList();
+    for (const std::string& path : {first, other, other}) {
+        EXPECT_EQ(OpenPath(), path);
+        EXPECT_EQ(Title(), "Jotlet : " + path.substr(path.rfind('/') + 1));
+        EXPECT_EQ(DefaultFile(), path);
+        EXPECT_EQ(OpenCount(path), 1u);
+        EXPECT_EQ(list.GetCount(), 4);
+        chosenFiles = {other};  // the second time the open file again
+        Command(kCommandOpenFile);
+        EXPECT_EQ(list.GetSelected(), 0);
+        EXPECT_EQ(FocusedWindow(), list.Grid().window);
+    }
     chosenFiles = {folder.File("copy.jot")};
     Command(kCommandSaveAs);
-    EXPECT_EQ(OpenPath(), first);
-    EXPECT_EQ(Title(), "Jotlet : jotlet.jot");
-    EXPECT_EQ(DefaultFile(), first);
+    EXPECT_EQ(OpenPath(), other) << "Save As goes on with the old file";
     EXPECT_EQ(LiveNotes(folder.File("copy.jot")), 4);
-}
-
-TEST_F(ReplaceTest, NewPasswordsKeepThisCopyOwner)
-{
     WhenModal([](WindowHandle d) {
         TestType(DialogItem(d, network_passwords_ids::kOwner), "boss");
         WhenModal([](WindowHandle verify) {
-            TestType(DialogItem(verify, network_passwords_ids::kOwner), "boss");
+            TestType(DialogItem(verify, verify_passwords_ids::kOwner), "boss");
             TestPushItem(verify, kIdOk);
         });
         TestPushItem(d, kIdOk);
     });
     Command(kCommandPasswords);
-    EXPECT_EQ(module->GetNoteFile()->GetRole(), Role::Owner);
-    EXPECT_EQ(TableFile(first, "").GetRole(), Role::Assistant);
+    EXPECT_EQ(module->GetNoteFile()->GetRole(), Role::Owner) << "this copy stays owner";
+    EXPECT_EQ(TableFile(other, "").GetRole(), Role::Assistant);
 }
 
 TEST_F(ReplaceTest, WhateverCallFailsNewGivesAWholeFileOrLeavesTheOpenOne)
@@ -413,7 +385,7 @@ TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
     EXPECT_TRUE(waits(0));
 }
 
-TEST_F(ReplaceTest, HelpOpensItsPageAndSaysWhenThereIsNone)
+TEST_F(ReplaceTest, HelpOpensItsPageAndExitRemembersThePlace)
 {
     Command(kCommandHelpContents);
     EXPECT_THAT(boxes.texts, ElementsAre("Help file '" + folder.File("Help/notes.htm") + "'\r\ndoes not exist."));
@@ -421,10 +393,7 @@ TEST_F(ReplaceTest, HelpOpensItsPageAndSaysWhenThereIsNone)
     test::WriteAll(folder.File("Help/notes.htm"), "<html></html>");
     Command(kCommandHelpContents);
     EXPECT_THAT(shell, testing::Contains("open " + folder.File("Help/notes.htm")));
-}
-
-TEST_F(ReplaceTest, ExitClosesTheWindowAndRemembersItsPlace)
-{
+    EXPECT_TRUE(std::filesystem::exists(folder.File("data/applications/jotlet.desktop"))) << "known to the desktop";
     const Rect place = WindowRect(module->window);
     Command(kCommandExit);
     EXPECT_FALSE(Open());

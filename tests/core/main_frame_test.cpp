@@ -64,39 +64,31 @@ TEST_F(MainFrameTest, HoverShowsWithinATenthOfASecondOrSo)
         ServeUntil([this] { return module->GetButtonLook(CaptionButton::Close) == ButtonLook::Normal; }, 1000ms));
 }
 
-TEST_F(MainFrameTest, APressedButtonActsWhenTheMouseIsStillOnIt)
+TEST_F(MainFrameTest, APressedButtonActsWhenTheMouseIsStillOnItAndADoubleClickOnTheTitleToggles)
 {
-    ButtonLook look{};
-    Hold(CaptionButton::Maximise, [&] {
-        look = module->GetButtonLook(CaptionButton::Maximise);
-        TestRelease(module->window, On(CaptionButton::Maximise));
-    });
-    EXPECT_EQ(look, ButtonLook::Pressed);
-    EXPECT_EQ(module->GetButtonLook(CaptionButton::Maximise), ButtonLook::Normal);
-    EXPECT_EQ(Place(), Rect::At(60, 40, 560, 580));
-    Hold(CaptionButton::Maximise, [&] { TestRelease(module->window, On(CaptionButton::Maximise)); });
-    EXPECT_EQ(Place(), Rect::At(60, 40, 420, 430));
-}
-
-TEST_F(MainFrameTest, ReleasedElsewhereAButtonDoesNothing)
-{
-    Hold(CaptionButton::Close, [&] {
-        TestMove(module->window, {100, 200}, true);
-        TestRelease(module->window, {100, 200});
-    });
-    EXPECT_TRUE(Open());
-    EXPECT_EQ(module->GetButtonLook(CaptionButton::Close), ButtonLook::Normal);
-    EXPECT_EQ(CapturedWindow(), 0u);
-    Hold(CaptionButton::Close, [&] { TestRelease(module->window, On(CaptionButton::Close)); });
-    EXPECT_FALSE(Open());
-}
-
-TEST_F(MainFrameTest, ADoubleClickOnTheTitleTogglesTheSize)
-{
+    for (const Rect& place : {Rect::At(60, 40, 560, 580), Rect::At(60, 40, 420, 430)}) {
+        ButtonLook look{};
+        Hold(CaptionButton::Maximise, [&] {
+            look = module->GetButtonLook(CaptionButton::Maximise);
+            TestRelease(module->window, On(CaptionButton::Maximise));
+        });
+        EXPECT_EQ(look, ButtonLook::Pressed);
+        EXPECT_EQ(Place(), place);
+    }
     TestDoubleClick(module->window, InWindow({150, 14}));
     TestRelease(module->window, InWindow({150, 14}));
     ServeEvents();
     EXPECT_EQ(Place(), Rect::At(60, 40, 560, 580));
+    Hold(CaptionButton::Close, [&] {
+        TestMove(module->window, {100, 200}, true);
+        TestRelease(module->window, {100, 200});
+    });
+    EXPECT_TRUE(Open()) << "released elsewhere";
+    EXPECT_EQ(module->GetButtonLook(CaptionButton::Close), ButtonLook::Normal);
+    EXPECT_EQ(CapturedWindow(), 0u);
+    Hold(CaptionButton::Close, [&] { TestRelease(module->window, On(CaptionButton::Close)); });
+    EXPECT_FALSE(Open());
+    EXPECT_EQ(MainWindow(), 0u);
 }
 
 TEST_F(MainFrameTest, OnlyTheGripSizesTheWindowAndOnlyWithinTheLimits)
@@ -117,26 +109,21 @@ TEST_F(MainFrameTest, OnlyTheGripSizesTheWindowAndOnlyWithinTheLimits)
     TestRelease(module->window, InWindow({2000, 2000}));
 }
 
-TEST_F(MainFrameTest, TheSystemMenuIsSwallowed)
-{
-    EXPECT_EQ(module->Send(kWmSysCommand, kSysKeyMenu, 0), 0);
-    EXPECT_EQ(module->Send(kWmSysCommand, kSysMouseMenu, 0), 0);
-}
-
 TEST_F(MainFrameTest, RingsAboutThePaneHaveItsColours)
 {
     module->Update();
-    const auto client = [this](int x, int y) { return PixelAt(module->window, {x, y}); };
-    EXPECT_EQ(client(5, 200), 45040u);
-    EXPECT_EQ(client(9, 200), 45040u);
-    EXPECT_EQ(client(10, 200), 32497u);
-    EXPECT_EQ(client(16, 200), 32497u);
-    EXPECT_EQ(client(390, 200), 566775u) << "the shadow right of the pane";
-    EXPECT_EQ(client(399, 200), 32497u);
-    EXPECT_EQ(client(404, 200), 45040u);
-    EXPECT_EQ(client(200, 374), 566775u);
-    EXPECT_EQ(client(405, 200), kUnsetColour) << "no skin: the unset colour";
-    EXPECT_EQ(InWindowPixel(2, 200), kUnsetColour);
+    EXPECT_EQ(module->Send(kWmSysCommand, kSysKeyMenu, 0) + module->Send(kWmSysCommand, kSysMouseMenu, 0), 0);
+    for (const auto& [at, colour] : {std::pair(Point{5, 200}, Colour{45040}),
+                                     {{9, 200}, 45040},
+                                     {{10, 200}, 32497},
+                                     {{16, 200}, 32497},
+                                     {{390, 200}, 566775},  // the shadow
+                                     {{399, 200}, 32497},
+                                     {{404, 200}, 45040},
+                                     {{200, 374}, 566775},
+                                     {{405, 200}, kUnsetColour},
+                                     {InWindow({2, 200}), kUnsetColour}})
+        EXPECT_EQ(PixelAt(module->window, at), colour) << at;
 }
 
 TEST_F(MainFrameTest, KeysBecomeCommandsOnlyWhereTheyFit)
@@ -154,12 +141,18 @@ TEST_F(MainFrameTest, KeysBecomeCommandsOnlyWhereTheyFit)
 
 TEST_F(MainFrameTest, SwitchingShowsOnePaneAndFocusesIt)
 {
-    module->SwitchPane(0, Animate::No);
+    for (const int index : {0, 7}) {
+        module->SwitchPane(index, Animate::No);
+        EXPECT_EQ(GetCurrentPaneIndex(), 0) << "an index outside stands for the first";
+    }
     EXPECT_TRUE(IsVisible(module->GetIntroPane().window));
     EXPECT_FALSE(IsVisible(module->GetWorkPane().window));
-    EXPECT_EQ(WindowRect(module->GetIntroPane().window).Width(), 371);
-    module->SwitchPane(7, Animate::No);
-    EXPECT_EQ(GetCurrentPaneIndex(), 0) << "an index outside stands for the first";
+    const WindowHandle link = FocusedWindow();
+    EXPECT_EQ(ParentOf(link), module->GetIntroPane().window);
+    TestKey(link, kKeyTab);
+    EXPECT_EQ(FocusedWindow(), module->GetToolBar().window);
+    TestKey(FocusedWindow(), kKeyTab, {.shift = true});
+    EXPECT_EQ(FocusedWindow(), link);
     module->SwitchPane(1, Animate::No);
     EXPECT_EQ(FocusedWindow(), module->GetWorkPane().GetList().Grid().window);
 }
@@ -197,17 +190,6 @@ TEST_F(MainFrameTest, TabGoesFromThePaneThroughTheBarsAndBack)
     EXPECT_EQ(FocusedWindow(), visited.back());
 }
 
-TEST_F(MainFrameTest, TabReachesTheLinkOfTheIntroPane)
-{
-    module->SwitchPane(0, Animate::No);
-    const WindowHandle link = FocusedWindow();
-    ASSERT_EQ(ParentOf(link), module->GetIntroPane().window);
-    TestKey(link, kKeyTab);
-    EXPECT_EQ(FocusedWindow(), module->GetToolBar().window);
-    TestKey(FocusedWindow(), kKeyTab, {.shift = true});
-    EXPECT_EQ(FocusedWindow(), link);
-}
-
 std::vector<std::string> lastMenu;
 std::optional<std::size_t> KeepMenu(const std::vector<MenuEntry>& entries)
 {
@@ -237,33 +219,21 @@ TEST_F(MainFrameTest, WebCommandsOpenTheirPages)
     EXPECT_THAT(shell, ElementsAre(testing::HasSubstr("pinwell.example"), testing::HasSubstr("pinwell.example")));
 }
 
-class SkinMenuTest : public MainFrameTest {
-protected:
-    void MakeSkins()
+TEST_F(MainFrameTest, TheRightButtonListsTheSkinsAndTheChosenOneChangesTheLook)
+{
+    const auto pressRight = [this] { TestPress(module->window, {2, 390}, true); };
+    lastMenu = {"untouched"};
     {
+        const ScopedMenuAnswer keep(KeepMenu);
+        pressRight();
+        EXPECT_THAT(lastMenu, ElementsAre("untouched")) << "without skins there is no menu";
         std::filesystem::create_directory(folder.File("Styles"));
         test::WriteAll(folder.File("Styles/1_Metallic.ini"),
                        "[Preference]\nname=Metallic\ncolorFrame=1,2,3\ncolorBack=4,5,6\ncolorTextTitle=9,9,9\n");
         test::WriteAll(folder.File("Styles/2_Dark.ini"),
-                       "[Preference]\nname=R & D\ncolorFrame=255,0,128\ncolorBack=300,0,0\nbmpTitle=missing.bmp\n");
-    }
-    void PressRight() { TestPress(module->window, {2, 390}, true); }
-};
-
-TEST_F(SkinMenuTest, WithoutSkinsThereIsNoMenu)
-{
-    lastMenu = {"untouched"};
-    const ScopedMenuAnswer keep(KeepMenu);
-    PressRight();
-    EXPECT_THAT(lastMenu, ElementsAre("untouched"));
-}
-
-TEST_F(SkinMenuTest, TheRightButtonListsTheSkinsAndTheChosenOneChangesTheLook)
-{
-    MakeSkins();
-    {
-        const ScopedMenuAnswer keep(KeepMenu);
-        PressRight();
+                       "[Preference]\nname=R & "
+                       "D\ncolorFrame=255,0,128\ncolorBack=300,0,0\ncolorFrameDown=7,8,9\nbmpTitle=missing.bmp\n");
+        pressRight();
         EXPECT_THAT(lastMenu, ElementsAre("*-Metallic", "R && D"));
         TestPress(module->GetPaneBar().window, {300, 10}, true);
         EXPECT_THAT(lastMenu, ElementsAre("*-Metallic", "R && D"));
@@ -271,12 +241,14 @@ TEST_F(SkinMenuTest, TheRightButtonListsTheSkinsAndTheChosenOneChangesTheLook)
     const ScopedMenuAnswer second([](const auto&) -> std::optional<std::size_t> { return 1; });
     const auto receiver = BroadcastReceiver::Open(
         [this](const BroadcastMessage& m) { module->Send(kUniqueMessage, static_cast<MessageParam>(m.code), 0); });
-    PressRight();
+    pressRight();
     ServeEvents();
     EXPECT_EQ(SuiteSetting("CurrSkin"), "2_Dark.ini");
     ASSERT_EQ(receiver->Dispatch(), 1);
     module->Update();
     EXPECT_EQ(InWindowPixel(2, 200), 0x8000FFu);
+    EXPECT_EQ(InWindowPixel(200, kFrameSmall.height - 1), 0x090807u) << "the outline at the bottom";
+    EXPECT_EQ(InWindowPixel(kFrameSmall.width - 1, 200), 0x090807u);
     EXPECT_EQ(PixelAt(module->window, {408, 200}), 0x00002Cu) << "the low 8 bits count";
     EXPECT_EQ(LoadSkin().colorTextTitle, 0u) << "kept from before, where the skin gives none";
 }
@@ -294,13 +266,6 @@ TEST_F(MainFrameTest, ChangedSettingsOfAnotherCopyAreTakenOver)
     Minimise(module->window);
     module->Send(kUniqueMessage, kBroadcastComeUp, 0);
     EXPECT_TRUE(ServeUntil([this] { return IsForeground(module->window); }, Milliseconds(1000)));
-}
-
-TEST_F(MainFrameTest, TheMainWindowIsKnownWhileItLives)
-{
-    EXPECT_EQ(MainWindow(), module->window);
-    End();
-    EXPECT_EQ(MainWindow(), 0u);
 }
 
 std::size_t OpenHandles()
@@ -338,23 +303,6 @@ TEST_F(MainFrameTest, PaneSwitchesAndRepaintsCostNoHandlesAndNoMemory)
 #ifndef __SANITIZE_ADDRESS__  // which keeps what was freed
     EXPECT_LT(OwnMemory() - memory, 1.0);
 #endif
-}
-
-TEST(SharedResourcesTest, OnlyTheExactZeroTurnsAFlagOff)
-{
-    test::TempFolder folder;
-    test::UsePortableProgram(folder.Path());
-    const auto with = [](const char* value) {
-        GetSuiteIniPath().IniWriteText("Preference", "Splash", value);
-        LoadSharedResources();
-        return IsSplashEnabled();
-    };
-    LoadSharedResources();
-    EXPECT_EQ(IsSplashEnabled(), 1) << "missing";
-    EXPECT_EQ(with("0"), 0);
-    for (const char* on : {"1", "no", "00", "2"})
-        EXPECT_EQ(with(on), 1) << on;
-    SetProgramPath("");
 }
 
 }  // namespace

@@ -14,30 +14,29 @@ protected:
     StartFile Find(const std::string& commandLine = "") { return FindStartFile(commandLine, "jot"); }
 };
 
-TEST_F(StartFileTest, TheFirstRunMakesAFileNamedAfterTheProgramInSmallLetters)
+TEST_F(StartFileTest, TheCommandLineTheLastFileOrOneNamedAfterTheProgramIsTaken)
 {
     test::UsePortableProgram(folder.Path(), "JotLet.bin");
-    const StartFile start = Find();
-    EXPECT_EQ(start.source, StartSource::FirstRun);
-    EXPECT_EQ(start.path, folder.File("Works/jotlet.jot"));
-    EXPECT_TRUE(std::filesystem::is_directory(folder.File("Works")));
-}
-
-TEST_F(StartFileTest, ADefaultFileThatIsThereWithoutASettingIsLeftToTheUser)
-{
+    EXPECT_EQ(Find().source, StartSource::FirstRun);
+    EXPECT_EQ(Find().path, folder.File("Works/jotlet.jot"));
     MakeNotes("jotlet.jot");
+    EXPECT_EQ(Find().source, StartSource::AskUser) << "it is there without a setting";
+    const std::string mine = MakeNotes("mine.jot");
+    const std::string odd = MakeNotes("50% \"of\" my n\xC3\xB6tes.jot");
+    StoreDefaultFile(mine);
+    EXPECT_EQ(Find(odd).source, StartSource::CommandLine);
+    EXPECT_EQ(Find(odd).path, odd);
+    for (const std::string& none :
+         {std::string(), "\"" + mine + "\"", folder.File("missing.jot"), std::string(300, 'x')}) {
+        EXPECT_EQ(Find(none).source, StartSource::Default) << none;
+        EXPECT_EQ(Find(none).path, mine) << none;
+    }
+    std::filesystem::remove_all(folder.File("Works"));
     EXPECT_EQ(Find().source, StartSource::AskUser);
-}
-
-TEST_F(StartFileTest, LaterRunsOpenTheLastFileIfItIsStillThere)
-{
-    const std::string path = MakeNotes("mine.jot");
-    StoreDefaultFile(path);
-    EXPECT_EQ(Find().source, StartSource::Default);
-    EXPECT_EQ(Find().path, path);
-    std::filesystem::remove(path);
-    EXPECT_EQ(Find().source, StartSource::AskUser);
-    EXPECT_EQ(Find().path, path) << "for the message";
+    EXPECT_EQ(Find().path, mine) << "for the message";
+    test::WriteAll(folder.File("Works"), "in the way");
+    std::filesystem::remove(GetModuleIniPath().Path());
+    EXPECT_EQ(Find().source, StartSource::AskUser) << "no folder can be made";
 }
 
 // Once everything lay beside the program; a build cleaned it away.
@@ -63,42 +62,23 @@ TEST_F(StartFileTest, WhatLiesBesideTheProgramIsTakenOverOnceByCopying)
     EXPECT_TRUE(std::filesystem::exists(old));
 }
 
-TEST_F(StartFileTest, ACommandLineCountsWhenItNamesAnExistingFileAsItStands)
+TEST_F(StartFileTest, ExamplesAndPaneAreWhatTheSettingsSay)
 {
-    const std::string mine = MakeNotes("mine.jot");
-    const std::string odd = MakeNotes("50% \"of\" my n\xC3\xB6tes.jot");
-    StoreDefaultFile(mine);
-    EXPECT_EQ(Find(odd).source, StartSource::CommandLine);
-    EXPECT_EQ(Find(odd).path, odd);
-    EXPECT_EQ(Find("\"" + mine + "\"").source, StartSource::Default) << "quotes belong to the name";
-    EXPECT_EQ(Find(folder.File("missing.jot")).path, mine);
-    EXPECT_EQ(Find(std::string(300, 'x')).path, mine);
-}
-
-TEST_F(StartFileTest, WithoutAWorksFolderTheUserIsAsked)
-{
-    test::WriteAll(folder.File("Works"), "in the way");
-    EXPECT_EQ(Find().source, StartSource::AskUser);
-}
-
-TEST_F(StartFileTest, TheExamplesBoxIsSetUnlessTheSettingSaysOtherwise)
-{
+    const auto set = [](const char* key, const char* value) {
+        GetModuleIniPath().IniWriteText("Preference", key, value);
+    };
     EXPECT_TRUE(WantsExamples());
+    EXPECT_EQ(StoredPaneIndex(), 1);
     StoreWantsExamples(false);
-    EXPECT_FALSE(WantsExamples());
-    GetModuleIniPath().IniWriteText("Preference", "RecordExample", "yes");
-    EXPECT_FALSE(WantsExamples());
-    GetModuleIniPath().IniWriteText("Preference", "RecordExample", "");
-    EXPECT_TRUE(WantsExamples()) << "an empty value counts as missing";
-}
-
-TEST_F(StartFileTest, ThePaneIsTheSecondUnlessStored)
-{
-    EXPECT_EQ(StoredPaneIndex(), 1);
-    GetModuleIniPath().IniWriteText("Preference", "PaneId", "");
-    EXPECT_EQ(StoredPaneIndex(), 1);
     StorePaneIndex(0);
+    EXPECT_FALSE(WantsExamples());
     EXPECT_EQ(StoredPaneIndex(), 0);
+    set("RecordExample", "yes");
+    EXPECT_FALSE(WantsExamples());
+    for (const char* key : {"RecordExample", "PaneId"})
+        set(key, "");
+    EXPECT_TRUE(WantsExamples()) << "an empty value counts as missing";
+    EXPECT_EQ(StoredPaneIndex(), 1);
 }
 
 class PlacementTest : public CoreTest {
@@ -106,35 +86,27 @@ protected:
     static Rect desktop(Point) { return {0, 30, 1280, 800}; }
 };
 
-TEST_F(PlacementTest, ThePlaceIsRememberedAndKeptWithinTheSizes)
+TEST_F(PlacementTest, ThePlaceIsRememberedWithinTheSizesAndDroppedOffTheDesktop)
 {
     EXPECT_EQ(SavedPlacement(desktop), std::nullopt);
-    StorePlacement({100, 50, 600, 550});
-    EXPECT_EQ(SavedPlacement(desktop), (Rect{100, 50, 600, 550}));
-    StorePlacement({-500, -500, -400, 9000});
-    EXPECT_EQ(SavedPlacement(desktop), Rect::At(0, 30, kFrameSmall.width, kFrameLarge.height))
-        << "off to the left or above, and of a wrong size";
-}
-
-TEST_F(PlacementTest, APlaceOffTheDesktopOrWithAMissingKeyIsDropped)
-{
-    StorePlacement({1280, 50, 1700, 480});
-    EXPECT_EQ(SavedPlacement(desktop), std::nullopt);
-    StorePlacement({100, 800, 520, 1230});
-    EXPECT_EQ(SavedPlacement(desktop), std::nullopt);
-    StorePlacement({1279, 799, 1700, 1230});
-    EXPECT_NE(SavedPlacement(desktop), std::nullopt);
+    for (const auto& [stored, place] :
+         {std::pair(Rect{100, 50, 600, 550}, std::optional(Rect{100, 50, 600, 550})),
+          // off to the left or above, and of a wrong size
+          {Rect{-500, -500, -400, 9000}, Rect::At(0, 30, kFrameSmall.width, kFrameLarge.height)},
+          {Rect{1280, 50, 1700, 480}, std::nullopt},
+          {Rect{100, 800, 520, 1230}, std::nullopt},
+          {Rect{1279, 799, 1700, 1230}, Rect{1279, 799, 1700, 1230}}}) {
+        StorePlacement(stored);
+        EXPECT_EQ(SavedPlacement(desktop), place);
+    }
+    const auto setAll = [](const char* value) {
+        for (const char* key : {"WPLeft", "WPTop", "WPRight", "WPBottom"})
+            GetModuleIniPath().IniWriteText("Preference", key, value);
+    };
+    setAll("-99999999999999999999");
+    EXPECT_EQ(SavedPlacement(desktop).value_or(Rect{}).Width(), kFrameSmall.width);
     GetModuleIniPath().IniWriteText("Preference", "WPBottom", "");
     EXPECT_EQ(SavedPlacement(desktop), std::nullopt);
-}
-
-TEST_F(PlacementTest, HugeNumbersInTheSettingsDoNoHarm)
-{
-    for (const char* key : {"WPLeft", "WPTop", "WPRight", "WPBottom"})
-        GetModuleIniPath().IniWriteText("Preference", key, "-99999999999999999999");
-    const auto place = SavedPlacement(desktop);
-    ASSERT_NE(place, std::nullopt);
-    EXPECT_EQ(place->Width(), kFrameSmall.width);
 }
 
 TEST_F(PlacementTest, ASecondRunningCopyDoesNotTakeTheSavedPlace)
