@@ -74,8 +74,10 @@ TEST_F(ContactBook, NewEditAndDeleteKeepTheListInOrderAndTheChangedOneSelected)
         const WindowHandle grid = list.Grid().window;
         for (const char* name : {"Rose", "ann", "Bob"}) {
             AnswerRecord(name, "x@x");
+            FocusItem(dialog, kNewButton);
             TestPushItem(dialog, kNewButton);
             ServeEvents();
+            EXPECT_EQ(FocusedWindow(), grid);
             EXPECT_EQ(list.ItemName(list.GetSelected()), name + std::string(", x@x"));
         }
         AnswerRecord("never", "never@x", kIdCancel);

@@ -118,6 +118,7 @@ TEST_F(EventLife, OnlyAGroupEventIsNotifiedAndOnlyByAKnownMode)
     for (const Case& c : {Case{kEventNone, kNotifyWithdrawal, 0}, Case{5, 0, 1}, Case{5, 2, 1}, Case{5, 4, 1},
                           Case{kEventWithdrawn, kNotifyChange, 1}}) {
         NoteRecord note = Note(c.state);
+        EXPECT_EQ(IsGroupEvent(note), c.result);
         EXPECT_EQ(NotifyEvent(notePath, note, c.mode), c.result);
         EXPECT_EQ(note.eventState, c.state);
         EXPECT_EQ(note.eventStatus, kStatusNotAnnounced);
