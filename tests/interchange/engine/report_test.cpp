@@ -104,30 +104,6 @@ TEST_F(ReportTest, TheTextIsThatOfANaiveModel)
     SetCalendarLastYear(kCalendarDefaultLastYear);
 }
 
-TEST_F(ReportTest, WhatIsExportedComesBackFromAnImportButForItsDate)
-{
-    std::mt19937 random(7);
-    const std::vector<std::string> words = {"milk",        "a,b",     "two\r\nlines",    "\tindented",
-                                            "M\xC3\xBCll", " ",       "lone\nline feed", "lone\rreturn",
-                                            "caf\xE9",     "'quoted'"};
-    std::vector<NoteText> notes;
-    std::vector<NoteRecord> records;
-    for (int i = 0; i < 3000; ++i) {
-        std::string text;
-        for (std::size_t count = random() % 60; count > 0; --count)
-            text += words[random() % words.size()];
-        notes.push_back({"note " + std::to_string(i), text, kPalette[random() % 5].colour, words[random() % 2]});
-        records.push_back(Record(notes.back()));
-        notes.back().date = {14, 3, 2007};  // the day of the import
-    }
-    AddMany(records);
-    const std::string csv = Export();
-    Create(folder.File("second.jot"));
-    EXPECT_EQ(Import(csv).added, notes.size());
-    EXPECT_TRUE(Notes() == notes);
-    EXPECT_EQ(Import(csv).added, 0u);
-}
-
 TEST_F(ReportTest, TheCurrentNoteIsTakenWhateverItsDateAndTheTextAndSecretsAreTheOwners)
 {
     NoteRecord old = Record({"old", "", kYellow, "", {1, 1, 1990}});
