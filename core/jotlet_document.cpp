@@ -102,8 +102,9 @@ void JotletModule::OnFileLost()
                                     "\"\r\nIts notes are still shown, but nothing can be changed until it is back.");
         return;
     }
-    ShowTextMessage(window, "The note file was replaced by another program:\r\n\"" + path +
-                                "\"\r\nIt is opened anew. What was done in the old file since is not in it.");
+    if (!noteFile->IsMountedAnew())
+        ShowTextMessage(window, "The note file was replaced by another program:\r\n\"" + path +
+                                    "\"\r\nIt is opened anew. What was done in the old file since is not in it.");
     const auto password = PasswordFor(path);
     if (password && OpenOrCreateNoteFile(path, *password, WithExamples::No))
         lostTo.reset();

@@ -13,6 +13,7 @@
 #include "net/internet_events_command.h"
 #include "net/server_setup.h"
 #include "notes/check_alarms.h"
+#include "notes/tell_outcome.h"
 #include "resources/command_ids.h"
 #include "resources/dialog_ids.h"
 #include "skin/window_helpers.h"
@@ -50,9 +51,11 @@ constexpr PaneColours WorkColours()
 // One command: what the module does itself, or where it goes.
 struct JotletModule::Row {
     enum Way { Own, ToWork, ToWorkWhileShown, Nothing };
+    enum Needs { NoFile, NoteFile };
     int command;
     Way way;
     Handler handler = nullptr;
+    Needs needs = NoFile;
 };
 
 const JotletModule::Row* JotletModule::FindRow(int command)
@@ -66,7 +69,7 @@ const JotletModule::Row* JotletModule::FindRow(int command)
         {kCommandNewFile, Row::Own, &M::NewFile},
         {kCommandOpenFile, Row::Own, &M::OpenFile},
         {kCommandOptions, Row::Own, &M::Options},
-        {kCommandPasswords, Row::Own, &M::Passwords},
+        {kCommandPasswords, Row::Own, &M::Passwords, Row::NoteFile},
         {kCommandCompact, Row::Own, &M::Compact},
         {kCommandExit, Row::Own, &M::Exit},
         {kCommandContacts, Row::Own, &M::Contacts},
@@ -79,13 +82,13 @@ const JotletModule::Row* JotletModule::FindRow(int command)
         {kCommandCopy, Row::ToWorkWhileShown},
         {kCommandPaste, Row::ToWorkWhileShown},
         {kCommandInternetEvents, Row::ToWorkWhileShown},
-        {kCommandServerSetup, Row::Own, &M::ServerSetup},
-        {kCommandSaveAs, Row::Own, &M::SaveAs},
+        {kCommandServerSetup, Row::Own, &M::ServerSetup, Row::NoteFile},
+        {kCommandSaveAs, Row::Own, &M::SaveAs, Row::NoteFile},
         {kCommandOpenAttachment, Row::ToWorkWhileShown},
-        {kCommandPrintReport, Row::Own, &M::PrintReport},
-        {kCommandImport, Row::Own, &M::Import},
-        {kCommandExport, Row::Own, &M::Export},
-        {kCommandWhoHasFile, Row::Own, &M::WhoHasFile},
+        {kCommandPrintReport, Row::Own, &M::PrintReport, Row::NoteFile},
+        {kCommandImport, Row::Own, &M::Import, Row::NoteFile},
+        {kCommandExport, Row::Own, &M::Export, Row::NoteFile},
+        {kCommandWhoHasFile, Row::Own, &M::WhoHasFile, Row::NoteFile},
     };
     const auto* row = std::ranges::find(kRows, command, &Row::command);
     return row == std::end(kRows) ? nullptr : row;
@@ -150,7 +153,8 @@ MessageParam JotletModule::OnCommand(WndMessage& record)
         case Row::Nothing:
             return 0;
         case Row::Own:
-            (this->*row->handler)();
+            if (row->needs != Row::NoteFile || !RefuseSilentDrive(window, noteFile.get()))
+                (this->*row->handler)();
             return 0;
         case Row::ToWorkWhileShown:
             if (GetCurrentPaneIndex() != kWorkPane)

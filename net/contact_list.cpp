@@ -39,8 +39,8 @@ void ContactList::ShowChange(std::uint64_t uniqueId)
     SelectRecord(uniqueId);
 }
 
-void ContactList::DrawRecordItem(TableFile& book, RecordQuery& contacts, DeviceContext& dc, Colour background,
-                                 int index, int state, const Rect& cell)
+void ContactList::DrawRecordItem(TableFile&, RecordQuery&, DeviceContext& dc, Colour background, int index, int state,
+                                 const Rect& cell)
 {
     if (state == kListEmpty)
         return;
@@ -48,7 +48,7 @@ void ContactList::DrawRecordItem(TableFile& book, RecordQuery& contacts, DeviceC
         DrawSelectionFrame(dc, cell, background);
     const Rect inside = cell.Inset(5, 1);
     EBookRecord contact;
-    if (book.ReadListedRecord(BytesOf(contact), contacts.Results()[static_cast<std::size_t>(index)]) != 1) {
+    if (!ReadItem(index, BytesOf(contact))) {
         dc.DrawText(inside, "locked...", SmallFont(400), kBlack, kTextSingleLine | kTextVCentre);
         return;
     }
@@ -60,8 +60,7 @@ void ContactList::DrawRecordItem(TableFile& book, RecordQuery& contacts, DeviceC
 std::string ContactList::ItemName(int index)
 {
     EBookRecord contact;
-    if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadListedRecord(BytesOf(contact), query->Results()[static_cast<std::size_t>(index)]) != 1)
+    if (!ReadItem(index, BytesOf(contact)))
         return "locked...";
     return DecodeForDisplay(FieldText(contact.bookName)) + ", " + DecodeForDisplay(FieldText(contact.bookEmail));
 }

@@ -34,6 +34,8 @@ Colour ScrollColour()
     return Darken(SystemColour(kSysColourButtonFace), 25);
 }
 
+constexpr std::string_view kGone = "Record is deleted by other user.";
+
 }  // namespace
 
 OccurrencesList::OccurrencesList()
@@ -42,8 +44,8 @@ OccurrencesList::OccurrencesList()
 {
 }
 
-void OccurrencesList::DrawRecordItem(TableFile& noteFile, RecordQuery& hits, DeviceContext& dc, Colour background,
-                                     int index, int state, const Rect& cell)
+void OccurrencesList::DrawRecordItem(TableFile&, RecordQuery&, DeviceContext& dc, Colour background, int index,
+                                     int state, const Rect& cell)
 {
     if (state == kListEmpty) {
         dc.DrawText(cell, "No matching date has been found!", SmallFont(400), kBlack, kTextSingleLine | kTextNoPrefix);
@@ -51,15 +53,17 @@ void OccurrencesList::DrawRecordItem(TableFile& noteFile, RecordQuery& hits, Dev
     }
     if (state == kItemSelected)
         DrawSelectionFrame(dc, cell, background);
+    NoteRecord note;
+    const bool isThere = ReadItem(index, BytesOf(note));
+    const std::string gone = GoneText(kGone);
     const NoteCellLook look{.font = &SmallFont(400),
                             .titleEllipsis = false,
                             .titleHeight = 12,
                             .attachmentIcon = false,
                             .categoryColour = kCategoryColour,
-                            .goneText = "Record is deleted by other user.",
+                            .goneText = gone,
                             .found = term};
-    NoteRecord note;
-    if (noteFile.ReadListedRecord(BytesOf(note), hits.Results()[static_cast<std::size_t>(index)]) == 1)
+    if (isThere)
         DrawNoteCell(dc, note, background, cell, look);
     else
         DrawGoneCell(dc, cell, look);
@@ -68,17 +72,15 @@ void OccurrencesList::DrawRecordItem(TableFile& noteFile, RecordQuery& hits, Dev
 std::string OccurrencesList::ItemName(int index)
 {
     NoteRecord note;
-    if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
-        return "Record is deleted by other user.";
+    if (!ReadItem(index, BytesOf(note)))
+        return GoneText(kGone);
     return DecodeForDisplay(FieldText(note.title));
 }
 
 std::string OccurrencesList::ItemDetail(int index)
 {
     NoteRecord note;
-    if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+    if (!ReadItem(index, BytesOf(note)))
         return {};
     return DescribeNote(note);
 }
@@ -150,6 +152,8 @@ MessageParam FindDialog::OnCommand(WndMessage& record)
 
 void FindDialog::Search()
 {
+    if (RefuseSilentDrive(window, file))
+        return;
     const std::string term(CutText(GetItemText(kTermEdit), kTermLimit - 1));
     if (!query)
         query = std::make_unique<RecordQuery>();
@@ -204,6 +208,8 @@ MessageParam FindDialog::OnListNotification(int code, int index, MessageParam lP
 
 void FindDialog::OpenHit()
 {
+    if (RefuseSilentDrive(window, file))
+        return;
     HeldNote held;
     const NoteResult taken = TakeForEdit(held, file, list->GetChosen());
     if (TellOutcome(window, file, taken)) {
@@ -219,7 +225,7 @@ void FindDialog::OpenHit()
 
 void FindDialog::GoTo()
 {
-    if (!query || selected < 0 || selected >= query->resultCount)
+    if (RefuseSilentDrive(window, file) || !query || selected < 0 || selected >= query->resultCount)
         return;
     // A note deleted meanwhile is delivered all the same; the board then has nothing to select.
     file->ReadRecord(BytesOf(found), query->Results()[static_cast<std::size_t>(selected)]);

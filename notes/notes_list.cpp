@@ -9,17 +9,24 @@
 #include "store/table_file.h"
 
 namespace jotlet {
+namespace {
 
-void NotesList::DrawRecordItem(TableFile& noteFile, RecordQuery& notes, DeviceContext& dc, Colour background, int index,
-                               int state, const Rect& cell)
+constexpr std::string_view kGone = "Record is deleted by another user.";
+
+}  // namespace
+
+void NotesList::DrawRecordItem(TableFile&, RecordQuery&, DeviceContext& dc, Colour background, int index, int state,
+                               const Rect& cell)
 {
     if (state == kItemSelected)
         DrawSelectionFrame(dc, cell, background);
     if (state == kListEmpty)
         return;
-    const NoteCellLook look{.font = &SansFont(400), .goneText = "Record is deleted by another user."};
     NoteRecord note;
-    if (noteFile.ReadListedRecord(BytesOf(note), notes.Results()[static_cast<std::size_t>(index)]) == 1)
+    const bool isThere = ReadItem(index, BytesOf(note));
+    const std::string gone = GoneText(kGone);
+    const NoteCellLook look{.font = &SansFont(400), .goneText = gone};
+    if (isThere)
         DrawNoteCell(dc, note, background, cell, look);
     else
         DrawGoneCell(dc, cell, look);
@@ -28,17 +35,15 @@ void NotesList::DrawRecordItem(TableFile& noteFile, RecordQuery& notes, DeviceCo
 std::string NotesList::ItemName(int index)
 {
     NoteRecord note;
-    if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
-        return "Record is deleted by another user.";
+    if (!ReadItem(index, BytesOf(note)))
+        return GoneText(kGone);
     return DecodeForDisplay(FieldText(note.title)) + ": " + DecodeForDisplay(FieldText(note.text));
 }
 
 std::string NotesList::ItemDetail(int index)
 {
     NoteRecord note;
-    if (!file || !query || index < 0 || index >= query->resultCount ||
-        file->ReadListedRecord(BytesOf(note), query->Results()[static_cast<std::size_t>(index)]) != 1)
+    if (!ReadItem(index, BytesOf(note)))
         return {};
     return DescribeNote(note);
 }

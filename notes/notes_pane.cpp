@@ -1,12 +1,15 @@
 #include "notes/notes_pane.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
 #include "notes/bin_slot.h"
 #include "notes/model/note_record.h"
+#include "notes/tell_outcome.h"
 #include "notes/title_jump.h"
+#include "platform/base/silent_drive.h"
 #include "platform/base/text.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/menu.h"
@@ -16,6 +19,7 @@
 #include "skin/fonts.h"
 #include "store/refresh_switch.h"
 #include "toolkit/drag_commands.h"
+#include "toolkit/main_window.h"
 
 namespace jotlet {
 namespace {
@@ -178,6 +182,9 @@ void NotesPane::FocusList()
 
 void NotesPane::Refresh(TableFile* newFile)
 {
+    isBehind = newFile == file && RefuseSilentDrive(MainWindow(), file);
+    if (isBehind)
+        return;
     file = newFile;
     if (!query) {
         Today(today);
@@ -224,6 +231,8 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
         OnCategory(reinterpret_cast<const char*>(record.lParam));
         return 0;
     }
+    if (NeedsFile(id, code) && RefuseSilentDrive(MainWindow(), file))
+        return 0;
     switch (id) {
         case kListId:
             return OnListNotification(code, static_cast<int>(record.lParam));
@@ -281,6 +290,17 @@ MessageParam NotesPane::OnCommand(WndMessage& record)
     }
 }
 
+// What can't be begun while the drive of the file doesn't answer.
+bool NotesPane::NeedsFile(int id, int code)
+{
+    constexpr std::array kNeedIt = {kBinId,        kLetterBarId,       kCommandNewNote,        kCommandEditNote,
+                                    kCommandCut,   kCommandDeleteNote, kCommandFind,           kCommandUndoDelete,
+                                    kCommandCopy,  kCommandPaste,      kCommandInternetEvents, kCommandOpenAttachment,
+                                    kCommandTyped, kCommandMoveToDay,  kCommandCopyToDay};
+    return std::ranges::find(kNeedIt, id) != kNeedIt.end() ||
+           (id == kCalendarId && (code == kDragMoveDrop || code == kDragCopyDrop));
+}
+
 MessageParam NotesPane::OnListNotification(int code, int item)
 {
     if (code == kListItemDoubleClicked)
@@ -291,9 +311,17 @@ MessageParam NotesPane::OnListNotification(int code, int item)
         FollowLimit();
     else if (code == kListFileLost && fileLost)
         fileLost();
-    else if (code == kListDriveAnswers && driveAnswers)
-        driveAnswers(item != 0);
+    else if (code == kListDriveAnswers)
+        OnDriveAnswers(item != 0);
     return 0;
+}
+
+void NotesPane::OnDriveAnswers(bool answers)
+{
+    if (driveAnswers)
+        driveAnswers(answers);
+    if (answers && isBehind)
+        Refresh(file);
 }
 
 MessageParam NotesPane::OnCalendarNotification(int code, const DateValue& date)
@@ -337,7 +365,7 @@ void NotesPane::FollowToday()
 {
     DateValue now;
     Today(now);
-    if (now == today || !IsRefreshEnabled() || list->Grid().dragging)
+    if (now == today || !IsRefreshEnabled() || list->Grid().dragging || (file && IsOnSilentDrive(file->Path())))
         return;
     const bool shown = paneDate == today;
     today = now;

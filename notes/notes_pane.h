@@ -108,7 +108,9 @@ private:
     void FollowLimit();
 
     // Notifications of the children.
+    static bool NeedsFile(int id, int code);
     MessageParam OnListNotification(int code, int item);
+    void OnDriveAnswers(bool answers);
     MessageParam OnCalendarNotification(int code, const DateValue& date);
     MessageParam OnBinCommand(MessageParam what);
     void OnTabChanged(int value);
@@ -132,6 +134,7 @@ private:
     DateValue paneDate;
     DateValue today;             // when it was last looked at
     std::string categoryFilter;  // empty: all
+    bool isBehind = false;       // what is shown is not what was asked for: the drive did not answer
     bool noticeShown = false;    // that there are more notes than a query holds
 };
 

@@ -2,6 +2,7 @@
 
 #include "net/core/outbox_file.h"
 #include "platform/base/file_error_text.h"
+#include "platform/base/silent_drive.h"
 #include "resources/string_ids.h"
 #include "resources/string_table.h"
 #include "skin/window_helpers.h"
@@ -27,6 +28,15 @@ std::string OutcomeText(const TableFile& file, const NoteResult& result)
         default:
             return {};
     }
+}
+
+bool RefuseSilentDrive(WindowHandle owner, const TableFile* file)
+{
+    if (!file || !IsOnSilentDrive(file->Path()))
+        return false;
+    ShowTextMessage(owner, "The drive does not answer now:\r\n\"" + file->Path() +
+                               "\"\r\nThis can be done when it is back. What you see is as it was before.");
+    return true;
 }
 
 void TellMissedParticipants(WindowHandle owner, const TableFile& file)

@@ -128,7 +128,7 @@ public:
     // False, with EAGAIN when somebody has the file open.
     bool Take(FileHandle handle, const std::string& path)
     {
-        if (!turn.Take(TurnFilePath(path), 0))
+        if (!turn->Take(TurnFilePath(path), 0))
             return false;
         table.Reset(handle);
         table.LocksStayHere();
@@ -140,7 +140,7 @@ public:
     }
 
 private:
-    TurnFile turn;
+    const std::shared_ptr<TurnFile> turn = std::make_shared<TurnFile>();
     SharedFile table;
     std::unique_ptr<CopyEntry> entry;
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -13,11 +14,13 @@
 #include <optional>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
 #include "platform/base/process_identity.h"
 #include "platform/base/replace_file.h"
+#include "platform/base/silent_drive.h"
 #include "platform/base/text.h"
 
 namespace jotlet {
@@ -142,40 +145,50 @@ std::string TurnFilePath(const std::string& path)
     return RealPathOf(path) + ".turn";
 }
 
-// The entry itself, and the thread that keeps it alive where locks stay on each machine.
-class CopyEntry::Beating {
+// The entry itself, and the thread that keeps it alive where locks stay on each machine. The thread owns it, too: in a
+// call that a silent drive doesn't answer it may outlive the table.
+class CopyEntry::Beating : public std::enable_shared_from_this<Beating> {
 public:
-    Beating(const SharedFile& table, const std::string& listPath, TurnFile& turn)
-        : table(table), listPath(listPath), turn(turn), list(OpenList(listPath, table.Get()))
+    Beating(const SharedFile& table, const std::string& listPath, std::shared_ptr<TurnFile> turn)
+        : table(table), listPath(listPath), turn(std::move(turn)), list(OpenList(listPath, table.Get()))
+    {
+    }
+
+    void Begin()
     {
         if (!list || !Enter())
             return;
         isEntered = true;
         if (!table.GetDrive().locksTravel)
-            thread = std::thread([this] { Run(); });
+            thread = std::thread([self = shared_from_this()] { self->Run(); });
     }
 
-    ~Beating()
+    void End()
     {
-        if (thread.joinable()) {
-            {
-                const std::lock_guard lock(guard);
-                isEnding = true;
-            }
-            wake.notify_all();
+        const auto tell = [this] { return isEnding = true; };
+        Alone(false, tell);
+        tell();
+        wake.notify_all();
+        if (thread.joinable() && IsOnSilentDrive(listPath))
+            thread.detach();
+        else if (thread.joinable())
             thread.join();
-        }
         if (!isEntered)
             return;
-        Leave();
+        Alone(false, [this] { return Leave(); });
         if (table.GetDrive().locksTravel)
             Files().Lock(table.Get(), kFirstCopyByte + static_cast<std::int64_t>(place), LockMode::Unlock);
     }
 
-    template <typename Work>
-    auto Alone(Work work) -> decltype(work())
+    // What `work` gives; `otherwise` when a silent drive keeps the thread in a call.
+    template <typename Result, typename Work>
+    Result Alone(Result otherwise, Work work)
     {
-        const std::lock_guard lock(guard);
+        std::unique_lock lock(guard, std::defer_lock);
+        if (!IsOnSilentDrive(listPath))
+            lock.lock();
+        else if (!lock.try_lock())
+            return otherwise;
         return work();
     }
 
@@ -197,6 +210,16 @@ public:
     // Nobody can have taken this copy for gone: the time that stands in its entry is too young.
     bool IsSure() const { return ThisComputersMs() - signIsOf < kTurnTrustMs; }
 
+    // Opens the list anew where the drive has forgotten the old opening.
+    std::optional<std::vector<Place>> Places()
+    {
+        auto places = ReadPlaces(list);
+        if (places || FileErrorKindOf(errno) == FileErrorKind::None)
+            return places;
+        list.Reset(OpenList(listPath, table.Get()));
+        return list ? ReadPlaces(list) : std::nullopt;
+    }
+
     bool IsMine(const std::vector<Place>& places) const
     {
         return place < places.size() && places[place].entry == own.entry;
@@ -209,7 +232,7 @@ public:
 
     const SharedFile& table;
     const std::string listPath;
-    TurnFile& turn;
+    const std::shared_ptr<TurnFile> turn;
     mutable SharedFile list;
     Place own{};
     std::size_t place = 0;
@@ -242,21 +265,18 @@ private:
         return place != 0 && list.Write(Bytes(own), OffsetOf(place)) && list.Settle();
     }
 
-    void Leave()
+    bool Leave()
     {
         const auto places = ReadPlaces(list);
         if (!places || !IsMine(*places))
-            return;
+            return false;
         bool others = false;
         for (std::size_t at = 1; at < places->size(); ++at)
             others = others || (at != place && Lives((*places)[at], at));
-        if (!others) {
-            Files().Remove(listPath);
-            return;
-        }
+        if (!others)
+            return Files().Remove(listPath) == 0;
         Place free{};
-        list.Write(Bytes(free), OffsetOf(place));
-        list.Settle();
+        return list.Write(Bytes(free), OffsetOf(place)) && list.Settle();
     }
 
     bool IsLockedByAnother(std::size_t at) const
@@ -268,10 +288,10 @@ private:
     void Run()
     {
         std::unique_lock lock(guard);
-        while (!wake.wait_for(lock, std::chrono::milliseconds(kTurnBeatMs), [this] { return isEnding; })) {
-            turn.Beat();
+        while (!wake.wait_for(lock, std::chrono::milliseconds(kTurnBeatMs), [this] { return isEnding.load(); })) {
+            turn->Beat();
             // What is too young to be doubted need not be read.
-            const auto places = IsSure() ? std::nullopt : ReadPlaces(list);
+            const auto places = IsSure() ? std::nullopt : Places();
             if (IsSure() || (places && IsMine(*places)))
                 GiveSign();
         }
@@ -279,16 +299,20 @@ private:
 
     std::mutex guard;
     std::condition_variable wake;
-    bool isEnding = false;
+    std::atomic<bool> isEnding{false};
     std::thread thread;
 };
 
-CopyEntry::CopyEntry(const SharedFile& table, const std::string& path, TurnFile& turn)
-    : beating(std::make_unique<Beating>(table, CopyListPath(path), turn))
+CopyEntry::CopyEntry(const SharedFile& table, const std::string& path, std::shared_ptr<TurnFile> turn)
+    : beating(std::make_shared<Beating>(table, CopyListPath(path), std::move(turn)))
 {
+    beating->Begin();
 }
 
-CopyEntry::~CopyEntry() = default;
+CopyEntry::~CopyEntry()
+{
+    beating->End();
+}
 
 bool CopyEntry::IsEntered() const
 {
@@ -297,17 +321,17 @@ bool CopyEntry::IsEntered() const
 
 bool CopyEntry::IsStillEntered() const
 {
-    return beating->Alone([this] {
+    return beating->Alone(true, [this] {
         if (beating->IsSure())
             return true;
-        const auto places = ReadPlaces(beating->list);
+        const auto places = beating->Places();
         return !places || beating->IsMine(*places);
     });
 }
 
 bool CopyEntry::Holds(std::span<const RecordAddress> addresses)
 {
-    return beating->Alone([&] {
+    return beating->Alone(false, [&] {
         if (addresses.size() > kMostHeld)
             return false;
         std::array<RecordAddress, kMostHeld> held{};
@@ -318,7 +342,7 @@ bool CopyEntry::Holds(std::span<const RecordAddress> addresses)
 
 bool CopyEntry::IsHeldElsewhere(RecordAddress address) const
 {
-    return beating->Alone([&] {
+    return beating->Alone(true, [&] {
         if (!beating->GiveSign())
             return true;
         const auto places = ReadPlaces(beating->list);
@@ -336,7 +360,7 @@ bool CopyEntry::IsHeldElsewhere(RecordAddress address) const
 
 bool CopyEntry::AreOthersThere() const
 {
-    return beating->Alone([this] {
+    return beating->Alone(true, [this] {
         const auto places = beating->GiveSign() ? ReadPlaces(beating->list) : std::nullopt;
         if (!places)
             return true;

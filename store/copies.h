@@ -41,9 +41,9 @@ std::string TurnFilePath(const std::string& path);
 // This copy's own entry.
 class CopyEntry {
 public:
-    // Enters this copy for the open table, in its turn. `turn` is given for signs of life, too; it outlives this.
-    CopyEntry(const SharedFile& table, const std::string& path, TurnFile& turn);
-    // Leaves the list, in the table's turn.
+    // Enters this copy for the open table, in its turn. `turn` is given for signs of life, too.
+    CopyEntry(const SharedFile& table, const std::string& path, std::shared_ptr<TurnFile> turn);
+    // Leaves the list, in the table's turn. On a drive that is silent (silent_drive.h) it waits for nothing.
     ~CopyEntry();
     CopyEntry(const CopyEntry&) = delete;
     CopyEntry& operator=(const CopyEntry&) = delete;
@@ -63,7 +63,7 @@ public:
 
 private:
     class Beating;
-    std::unique_ptr<Beating> beating;
+    std::shared_ptr<Beating> beating;
 };
 
 }  // namespace jotlet

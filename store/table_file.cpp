@@ -172,8 +172,11 @@ OpenFailure TableFile::OpenOnce()
     if (openError)
         return FailureOf(openError.kind);
     const OpenFailure failure = Files().Identify(file.Get(), identity) == 0 ? CheckSizes() : OpenFailure::Io;
-    if (failure == OpenFailure::None && CountIn())
+    if (failure == OpenFailure::None && CountIn()) {
+        if (!IsOnThisMachine())
+            driveFolders = FoldersOf(path, file.Get());
         return OpenFailure::None;
+    }
     if (failure != OpenFailure::None) {
         if (failure == OpenFailure::Io || failure == OpenFailure::NoAnswer)
             openError = {FileErrorKindOf(errno), "read", path, errno};
@@ -236,6 +239,8 @@ void TableFile::Close()
     mapping.Drop();
     memory.Forget();
     file.Reset();
+    silence.reset();
+    driveFolders.clear();
     held.clear();
     lost.clear();
     leftLocked = wantsEntry = false;
@@ -257,6 +262,20 @@ bool TableFile::CompareWithPath(int result, const FileIdentity& named) const
     // Another failure than a missing file tells nothing of who has the name.
     replaced = result == 0 ? !named.SameFile(identity) : errno == ENOENT || errno == ENOTDIR;
     return IsOpen() && !replaced;
+}
+
+void TableFile::SetDriveAnswers(bool answers)
+{
+    if (answers)
+        silence.reset();
+    else if (!silence && IsOpen() && !driveFolders.empty())
+        silence.emplace(driveFolders);
+}
+
+bool TableFile::IsMountedAnew() const
+{
+    FileIdentity named;
+    return IsOpen() && !IsOnThisMachine() && Files().IdentifyPath(path, named) == 0 && named.device != identity.device;
 }
 
 bool TableFile::LoadHeader(TableHeader& header) const

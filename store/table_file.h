@@ -26,6 +26,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,6 +35,7 @@
 #include "platform/base/file_mapping.h"
 #include "platform/base/file_system.h"
 #include "platform/base/shared_file.h"
+#include "platform/base/silent_drive.h"
 #include "platform/base/turn_file.h"
 #include "store/copies.h"
 #include "store/field_range.h"
@@ -108,9 +110,16 @@ public:
     // of before then mean nothing.
     bool WasReplaced() const { return replaced; }
 
+    // Whether the path leads to a file on another mount than the open one: the drive went away and came back, and only
+    // opening anew leads to it.
+    bool IsMountedAnew() const;
+
     bool IsOpen() const { return static_cast<bool>(file); }
     // False on a drive, where any call may take long.
     bool IsOnThisMachine() const { return file.GetDrive().isCoherent; }
+    // Of a file on a drive, for who watches it (stamp_watch.h): while the drive doesn't answer every call on it fails
+    // at once, from any table, Close among them (platform/base/silent_drive.h).
+    void SetDriveAnswers(bool answers);
     OpenFailure GetOpenFailure() const { return openFailure; }
     const FileError& GetOpenError() const { return openError; }  // more about it, where the system refused
     // Why the last operation that gave 0 could not be done; None when the system had no part in that.
@@ -286,8 +295,10 @@ private:
     mutable SharedFile file;
     mutable FileIdentity identity;  // of the open file
     mutable bool replaced = false;
-    TurnFile turnFile;
+    const std::shared_ptr<TurnFile> turnFile = std::make_shared<TurnFile>();
     mutable std::unique_ptr<CopyEntry> copies;
+    std::vector<std::string> driveFolders;  // empty for a file on this machine
+    std::optional<SilentDrive> silence;
     bool wantsEntry = false;
     bool isInTurn = false;
     OpenFailure openFailure = OpenFailure::None;

@@ -66,7 +66,7 @@ bool TableFile::TakeTurn(TableTurn& turn)
 bool TableFile::TakeFileTurn()
 {
     const TurnDrive drive = file.GetDrive().asksAtOpen ? TurnDrive::UserSpace : TurnDrive::Server;
-    if (!turnFile.Take(TurnFilePath(path), kMutationPatienceMs, drive))
+    if (!turnFile->Take(TurnFilePath(path), kMutationPatienceMs, drive))
         return NoteFailure("lock");
     if (!copies || copies->IsStillEntered())
         return true;
@@ -82,7 +82,7 @@ void TableFile::EndTurn()
 {
     file.Settle();
     file.EndTurn();
-    turnFile.Release();
+    turnFile->Release();
     isInTurn = false;
 }
 
@@ -102,7 +102,7 @@ bool TableFile::Load(std::span<std::byte> bytes, std::int64_t offset) const
 
 bool TableFile::Store(std::span<const std::byte> bytes, std::int64_t offset)
 {
-    if (!file.GetDrive().locksTravel && !turnFile.IsSure()) {
+    if (!file.GetDrive().locksTravel && !turnFile->IsSure()) {
         errno = ETIMEDOUT;
         return NoteFailure("write");
     }
@@ -123,8 +123,10 @@ bool TableFile::Revive() const
         return false;
     FileHandleOwner again(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, nullptr, 0));
     FileIdentity found;
-    // A drive that is mounted anew has another number.
-    if (!again || Files().Identify(again.Get(), found) != 0 || found.inode != identity.inode) {
+    // A drive that is mounted anew has another number, and its files keep theirs only where the server gives them out.
+    const bool isFound = again && Files().Identify(again.Get(), found) == 0;
+    if (!isFound || !(found.SameFile(identity) || (found.inode == identity.inode && !file.GetDrive().asksAtOpen))) {
+        replaced = replaced || isFound;
         errno = reason;
         return false;
     }

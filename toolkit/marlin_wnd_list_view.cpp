@@ -130,13 +130,26 @@ void MarlinWndListView::OnBarMoved(int row)
 
 void MarlinWndListView::SetSource(TableFile* tableFile, RecordQuery* recordQuery)
 {
-    if (tableFile != file) {
-        look.reset();
-        StopTimer(window, kPatienceTimerId);
-        driveAnswers = true;
-    }
+    const bool isOther = tableFile != file;
+    if (isOther)
+        StopLooking();
     file = tableFile;
     query = recordQuery;
+    // Now, while the drive answers.
+    if (isOther && file && file->IsOpen() && !file->IsOnThisMachine())
+        MakeLook();
+}
+
+void MarlinWndListView::MakeLook()
+{
+    look = std::make_unique<StampLook>(*file, [this](const StampLook::Answer& answer) { OnLooked(answer); });
+}
+
+void MarlinWndListView::StopLooking()
+{
+    StopTimer(window, kPatienceTimerId);
+    look.reset();
+    driveAnswers = true;
 }
 
 void MarlinWndListView::SetCount(int count)
@@ -195,9 +208,23 @@ void MarlinWndListView::RememberChosen()
     if (!Bound() || index < 0 || index >= query->resultCount)
         return;
     std::uint64_t id = 0;
+    std::vector<std::byte> record = file->AllocRecordBuffer();
     if (file->ReadListedField(std::as_writable_bytes(std::span(&id, 1)), {kUniqueIdOffset, sizeof id},
                               query->Results()[static_cast<std::size_t>(index)]) == 1)
         chosenId = id;
+    else if (!driveAnswers && ReadItem(index, record))
+        chosenId = IdentityOf(record);
+}
+
+bool MarlinWndListView::ReadItem(int index, std::span<std::byte> record) const
+{
+    return Bound() && index >= 0 && index < query->resultCount &&
+           file->ReadListedRecord(record, query->Results()[static_cast<std::size_t>(index)]) == 1;
+}
+
+std::string MarlinWndListView::GoneText(std::string_view deleted) const
+{
+    return driveAnswers ? std::string(deleted) : "The drive does not answer.";
 }
 
 std::optional<ChosenRecord> MarlinWndListView::GetChosen() const
@@ -273,16 +300,15 @@ void MarlinWndListView::RefreshAndSelect(std::span<const std::byte> record)
 
 void MarlinWndListView::RefreshAll(RefreshCause cause)
 {
-    if (!IsRefreshEnabled())
-        return;
     // A parent may destroy list views when it is told of a reload.
     const std::vector<MarlinWndListView*> views = Registry();
     for (MarlinWndListView* view : views) {
-        if (!IsRegistered(view) || !view->MayRefresh())
+        if (!IsRegistered(view) || !view->Bound())
             continue;
+        // Whether the drive answers is asked also while the lists stand still.
         if (cause == RefreshCause::Timer && !view->file->IsOnThisMachine())
             view->LookAtDrive();
-        else
+        else if (view->MayRefresh())
             view->Refresh(cause);
     }
 }
@@ -290,18 +316,18 @@ void MarlinWndListView::RefreshAll(RefreshCause cause)
 bool MarlinWndListView::MayRefresh() const
 {
     // A list that an item is being dragged from keeps it selected until it is dropped.
-    return Bound() && !refreshing && !list->dragging;
+    return Bound() && IsRefreshEnabled() && !refreshing && driveAnswers && !list->dragging;
 }
 
 void MarlinWndListView::LookAtDrive()
 {
     if (!look)
-        look = std::make_unique<StampLook>(*file, [this](const StampLook::Answer& answer) { OnLooked(answer); });
+        MakeLook();
     if (look->IsUnderWay())
         return;
     if (look->Start())
         StartTimer(window, kPatienceTimerId, kLookPatience);
-    else
+    else if (MayRefresh())
         Refresh(RefreshCause::Timer);
 }
 
@@ -312,15 +338,18 @@ void MarlinWndListView::OnLooked(const StampLook::Answer& answer)
     if (answer.asksTable)
         look.reset();  // the table may open its file anew
     const bool isNews = answer.asksTable || (Bound() && answer.stamp != query->seenStamp);
-    if (answer.driveAnswers && isNews && IsRefreshEnabled() && MayRefresh())
+    if (answer.driveAnswers && isNews && MayRefresh())
         Refresh(RefreshCause::Timer);
 }
 
 void MarlinWndListView::TellDrive(bool answers)
 {
+    if (file)
+        file->SetDriveAnswers(answers);
     if (answers == driveAnswers)
         return;
     driveAnswers = answers;
+    list->Invalidate(nullptr, 0);  // cells that could not be read
     PostCommand(id, answers ? 1 : 0, kListDriveAnswers);
 }
 

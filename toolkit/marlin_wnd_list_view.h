@@ -3,7 +3,8 @@
 // It holds no item data: a subclass draws each cell. Bound to a file and a query, a cell's index is an index into the
 // query's result, every cell reads its record when it is painted, and the list follows the changes that other copies
 // make: each tick of any list view's timer looks at all of them (RestartRefreshTimer tells how often). A file on a
-// drive is looked at beside the window's thread, and read only when it has changed.
+// drive is looked at beside the window's thread, and read only when it has changed. While the drive doesn't answer,
+// calls on it are refused (platform/base/silent_drive.h) and the list stays as it is.
 //
 // Owns:    grid and bar. Not the file and the query, which the binder keeps alive, or unbinds with nulls.
 // Tells:   the parent, posted: codes 21, 22, 23 of marlin_wnd_list.h with the item; code 24 (kListReloaded) sent before
@@ -17,8 +18,11 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "store/record_address.h"
+#include "store/table_file.h"
 #include "toolkit/marlin_class_wnd_scroll_bar.h"
 #include "toolkit/marlin_wnd_list.h"
 #include "toolkit/stamp_look.h"
@@ -26,7 +30,6 @@
 namespace jotlet {
 
 class RecordQuery;
-class TableFile;
 
 // Code 24, and its lParam.
 inline constexpr int kListReloaded = 24;
@@ -135,6 +138,11 @@ public:
     static constexpr std::size_t kMaxListViews = 100;  // further ones live without refresh
 
 protected:
+    // The record of an item, for drawing and telling it. False when it is gone, can't be read, or there is none.
+    bool ReadItem(int index, std::span<std::byte> record) const;
+    // What stands in its cell then: `deleted`, unless the drive is to blame.
+    std::string GoneText(std::string_view deleted) const;
+
     int id;
     std::unique_ptr<MarlinClassWndScrollBar> scrollBar;
     std::unique_ptr<MarlinWndList> list;
@@ -152,9 +160,11 @@ private:
     void Refresh(RefreshCause cause);
     bool MayRefresh() const;
     // The timer's part where the file lies on a drive.
+    void MakeLook();
     void LookAtDrive();
     void OnLooked(const StampLook::Answer& answer);
     void TellDrive(bool answers);
+    void StopLooking();
     static void RefreshAll(RefreshCause cause);
     // Called where an item becomes the selected one.
     void RememberChosen();
@@ -171,7 +181,7 @@ private:
     std::optional<std::uint64_t> chosenId;
     bool menuByKey = false;
     bool refreshing = false;
-    std::unique_ptr<StampLook> look;  // at `file`, once it was needed
+    std::unique_ptr<StampLook> look;  // at `file`, on a drive
     bool driveAnswers = true;         // as last told
 };
 

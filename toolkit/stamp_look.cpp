@@ -20,7 +20,8 @@ StampLook::Answer LookOnce(const StampWatch& watch)
     FileError error;
     const bool isSeen = watch.Look(answer.stamp, error);
     const StampWatch::PathState path = watch.LookAtPath();
-    answer.driveAnswers = isSeen || path != StampWatch::PathState::Unknown;
+    answer.driveAnswers =
+        path != StampWatch::PathState::Unmounted && (isSeen || path != StampWatch::PathState::Unknown);
     answer.asksTable = path == StampWatch::PathState::Elsewhere || (!isSeen && answer.driveAnswers);
     return answer;
 }

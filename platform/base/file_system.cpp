@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "platform/base/silent_drive.h"
+
 namespace jotlet {
 namespace {
 
@@ -213,9 +215,14 @@ FileSystem& RealFileSystem()
     return files;
 }
 
-FileSystem& Files()
+FileSystem& UnguardedFiles()
 {
     return replaced ? *replaced : RealFileSystem();
+}
+
+FileSystem& Files()
+{
+    return AreDrivesRefused() ? RefusingFiles() : UnguardedFiles();
 }
 
 ScopedFileSystem::ScopedFileSystem(FileSystem& files) : before(replaced)

@@ -82,8 +82,11 @@ public:
 
 // The system's own calls.
 FileSystem& RealFileSystem();
-// The one in use: the system's own, unless a test has put another in its place.
+// The one in use: the system's own, unless a test has put another in its place; with the calls on drives that don't
+// answer refused (silent_drive.h).
 FileSystem& Files();
+// The same with nothing refused.
+FileSystem& UnguardedFiles();
 
 // Puts `files` (not owned) in place of the present one for its own lifetime.
 class ScopedFileSystem {

@@ -9,6 +9,7 @@
 #include "platform/base/file_access.h"
 #include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
+#include "platform/base/silent_drive.h"
 
 namespace jotlet {
 namespace {
@@ -27,6 +28,8 @@ bool PathNames(const std::string& path, FileHandle handle)
 
 std::string RealPathOf(const std::string& path)
 {
+    if (IsOnSilentDrive(path))
+        return path;
     const std::unique_ptr<char, decltype(&free)> resolved(realpath(path.c_str(), nullptr), &free);
     return resolved ? resolved.get() : path;
 }

@@ -1,6 +1,10 @@
+#include <algorithm>
+#include <atomic>
+
 #include "list_view_fixture.h"
 #include "platform/base/paths.h"
 #include "store/table_fixture.h"
+#include "support/failing_file_system.h"
 #include "support/temp_folder.h"
 
 namespace jotlet {
@@ -20,8 +24,33 @@ public:
         if (index >= 0)
             drawn.push_back(query.Results()[static_cast<std::size_t>(index)]);
     }
+    using MarlinWndListView::ReadItem;
     int plainDrawn = 0;
     std::vector<RecordAddress> drawn;
+};
+
+// A drive that can stop answering.
+class StoppingDrive : public test::FailingFileSystem {
+public:
+    StoppingDrive() { isRemote = true; }
+    std::int64_t ReadAt(int handle, std::span<std::byte> buffer, std::int64_t offset) override
+    {
+        return Answers() ? FailingFileSystem::ReadAt(handle, buffer, offset) : -1;
+    }
+    int IdentifyPath(const std::string& path, FileIdentity& out) override
+    {
+        return Answers() ? FailingFileSystem::IdentifyPath(path, out) : -1;
+    }
+    std::atomic<bool> isStopped{false};
+    std::atomic<int> asked{0};
+
+private:
+    bool Answers()
+    {
+        ++asked;
+        errno = ETIMEDOUT;
+        return !isStopped;
+    }
 };
 
 // One note file, opened by this program's list and by another copy.
@@ -153,6 +182,44 @@ TEST_F(ListRefreshTest, AFailedQueryIsTriedAgainAtTheNextTick)
     query.seenStamp = kNoStamp;
     list.RefreshNow();
     EXPECT_EQ(list.GetCount(), 1);
+}
+
+TEST_F(ListRefreshTest, WhileTheDriveDoesNotAnswerTheListStaysAndCallsAreRefused)
+{
+    const test::Record milk = AddInOtherCopy("milk", 1);
+    static StoppingDrive drive;  // a look may outlive the list for a moment
+    const ScopedFileSystem scope(drive);
+    TableFile remote(folder.File("notes.jot"), "");
+    ASSERT_EQ(remote.RunQuery(query), 1);
+    list.SetSource(&remote, &query);
+    list.SetCount(1);
+    const auto tick = [&](int answers) {
+        list.Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+        const Command told{5, answers, kListDriveAnswers};
+        EXPECT_TRUE(ServeUntil([&] { return std::ranges::find(host.commands, told) != host.commands.end(); }, 5s));
+        host.Take();
+    };
+    test::Record read = milk;
+    EXPECT_TRUE(list.ReadItem(0, read));
+    const int asked = drive.asked;
+    EXPECT_TRUE(list.ReadItem(0, read));
+    EXPECT_EQ(drive.asked, asked) << "what is on view is not read again";
+
+    SuspendRefresh();  // as under an open editor
+    drive.isStopped = true;
+    tick(0);
+    const int before = drive.asked;
+    EXPECT_TRUE(list.ReadItem(0, read));
+    EXPECT_EQ(remote.AddRecord(milk), 0);
+    EXPECT_EQ(remote.GetLastError().kind, FileErrorKind::NoAnswer);
+    list.RefreshNow();
+    EXPECT_EQ(list.GetCount(), 1);
+    EXPECT_EQ(drive.asked, before) << "nobody waits for the drive";
+
+    drive.isStopped = false;
+    tick(1);
+    EXPECT_EQ(remote.AddRecord(milk), 1);
+    list.SetSource(nullptr, nullptr);
 }
 
 TEST_F(ListRefreshTest, TheTimerComesAfterTheSecondsOfTheSettings)
