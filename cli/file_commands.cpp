@@ -72,6 +72,12 @@ ExitCode TellRepair(const std::string& path, Upkeep upkeep, RepairOutcome outcom
         case RepairOutcome::Compacted:
             return PrintResult(PlainText(path, Lines::Join) +
                                (upkeep == Upkeep::Check ? ": repaired\n" : ": compacted\n"));
+        case RepairOutcome::PutRight:
+            return PrintResult(PlainText(path, Lines::Join) +
+                               (upkeep == Upkeep::Check
+                                    ? ": repaired\n"
+                                    : ": counters and locks were put right; the free slots stay, since this drive may "
+                                      "lose a file that is replaced while somebody has it open\n"));
         case RepairOutcome::Busy:
             return Fail(ExitCode::Refused, path,
                         "The file is in use, or nobody can tell; nothing was changed. Close it everywhere first.");

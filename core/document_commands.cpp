@@ -152,6 +152,12 @@ int CompactCommand(MarlinWnd* owner, std::string* compacted)
         case RepairOutcome::Failed:
             ShowTextMessage(HandleOf(owner), CannotText(*path, "compact", error));
             return 0;
+        case RepairOutcome::PutRight:
+            ShowTextMessage(HandleOf(owner),
+                            "Counters and locks were put right in\r\n\"" + *path +
+                                "\"\r\nThe places of deleted notes stay, since this drive may lose a file that is "
+                                "replaced while somebody has it open. New notes use them.");
+            break;
         case RepairOutcome::Clean:
         case RepairOutcome::Compacted:
             break;

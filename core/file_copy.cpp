@@ -62,7 +62,11 @@ CopyOutcome CopyTable(TableFile& source, const std::string& target, ProgressDisp
         failed = Refused("write", copy.BesidePath(), errno);
         return CopyOutcome::Failed;
     }
-    if (!(old ? copy.Finish() : copy.FinishNew())) {
+    const bool isThere = static_cast<bool>(old);
+    // Some drives may lose a file that is replaced while it is open, by us, too.
+    if (isThere && !Files().IsLocal(old.Get()) && !Files().DriveUnder(old.Get()).replacesOpen)
+        old.Reset();
+    if (!(isThere ? copy.Finish() : copy.FinishNew())) {
         failed = copy.Error();
         return CopyOutcome::Failed;
     }

@@ -27,10 +27,10 @@ std::string CannotText(std::string_view path, std::string_view doing, const File
 
 std::string ReadOnlyText(std::string_view path, const FileError& reason)
 {
-    return "The notes of " + Quoted(path) +
-           " can be read, but not changed. On this drive programs take turns by a file in the same folder, and none "
-           "can "
-           "be made there.\r\n" +
+    const std::string can = "The notes of " + Quoted(path) + " can be read, but not changed. ";
+    if (reason.operation == "open")
+        return can + "The file can't be opened for writing here" + SystemReason(reason.systemError) + ".";
+    return can + "On this drive programs take turns by a file in the same folder, and none can be made there.\r\n" +
            FileErrorText(reason);
 }
 

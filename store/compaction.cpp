@@ -305,7 +305,7 @@ RepairOutcome RepairTable(const std::string& path, bool force, ProgressDisplay* 
         return RepairOutcome::Clean;
     if (!Files().IsLocal(handle.Get()) && !Files().DriveUnder(handle.Get()).replacesOpen) {
         if (RepairInPlace(handle.Get(), sizes.recordSize, fileSize, header))
-            return RepairOutcome::Compacted;
+            return RepairOutcome::PutRight;
         Report(error, "write", path);
         return RepairOutcome::Failed;
     }
@@ -318,7 +318,9 @@ RepairOutcome RepairTable(const std::string& path, bool force, ProgressDisplay* 
 int CheckAfterCrash(const std::string& path, int force, ProgressDisplay* progress)
 {
     const RepairOutcome outcome = RepairTable(path, force != 0, progress);
-    return outcome == RepairOutcome::Clean || outcome == RepairOutcome::Compacted ? 1 : 0;
+    return outcome == RepairOutcome::Clean || outcome == RepairOutcome::Compacted || outcome == RepairOutcome::PutRight
+               ? 1
+               : 0;
 }
 
 }  // namespace jotlet

@@ -29,6 +29,7 @@ namespace jotlet {
 enum class RepairOutcome {
     Clean,      // closed properly by its last user; nothing was touched
     Compacted,  // rewritten
+    PutRight,   // counters and locks were put right in the file itself; free slots stay
     Busy,       // somebody has it open, or nobody can tell (locks stay on this machine)
     Missing,
     NotTableFile,  // sizes of no table file, or shorter than its front part; nothing was touched

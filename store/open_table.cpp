@@ -13,7 +13,7 @@ OpenedTable OpenTable(const std::string& path, std::string_view password, std::u
     if (opened.failure != OpenFailure::None)
         return opened;
     const RepairOutcome repair = RepairTable(path, false, progress, &opened.repairError);
-    opened.repaired = repair == RepairOutcome::Compacted;
+    opened.repaired = repair == RepairOutcome::Compacted || repair == RepairOutcome::PutRight;
     if (repair != RepairOutcome::Failed)
         opened.repairError = {};
     auto table = std::make_unique<TableFile>(path, password);
@@ -22,6 +22,8 @@ OpenedTable OpenTable(const std::string& path, std::string_view password, std::u
     if (!table->IsOpen())
         return opened;
     opened.readOnly = table->GetReadOnlyReason();
+    if (opened.readOnly)
+        opened.repairError = {};
     opened.cutTailBytes = table->CutTailBytes();
     opened.table = std::move(table);
     return opened;

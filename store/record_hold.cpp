@@ -92,8 +92,10 @@ SaveResult AddSaved(TableFile& file, std::span<const std::byte> record)
         return result;
     std::vector<std::byte> stored = file.AllocRecordBuffer();
     RecordHold hold(file, address);
-    if (hold && hold.Read(stored) && PrefixOf(stored).uniqueId == PrefixOf(record).uniqueId)
-        hold.Delete();
+    if (!hold || !hold.Read(stored))
+        file.TakeOutLater(record, address);
+    else if (PrefixOf(stored).uniqueId == PrefixOf(record).uniqueId && !hold.Delete())
+        file.TakeOutLater(stored, address);
     return result;
 }
 

@@ -76,10 +76,28 @@ OpenFailure LookAtSizes(const SharedFile& file, SizeBlock& sizes)
     return size > kLargestFile ? OpenFailure::TooLarge : OpenFailure::None;
 }
 
+// For reading and writing; for reading alone where the mount forbids more, or the server of a drive. On this machine
+// who may not write doesn't open a table. `reason` is set for reading alone.
+FileHandle OpenForUse(const std::string& path, FileError& reason)
+{
+    const FileHandle both = Files().Open(path, O_RDWR, 0);
+    const int refused = errno;
+    if (both != kNoFile || (refused != EROFS && refused != EACCES && refused != EPERM))
+        return both;
+    FileHandleOwner reading(Files().Open(path, O_RDONLY, 0));
+    if (!reading || (refused != EROFS && Files().IsLocal(reading.Get()))) {
+        errno = refused;
+        return kNoFile;
+    }
+    reason = {FileErrorKind::Permission, "open", path, refused};
+    return reading.Release();
+}
+
 OpenFailure ProbeOnce(const std::string& path, std::uint32_t recordSize, FileError& error, TableHeader* header)
 {
     // Without the lock of FileOpen: an instant is enough, and it must not make others find the file busy.
-    const SharedFile file(Files().Open(path, O_RDWR, 0));
+    FileError readOnly;
+    const SharedFile file(OpenForUse(path, readOnly));
     FileIdentity identity;
     if (!file || Files().Identify(file.Get(), identity) != 0) {
         error = {FileErrorKindOf(errno), "open", path, errno};
@@ -169,10 +187,17 @@ OpenFailure TableFile::OpenOnce()
     readOnlyReason = {};
     replaced = false;
     file.Reset(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, &openError));
+    if (openError.kind == FileErrorKind::Permission) {
+        const FileHandleOwner probe(OpenForUse(path, readOnlyReason));
+        if (readOnlyReason) {
+            openError = {};
+            file.Reset(FileOpen(path, FileAccess::Read, FileSharing::Shared, &openError));
+        }
+    }
     if (openError)
         return FailureOf(openError.kind);
     const OpenFailure failure = Files().Identify(file.Get(), identity) == 0 ? CheckSizes() : OpenFailure::Io;
-    if (failure == OpenFailure::None && CountIn()) {
+    if (failure == OpenFailure::None && (readOnlyReason || CountIn())) {
         if (!IsOnThisMachine())
             driveFolders = FoldersOf(path, file.Get());
         return OpenFailure::None;
@@ -245,6 +270,7 @@ void TableFile::Close()
     lost.clear();
     leftLocked = wantsEntry = false;
     deletedUnderLock.clear();
+    unfinished.clear();
     freeSlotHint = 0;
     unsynced = {};
     addsSinceFlush = 0;

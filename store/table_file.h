@@ -124,8 +124,9 @@ public:
     const FileError& GetOpenError() const { return openError; }  // more about it, where the system refused
     // Why the last operation that gave 0 could not be done; None when the system had no part in that.
     const FileError& GetLastError() const { return lastError; }
-    // Set when the open file may only be read, whatever the password says: turns can't be taken because nothing may be
-    // made in its folder, on a drive where that is needed. GetRole gives at most Reader then.
+    // Set when the open file may only be read, whatever the password says: its mount or its server forbids more
+    // (operation "open"), or turns can't be taken because nothing may be made in its folder, on a drive where that is
+    // needed. GetRole gives at most Reader then.
     const FileError& GetReadOnlyReason() const { return readOnlyReason; }
     // Enters this copy in the list of copies (copies.h), for others to see. False when that can't be done.
     bool EnterListOfCopies();
@@ -163,6 +164,9 @@ public:
     // behind the last slot, with one write. `addresses` gets one address for each that was stored: all of them with 1,
     // the first few or none otherwise. For imports; others wait meanwhile, so not more than a few hundred at once.
     int AddRecords(std::span<const std::byte> records, std::vector<RecordAddress>& addresses);
+    // For an added record that was told as failed and could not be taken out again, since the drive was gone: the next
+    // turn on the drive takes it out, unless somebody has changed it since.
+    void TakeOutLater(std::span<const std::byte> record, RecordAddress address);
     // Frees the slot; its other bytes stay. 1; kRefusedByRole; 0 on a failure, or when the slot is free already.
     int DeleteRecord(RecordAddress address);
     // 1; kRefusedByRole; 0 on a failure, or when the address is no slot. Looks at neither `active` nor `locked` in the
@@ -235,6 +239,9 @@ private:
     // Takes the result of asking for who has the path.
     bool CompareWithPath(int result, const FileIdentity& named) const;
     void EndTurn();
+    // Where locks stay on each machine: nobody can have taken this turn for abandoned.
+    bool IsTurnSure() const { return file.GetDrive().locksTravel || turnFile->IsSure(); }
+    void TakeOutUnfinished();
     // Opens the file anew after the drive has forgotten this opening. False when the path leads to another file by now.
     bool Revive() const;
     // Remembers why the system refused; gives false.
@@ -281,6 +288,8 @@ private:
     RecordAddress FindRememberedFreeSlot() const;
     // All of them or none, behind the last slot.
     int AppendRecords(std::span<const std::byte> records, TableHeader& header, RecordAddress& first);
+    // Takes appended bytes back while nothing can stand behind them.
+    bool CutBack(RecordAddress first, std::int64_t size);
     int ClearLock(RecordAddress address);
     int ReuseSlot(std::span<const std::byte> record, TableHeader& header, RecordAddress& address);
     bool SetByte(RecordAddress address, std::size_t offset, std::uint8_t value);
@@ -310,6 +319,7 @@ private:
     mutable std::vector<RecordAddress> lost;
     // A `locked` byte could not be cleared: the next opening that is alone repairs.
     bool leftLocked = false;
+    std::vector<std::pair<RecordAddress, std::vector<std::byte>>> unfinished;  // see TakeOutLater
     mutable FileMapping mapping;
     mutable TableMemory memory;
     // A change could not be put back, and others may have seen it.

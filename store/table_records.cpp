@@ -7,6 +7,7 @@
 // A slot that nobody counts is lost until the next repair; a count without a slot would make every add fail.
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -175,8 +176,42 @@ int TableFile::AppendRecords(std::span<const std::byte> records, TableHeader& he
     if (Store(records, first) && StoreHeader(header))
         return 1;
     PutBackHeader(header, before, 0);
-    Files().Truncate(file.Get(), first);
+    if (!CutBack(first, static_cast<std::int64_t>(records.size())))
+        for (std::size_t done = 0; done < records.size(); done += recordSize)
+            TakeOutLater(records.subspan(done, recordSize), first + static_cast<RecordAddress>(done));
     return 0;
+}
+
+bool TableFile::CutBack(RecordAddress first, std::int64_t size)
+{
+    return IsTurnSure() && file.Size() <= first + size && Files().Truncate(file.Get(), first) == 0;
+}
+
+void TableFile::TakeOutLater(std::span<const std::byte> record, RecordAddress address)
+{
+    if (!IsOnThisMachine())
+        unfinished.emplace_back(address, std::vector<std::byte>(record.begin(), record.begin() + recordSize));
+}
+
+void TableFile::TakeOutUnfinished()
+{
+    for (auto& [address, record] : std::exchange(unfinished, {})) {
+        std::vector<std::byte> found(recordSize);
+        TableHeader header;
+        errno = 0;
+        const bool isRead = LoadSlot(address, found) && LoadHeader(header);
+        if (isRead && found != record)
+            continue;
+        if (isRead) {
+            const bool isBegun = BeginChange(header, address);
+            CountChange(header, address);
+            --header.freeSlots;
+            if (isBegun && SetByte(address, kActiveAt, 0) && StoreHeader(header))
+                continue;
+        }
+        if (isRead || errno != 0)
+            unfinished.emplace_back(address, std::move(record));
+    }
 }
 
 // A flush of a file that has grown waits for the file system's journal. So where records come one by one, each with a
@@ -202,7 +237,7 @@ bool TableFile::AppendWithReserve(std::span<const std::byte> record, TableHeader
     }
     header = before;
     StoreHeader(header);
-    Files().Truncate(file.Get(), address);
+    CutBack(address, size);
     return false;
 }
 
@@ -211,7 +246,7 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
     address = FindFreeSlot(header);
     if (address == 0)
         return 0;
-    const TableHeader headerBefore = header;
+    TableHeader headerBefore = header;
     std::vector<std::byte> inactive(record.begin(), record.end());
     // Where the record reaches the server in one piece, nobody can find half of it.
     const bool inOnePiece = !IsOnThisMachine() && file.GetDrive().writesDirect;
@@ -228,7 +263,11 @@ int TableFile::ReuseSlot(std::span<const std::byte> record, TableHeader& header,
         }
     }
     // Free first: a slot must never be live and counted as free. What else it holds doesn't matter.
-    SetByte(address, kActiveAt, 0);
+    if (!SetByte(address, kActiveAt, 0)) {
+        TakeOutLater(record, address);
+        if (isCounted)
+            headerBefore.freeSlots = header.freeSlots;
+    }
     PutBackHeader(header, headerBefore, address);
     return 0;
 }

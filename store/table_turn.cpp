@@ -60,6 +60,8 @@ bool TableFile::TakeTurn(TableTurn& turn)
         if (copies->IsEntered() && !held.empty() && held.size() <= CopyEntry::kMostHeld)
             copies->Holds(held);
     }
+    if (!unfinished.empty())
+        TakeOutUnfinished();
     return true;
 }
 
@@ -102,7 +104,7 @@ bool TableFile::Load(std::span<std::byte> bytes, std::int64_t offset) const
 
 bool TableFile::Store(std::span<const std::byte> bytes, std::int64_t offset)
 {
-    if (!file.GetDrive().locksTravel && !turnFile->IsSure()) {
+    if (!IsTurnSure()) {
         errno = ETIMEDOUT;
         return NoteFailure("write");
     }
@@ -111,7 +113,11 @@ bool TableFile::Store(std::span<const std::byte> bytes, std::int64_t offset)
 
 bool TableFile::Settle()
 {
-    return file.Settle() || NoteFailure("sync");
+    if (!file.Settle())
+        return NoteFailure("sync");
+    // What took so long may have been written over what somebody else has written since. Nobody is told that it stands.
+    errno = ETIMEDOUT;
+    return IsTurnSure() || NoteFailure("sync");
 }
 
 bool TableFile::Revive() const
@@ -121,7 +127,9 @@ bool TableFile::Revive() const
     // The turn's lock would go with the old opening.
     if (!file || isInTurn || IsOnThisMachine() || !isForgotten)
         return false;
-    FileHandleOwner again(FileOpen(path, FileAccess::ReadWrite, FileSharing::Shared, nullptr, 0));
+    const FileAccess access =
+        readOnlyReason && readOnlyReason.operation == "open" ? FileAccess::Read : FileAccess::ReadWrite;
+    FileHandleOwner again(FileOpen(path, access, FileSharing::Shared, nullptr, 0));
     FileIdentity found;
     // A drive that is mounted anew has another number, and its files keep theirs only where the server gives them out.
     const bool isFound = again && Files().Identify(again.Get(), found) == 0;

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
+
 #include "platform/base/file_lock.h"
 #include "platform/base/file_system.h"
 #include "platform/base/replace_file.h"
@@ -58,6 +60,18 @@ bool ReplaceFile(const std::string& path, std::string_view text, FileHandle old,
     return Files().Identify(fresh.Handle(), made) == 0 &&
            (made.mode == mode || Files().ChangeMode(fresh.Handle(), mode) == 0) &&
            FileWriteWhole(fresh.Handle(), std::as_bytes(std::span(text)), 0) && fresh.Finish();
+}
+
+// Where a file that is open can't be replaced: in one write, so that the server has the old text or the new one. What
+// is left of a longer old text becomes empty lines before it is cut off.
+bool WriteOver(FileHandle file, std::string text, std::size_t oldSize, unsigned mode)
+{
+    const std::size_t size = text.size();
+    text.resize(std::max(size, oldSize), '\n');
+    FileIdentity now;
+    return Files().Identify(file, now) == 0 && (now.mode == mode || Files().ChangeMode(file, mode) == 0) &&
+           FileWriteWhole(file, std::as_bytes(std::span(text)), 0) && Files().Sync(file) == 0 &&
+           Files().Truncate(file, static_cast<std::int64_t>(size)) == 0;
 }
 
 }  // namespace
@@ -131,7 +145,10 @@ int IniFile::IniWriteTexts(std::string_view section, std::span<const ProfileEntr
             Files().ChangeMode(file.Get(), mode);
         return 1;
     }
-    return ReplaceFile(target, after, file.Get(), mode) ? 1 : 0;
+    const bool isReplaced = Files().IsLocal(file.Get()) || Files().DriveUnder(file.Get()).replacesOpen;
+    const bool isWritten =
+        isReplaced ? ReplaceFile(target, after, file.Get(), mode) : WriteOver(file.Get(), after, before->size(), mode);
+    return isWritten ? 1 : 0;
 }
 
 int IniFile::IniWriteInt(std::string_view section, std::string_view key, int value) const

@@ -1,11 +1,98 @@
 // What a failing disk does to locks, flushes, reserves and new files; to changes of records: table_model_test.cpp.
+#include <algorithm>
+#include <filesystem>
+
+#include "store/open_table.h"
+#include "store/record_hold.h"
 #include "support/failing_file_system.h"
 #include "table_fixture.h"
 
 namespace jotlet::test {
 namespace {
 
-using FailingDiskTest = TableTest;
+class FailingDiskTest : public TableTest {
+protected:
+    void Restore(const std::string& bytes)
+    {
+        const FileHandleOwner file(FileOpen(path));
+        FileWriteWhole(file.Get(), std::as_bytes(std::span(bytes)), 0);
+        std::filesystem::resize_file(path, bytes.size());
+    }
+};
+
+// From the nth call on the drive is gone; the text stays with the caller, who tries again when it is back.
+TEST_F(FailingDiskTest, ADriveThatVanishesInAnyCallOfAnAddHoldsTheRecordOnceInTheEnd)
+{
+    const RecordAddress first = Add({.title = "milk"});
+    for (const bool intoFreeSlot : {false, true}) {
+        if (intoFreeSlot) {
+            Add({.title = "milk"});
+            table->DeleteRecord(first);
+        }
+        table->Flush();
+        const std::string original = ReadAll(path);
+        FailingFileSystem drive;
+        drive.isRemote = drive.andAllBehind = true;
+        drive.failure = ETIMEDOUT;
+        const ScopedFileSystem scope(drive);
+        const Record bread = RecordOf({.title = "bread", .id = 7});
+        for (int failAt = 1; drive.failedCall.empty() == (failAt == 1); ++failAt) {
+            SCOPED_TRACE(testing::Message() << failAt << (intoFreeSlot ? ", a free slot" : ""));
+            ASSERT_LT(failAt, 20);
+            drive.failAt = 0;
+            Restore(original);
+            TableFile remote(path, "");
+            drive.failedCall.clear();
+            drive.changes = 0;
+            drive.failAt = failAt;
+            const SaveResult saved = AddSaved(remote, bread);
+            drive.failAt = 0;
+            if (!drive.failedCall.empty()) {
+                EXPECT_EQ(saved.error.kind, FileErrorKind::NoAnswer);
+                EXPECT_TRUE(AddSaved(remote, bread));
+            }
+            Texts titles = Titles();
+            std::ranges::sort(titles);
+            EXPECT_EQ(titles, (Texts{"bread", "milk"}));
+            SlotCounts counts;
+            EXPECT_EQ(remote.DescribeSlots(counts), 1);
+            EXPECT_EQ(counts.cutTailBytes, 0);
+            EXPECT_GE(+Header().freeSlots, counts.live - counts.slots) << "never more than there are";
+        }
+        Restore(original);
+    }
+}
+
+TEST_F(FailingDiskTest, WhereNobodyMayWriteATableOpensForReadingAlone)
+{
+    Add({.title = "milk"});
+    table->Close();
+    struct Case {
+        int reason;
+        bool isRemote, opens;
+    };
+    for (const Case& one :
+         {Case{EROFS, false, true}, {EROFS, true, true}, {EACCES, true, true}, {EACCES, false, false}}) {
+        SCOPED_TRACE(testing::Message() << one.reason << " " << one.isRemote);
+        FailingFileSystem drive;
+        drive.isRemote = one.isRemote;
+        drive.openForWritingFailure = one.reason;
+        const ScopedFileSystem scope(drive);
+        OpenedTable opened = OpenTable(path, "", kNoteRecordSize);
+        ASSERT_EQ(opened.table != nullptr, one.opens);
+        if (!one.opens) {
+            EXPECT_EQ(opened.failure, OpenFailure::Permission);
+            continue;
+        }
+        EXPECT_EQ(opened.readOnly.systemError, one.reason);
+        EXPECT_FALSE(opened.repairError);
+        EXPECT_EQ(opened.table->GetRole(), Role::Reader);
+        EXPECT_EQ(opened.table->AddRecord(RecordOf({.title = "bread"})), 0);
+        SlotCounts counts;
+        EXPECT_EQ(opened.table->DescribeSlots(counts), 1);
+        EXPECT_EQ(counts.live, 1);
+    }
+}
 
 TEST_F(FailingDiskTest, ALockThatCannotBeWrittenIsNotTaken)
 {

@@ -1,6 +1,8 @@
 // The system's files, with a chosen call failing: the nth one that changes a file, or every call of one kind.
 #pragma once
 
+#include <fcntl.h>
+
 #include <cerrno>
 #include <string>
 #include <string_view>
@@ -28,8 +30,17 @@ public:
     int lockFailure = 0;     // every Lock gives this errno
     bool locksStayHere = false;
     bool isRemote = false;
+    bool replacesOpen = true;
+    int openForWritingFailure = 0;  // every Open that asks for more than reading gives this errno
 
-    int Open(const std::string& path, int flags, unsigned mode) override { return real.Open(path, flags, mode); }
+    int Open(const std::string& path, int flags, unsigned mode) override
+    {
+        if (openForWritingFailure && (flags & O_ACCMODE) != O_RDONLY) {
+            errno = openForWritingFailure;
+            return -1;
+        }
+        return real.Open(path, flags, mode);
+    }
     void Close(int handle) override { real.Close(handle); }
     std::int64_t Read(int handle, std::span<std::byte> buffer) override { return real.Read(handle, buffer); }
     std::int64_t Write(int handle, std::span<const std::byte> buffer) override
@@ -121,7 +132,10 @@ public:
     }
     int OpenAgain(int handle, int flags) override { return real.OpenAgain(handle, flags); }
     void ForgetPages(int handle) override { real.ForgetPages(handle); }
-    Drive DriveUnder(int) override { return {.isCoherent = !isRemote, .locksTravel = !locksStayHere}; }
+    Drive DriveUnder(int) override
+    {
+        return {.isCoherent = !isRemote, .locksTravel = !locksStayHere, .replacesOpen = replacesOpen};
+    }
     bool IsLocal(int handle) override { return !isRemote && !locksStayHere && real.IsLocal(handle); }
 
 private:
