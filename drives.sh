@@ -5,6 +5,8 @@
 #
 #   ./drives.sh [--changes N] [--seed N] [--limit N] [KIND...]
 #   changes a host (1000), and the seconds after which a host makes no more in each of the three parts of a trial (50)
+#   ./drives.sh --windows
+#   instead: two windows on two mounts of GlusterFS, on a virtual display, and what each must see of the other
 #   KIND: local nfs4 nfs3 smb smb-uncached gluster sshfs bindfs (all of them)
 #
 # NFS and SMB need a kernel's servers and clients, so they run in an emulated machine with Debian's own kernel, built
@@ -19,13 +21,23 @@ readonly kDrivesHere="local gluster sshfs bindfs"
 # Of all its drives: what doesn't depend on the limit, and how many times that may be reached.
 readonly kGuestStart=700 kGuestParts=16
 
+try_windows() {
+    install_missing "${kBuildPackages[@]}" "${kDesktopPackages[@]}" "${kScreenPackages[@]}" "${kDrivesPackages[@]}"
+    build_preset release jotlet jotctl
+    mkdir "$work/parts"
+    cp bench/drives/*.sh "$work/parts"
+    DRIVES=windows PROGRAMS=$PWD/build/release/bin \
+        unshare --mount --net --pid --fork --kill-child --mount-proc "$work/parts/here.sh"
+}
+
 usage() { sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit "$1"; }
-CHANGES=1000 SEED=1 LIMIT=50 DRIVES=""
+CHANGES=1000 SEED=1 LIMIT=50 DRIVES="" WINDOWS=""
 while [ $# -gt 0 ]; do
     case $1 in
         --changes) CHANGES=${2:?}; shift ;;
         --seed) SEED=${2:?}; shift ;;
         --limit) LIMIT=${2:?}; shift ;;
+        --windows) WINDOWS=1 ;;
         --help) usage 0 ;;
         *) case " $kGuestDrives $kDrivesHere " in *" $1 "*) DRIVES+=" $1" ;; *) usage 2 >&2 ;; esac ;;
     esac
@@ -86,13 +98,18 @@ print_table() {
 }
 
 prepare_environment
+mkdir -p build
+work=$(mktemp -d "$PWD/build/drives-XXXXXX")
+trap 'kill $(jobs -p) 2>/dev/null || true; wait; rm -rf --one-file-system "$work"' EXIT
+trap 'exit 1' INT TERM
+if [ -n "$WINDOWS" ]; then
+    try_windows
+    exit
+fi
 install_missing cmake ninja-build g++ pkg-config libcli11-dev nlohmann-json3-dev "${kBenchPackages[@]}" "${kDrivesPackages[@]}"
 build_preset bench trial jotctl
 cache=${JOTLET_DRIVES:-$PWD/build/drives}
 mkdir -p "$cache"
-work=$(mktemp -d "$PWD/build/drives-XXXXXX")
-trap 'kill $(jobs -p) 2>/dev/null || true; wait; rm -rf --one-file-system "$work"' EXIT
-trap 'exit 1' INT TERM
 gather
 touch "$work/guest.log" "$work/here.log"
 if any_of "$kGuestDrives"; then

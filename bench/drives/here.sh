@@ -44,6 +44,14 @@ mount_bindfs() {
     bindfs "$here/bindfs/server" "$here/bindfs/a" && bindfs "$here/bindfs/server" "$here/bindfs/b"
 }
 
+# The process that keeps GlusterFS's one brick.
+brick() { cat /var/run/gluster/vols/drive/*.pid; }
+
+if [ "$DRIVES" = windows ]; then
+    mkdir -p "$here"/gluster/{server,a,b}
+    start_gluster >&2 && exec "$here/windows.sh" "$PROGRAMS" "$here/gluster/a" "$here/gluster/b" "$(brick)"
+    exit 1
+fi
 ! wanted local || try local "local disk" "$here/local/server" "$here/local/server"
 ! wanted gluster || { start_gluster >&2 && try gluster GlusterFS; }
 ! wanted sshfs || { mount_sshfs && try sshfs sshfs; }

@@ -152,6 +152,10 @@ public:
     {
         return Refuses(handle) ? -1 : Below().IdentifyAtServer(handle, out);
     }
+    int IdentifyPathAtServer(const std::string& path, FileIdentity& out) override
+    {
+        return Refuses(path) ? -1 : Below().IdentifyPathAtServer(path, out);
+    }
     int OpenAgain(int handle, int flags) override { return Refuses(handle) ? -1 : Below().OpenAgain(handle, flags); }
     void ForgetPages(int handle) override
     {
