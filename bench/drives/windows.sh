@@ -47,11 +47,13 @@ start() {
 declare -A process frame
 windows_of() { xdotool search --onlyvisible --pid "${process[$1]}" --name "$2" 2>/dev/null; }
 frame_of() { windows_of "$1" '^Jotlet : ' | tail -1; }
-has_title() { windows_of "$1" '^Jotlet : ' | xargs -r -n 1 xdotool getwindowname | grep -q -- "$2"; }
+has_title() { windows_of "$1" '^Jotlet : ' | xargs -r -n 1 xdotool getwindowname 2>/dev/null | grep -q -- "$2"; }
 has_editor() { [ -n "$(windows_of "$1" '^Jotlet$')" ]; }
 picture() { import -window "${frame[$1]}" -crop 290x300+20+100 rgb:- | md5sum; }
 looks_other() { [ "$(picture "$1")" != "$2" ]; }
-counts_windows() { [ "$(windows_of "$1" . | wc -l)" -gt "$2" ]; }
+screen() { import -window root -crop 420x430+640+20 rgb:- | md5sum; }
+screen_differs() { [ "$(screen)" != "$1" ]; }
+has_note() { "$programs/jotctl" find "$b/notes.jot" "$1" | grep -q "$1"; }
 use() { xdotool windowactivate --sync "${frame[$1]}"; sleep 0.5; }
 # make_note NAME TITLE: by keyboard, as a user does.
 make_note() {
@@ -67,7 +69,7 @@ sees_note() {
     use "$from"
     before=$(picture "$to")
     make_note "$from" "$title" && within $kSeenWithin looks_other "$to" "$before" &&
-        "$programs/jotctl" find "$b/notes.jot" "$title" | grep -q "$title"
+        within 5 has_note "$title"
 }
 edit_first() {
     use "$1"
@@ -89,14 +91,16 @@ stopped_server_is_told() {
 menu_opens() {
     local before
     use b
-    before=$(windows_of b . | wc -l)
-    xdotool mousemove --window "${frame[b]}" 45 60 click 1
-    within 5 counts_windows b "$before" && xdotool key Escape
+    xdotool mousemove --window "${frame[b]}" 54 61
+    sleep 1
+    before=$(screen)
+    xdotool click 1
+    within 5 screen_differs "$before" && xdotool key Escape
 }
 goes_on() {
     kill -CONT "$brick"
     within 60 has_title b 'notes.jot$' && use b && make_note b "after the stop" &&
-        within 20 grep -q "after the stop" <("$programs/jotctl" list "$b/notes.jot")
+        within 20 has_note "after the stop"
 }
 closes_while_stopped() {
     kill -STOP "$brick"
