@@ -49,6 +49,7 @@ windows_of() { xdotool search --onlyvisible --pid "${process[$1]}" --name "$2" 2
 frame_of() { windows_of "$1" '^Jotlet : ' | tail -1; }
 has_title() { windows_of "$1" '^Jotlet : ' | xargs -r -n 1 xdotool getwindowname 2>/dev/null | grep -q -- "$2"; }
 has_editor() { [ -n "$(windows_of "$1" '^Jotlet$')" ]; }
+has_no_editor() { ! has_editor "$1"; }
 picture() { import -window "${frame[$1]}" -crop 290x300+20+100 rgb:- | md5sum; }
 looks_other() { [ "$(picture "$1")" != "$2" ]; }
 screen() { import -window root -crop 420x430+640+20 rgb:- | md5sum; }
@@ -83,6 +84,7 @@ killed_editor_frees() {
     kill -KILL "${process[a]}"
     edit_first b || return 1
     xdotool key Escape
+    within 5 has_no_editor b && sleep 2  # what a call waits for when the server stops can't be tried
 }
 stopped_server_is_told() {
     kill -STOP "$brick"
