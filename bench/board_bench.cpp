@@ -169,7 +169,7 @@ public:
     }
     void Tick()
     {
-        pane.GetList().Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+        pane.GetList().Send(kWmTimer, RecordListView::kRefreshTimerId, 0);
         Settle();
     }
 

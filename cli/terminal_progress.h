@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 
 namespace jotlet {
 

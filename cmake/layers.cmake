@@ -22,8 +22,7 @@ function(jotlet_library folder)
     target_link_libraries(${target} PUBLIC ${below} jotlet_flags PRIVATE ${arg_PRIVATE_LINKS})
     target_include_directories(${target} PRIVATE ${arg_PRIVATE_INCLUDES})
     # What has no window is worked hard by its tests; windows and the tests themselves compile faster without.
-    if(JOTLET_SANITIZE AND NOT "platform_desktop" IN_LIST below AND NOT "toolkit" IN_LIST below AND
-       NOT target STREQUAL "platform_desktop")
+    if(JOTLET_SANITIZE AND NOT "${below};${target}" MATCHES "platform_desktop|toolkit")
       target_compile_options(${target} PRIVATE -O1)
     endif()
   else()

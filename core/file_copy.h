@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/base/file_error.h"
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 #include "store/table_file.h"
 
 namespace jotlet {

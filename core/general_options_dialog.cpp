@@ -8,7 +8,7 @@
 #include "platform/base/start_program.h"
 #include "resources/dialog_ids.h"
 #include "skin/sound.h"
-#include "toolkit/marlin_wnd_list_view.h"
+#include "toolkit/records/record_list_view.h"
 
 namespace jotlet {
 namespace {
@@ -100,7 +100,7 @@ void GeneralOptionsDialog::Accept()
     SetAnimationEnabled(store(settings[1]) == "1" ? 1 : 0);
     store(settings[2]);
     store(settings[3]);
-    MarlinWndListView::RestartAllRefreshTimers();
+    RecordListView::RestartAllRefreshTimers();
     if (Checked(general_options_ids::kTray) && IsEnabled(DialogItem(window, general_options_ids::kTray)) && !TrayRuns())
         StartTray();
     EndDialog(1);

@@ -13,8 +13,8 @@
 #include "skin/skin_bitmaps.h"
 #include "skin/sound.h"
 #include "skin/window_helpers.h"
-#include "toolkit/marlin_wnd_list_view.h"
 #include "toolkit/pane_list.h"
+#include "toolkit/records/record_list_view.h"
 
 namespace jotlet {
 namespace {
@@ -97,7 +97,7 @@ void MainFrame::OnSettingsChanged(MessageParam sender)
         SetSoundEnabled(value);
     if (int value = 0; settings.IniReadInt("Preference", "Annimation", value))
         SetAnimationEnabled(value);
-    MarlinWndListView::RestartAllRefreshTimers();
+    RecordListView::RestartAllRefreshTimers();
 }
 
 void MainFrame::OnSkinChanged()

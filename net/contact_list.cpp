@@ -20,7 +20,7 @@ constexpr int kLeft = 4;
 }  // namespace
 
 ContactList::ContactList()
-    : MarlinWndListView(kId, 0, kRowHeight, 1, kWhite, kWhite, kScrollBarLeft, kScrollColour, kScrollColour)
+    : RecordListView(kId, kRowHeight, 1, kWhite, kWhite, kScrollBarLeft, kScrollColour, kScrollColour)
 {
 }
 
@@ -39,8 +39,7 @@ void ContactList::ShowChange(std::uint64_t uniqueId)
     SelectRecord(uniqueId);
 }
 
-void ContactList::DrawRecordItem(TableFile&, RecordQuery&, DeviceContext& dc, Colour background, int index, int state,
-                                 const Rect& cell)
+void ContactList::DrawRecordItem(DeviceContext& dc, Colour background, int index, int state, const Rect& cell)
 {
     if (state == kListEmpty)
         return;

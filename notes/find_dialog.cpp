@@ -39,13 +39,11 @@ constexpr std::string_view kGone = "Record is deleted by other user.";
 }  // namespace
 
 OccurrencesList::OccurrencesList()
-    : MarlinWndListView(kHitList, 0, kHitHeight, kHitsPerRow, kWhite, kWhite, kScrollBarLeft, ScrollColour(),
-                        ScrollColour())
+    : RecordListView(kHitList, kHitHeight, kHitsPerRow, kWhite, kWhite, kScrollBarLeft, ScrollColour(), ScrollColour())
 {
 }
 
-void OccurrencesList::DrawRecordItem(TableFile&, RecordQuery&, DeviceContext& dc, Colour background, int index,
-                                     int state, const Rect& cell)
+void OccurrencesList::DrawRecordItem(DeviceContext& dc, Colour background, int index, int state, const Rect& cell)
 {
     if (state == kListEmpty) {
         dc.DrawText(cell, "No matching date has been found!", SmallFont(400), kBlack, kTextSingleLine | kTextNoPrefix);

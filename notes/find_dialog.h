@@ -9,17 +9,16 @@
 #include "notes/model/note_record.h"
 #include "store/record_query.h"
 #include "toolkit/marlin_dialog.h"
-#include "toolkit/marlin_wnd_list_view.h"
+#include "toolkit/records/record_list_view.h"
 
 namespace jotlet {
 
 // The hits; the found text is marked in each cell.
-class OccurrencesList : public MarlinWndListView {
+class OccurrencesList : public RecordListView {
 public:
     OccurrencesList();
 
-    void DrawRecordItem(TableFile& file, RecordQuery& query, DeviceContext& dc, Colour background, int index, int state,
-                        const Rect& cell) override;
+    void DrawRecordItem(DeviceContext& dc, Colour background, int index, int state, const Rect& cell) override;
     std::string ItemName(int index) override;
     std::string ItemDetail(int index) override;
     std::string ListName() override { return "Occurrences"; }

@@ -15,8 +15,7 @@ constexpr std::string_view kGone = "Record is deleted by another user.";
 
 }  // namespace
 
-void NotesList::DrawRecordItem(TableFile&, RecordQuery&, DeviceContext& dc, Colour background, int index, int state,
-                               const Rect& cell)
+void NotesList::DrawRecordItem(DeviceContext& dc, Colour background, int index, int state, const Rect& cell)
 {
     if (state == kItemSelected)
         DrawSelectionFrame(dc, cell, background);

@@ -1,16 +1,15 @@
 // The board: notes as coloured cells.
 #pragma once
 
-#include "toolkit/marlin_wnd_list_view.h"
+#include "toolkit/records/record_list_view.h"
 
 namespace jotlet {
 
-class NotesList : public MarlinWndListView {
+class NotesList : public RecordListView {
 public:
-    using MarlinWndListView::MarlinWndListView;
+    using RecordListView::RecordListView;
 
-    void DrawRecordItem(TableFile& file, RecordQuery& query, DeviceContext& dc, Colour background, int index, int state,
-                        const Rect& cell) override;
+    void DrawRecordItem(DeviceContext& dc, Colour background, int index, int state, const Rect& cell) override;
     std::string ItemName(int index) override;
     std::string ItemDetail(int index) override;
     std::string ListName() override { return "Notes"; }

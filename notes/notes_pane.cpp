@@ -83,8 +83,8 @@ std::string Text(int id)
 
 NotesPane::NotesPane(const PaneColours& paneColours, std::string paneName)
     : MarlinPane(paneColours, std::move(paneName)),
-      list(std::make_unique<NotesList>(kListId, 0, kCellHeight, kCellsPerRow, kBoardColour, kBoardColour,
-                                       kScrollBarLeft, kScrollColour, kScrollColour)),
+      list(std::make_unique<NotesList>(kListId, kCellHeight, kCellsPerRow, kBoardColour, kBoardColour, kScrollBarLeft,
+                                       kScrollColour, kScrollColour)),
       categoryMenu(std::make_unique<CategoryMenu>(kFirstCategoryId, kStripColour, kWhite, kWhite)),
       letterBar(std::make_unique<MarlinClassToDoPriority>(kLetterBarId, 'a', 'z', kBoardColour)),
       tabs(std::make_unique<TTabsWnd>(kTabsId, kBoardColour, kTabWidth)),

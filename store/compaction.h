@@ -21,7 +21,7 @@
 #include <string>
 
 #include "platform/base/files.h"
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 
 namespace jotlet {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 #include "store/table_file.h"
 
 namespace jotlet {

@@ -1,7 +1,7 @@
 // CompactProgressDialog: the small modeless window that shows how far a long file operation is.
 #pragma once
 
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 #include "toolkit/marlin_dialog.h"
 
 namespace jotlet {

@@ -315,7 +315,7 @@ MessageParam MarlinTimeTrack::OnCommand(WndMessage& record)
 
 void MarlinTimeTrack::ChooseFromList(int item, int code)
 {
-    if (item < 0 || item >= timeList->GetCount() || code == kListReloaded)
+    if (item < 0 || item >= timeList->GetCount())
         return;
     const TimeValue time = timeList->TimeOf(item);
     if (singleTime || code == kTimeKeySelected) {

@@ -76,7 +76,7 @@ void MarlinWndList::OnPaint(DeviceContext& dc, const PaintInfo& paint)
             PaintCell(dc, index, cell);
     }
     if (!(rows > 0))
-        owner.Draw(dc, oddColour, -1, kListEmpty, client);
+        owner.DrawItem(dc, oddColour, -1, kListEmpty, client);
     // With an item selected its frame tells where the keyboard is.
     if (hasFocus && !IsItem(selected))
         dc.DrawFocusRect(client.Inset(1, 1), Darken(evenColour, 120));
@@ -87,7 +87,7 @@ void MarlinWndList::PaintCell(DeviceContext& dc, int index, const Rect& cell)
     const Colour ground = index % 2 ? oddColour : evenColour;
     dc.FillRect(cell, ground);
     if (IsItem(index))
-        owner.Draw(dc, ground, index, index == selected ? kItemSelected : kItemPlain, cell);
+        owner.DrawItem(dc, ground, index, index == selected ? kItemSelected : kItemPlain, cell);
 }
 
 MessageParam MarlinWndList::OnTimer(WndMessage& record)
@@ -144,12 +144,10 @@ void MarlinWndList::SelectByPointer(int index, int code)
 MessageParam MarlinWndList::OnLButtonDown(WndMessage& record)
 {
     FocusWindow(window);
-    const Point p = MousePoint(record);
-    const int index = ItemAt(p);
+    const int index = ItemAt(MousePoint(record));
     if (index < 0)
         return 0;
     SelectByPointer(index, kListItemPressed);
-    owner.Pressed(p, index, Geometry().CellRect(index));
     dragArmed = dragEnabled;
     return 0;
 }
@@ -194,14 +192,7 @@ MessageParam MarlinWndList::OnMouseMove(WndMessage& record)
         dragging = true;
         return 0;
     }
-    const Point p = MousePoint(record);
-    const int index = ItemAt(p);
-    if (index < 0) {
-        SetCursorTo(CursorId::Arrow);
-        return 0;
-    }
-    SetCursorTo(CursorId::Hand);
-    owner.Moved(p, index, Geometry().CellRect(index));
+    SetCursorTo(ItemAt(MousePoint(record)) < 0 ? CursorId::Arrow : CursorId::Hand);
     return 0;
 }
 
@@ -216,12 +207,8 @@ MessageParam MarlinWndList::OnLButtonUp(WndMessage& record)
     if (!dragArmed)
         return 0;
     dragArmed = false;
-    const Point p = MousePoint(record);
-    const int index = ItemAt(p);
-    if (index >= 0) {
+    if (const int index = ItemAt(MousePoint(record)); index >= 0)
         Choose(index);
-        owner.Released(p, index, Geometry().CellRect(index));
-    }
     return 0;
 }
 
@@ -357,7 +344,7 @@ void MarlinWndList::OpenMenuByKey()
 void MarlinWndList::Choose(int index)
 {
     selected = index;
-    owner.RememberChosen();
+    owner.OnChosen(index);
 }
 
 void MarlinWndList::ClearSelection()

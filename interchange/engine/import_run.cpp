@@ -9,7 +9,7 @@
 #include "interchange/engine/import_values.h"
 #include "notes/model/duplicates.h"
 #include "notes/model/record_header.h"
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 #include "store/refresh_switch.h"
 #include "store/table_file.h"
 

@@ -346,7 +346,7 @@ TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
         return ServeUntil([&] { return Title() == "Jotlet : mine.jot" + title; }, std::chrono::seconds(5));
     };
     const auto follows = [&](const std::string& title, int notes) {
-        tick(MarlinWndListView::kRefreshTimerId);
+        tick(RecordListView::kRefreshTimerId);
         return shows(title) && ServeUntil([&] { return list.GetCount() == notes; }, std::chrono::seconds(5));
     };
     const auto waits = [&](int count) {
@@ -360,10 +360,10 @@ TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
 
     drive.Set(true, false);
     for (int i = 0; i < 3; ++i)
-        tick(MarlinWndListView::kRefreshTimerId);
+        tick(RecordListView::kRefreshTimerId);
     EXPECT_TRUE(waits(1)) << "one look at a time";
     EXPECT_EQ(Title(), "Jotlet : mine.jot") << "not before it has had its time";
-    tick(MarlinWndListView::kPatienceTimerId);
+    tick(RecordListView::kPatienceTimerId);
     EXPECT_TRUE(shows(kSilent));
     EXPECT_EQ(drive.Waiting(), 1);
 
@@ -377,7 +377,7 @@ TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
     EXPECT_TRUE(follows("", 2));
 
     drive.Set(true, false);
-    tick(MarlinWndListView::kRefreshTimerId);
+    tick(RecordListView::kRefreshTimerId);
     EXPECT_TRUE(waits(1));
     End();
     EXPECT_EQ(drive.Waiting(), 1) << "the look is left to itself";

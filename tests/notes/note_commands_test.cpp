@@ -310,7 +310,7 @@ TEST_F(NoteCommands, AChangeOfAnotherCopyShowsAtTheTickWithNothingSelectedButNot
     const auto address = Add({.title = "milk"});
     Show();
     const auto tick = [this] {
-        pane->GetList().Send(kWmTimer, MarlinWndListView::kRefreshTimerId, 0);
+        pane->GetList().Send(kWmTimer, RecordListView::kRefreshTimerId, 0);
         ServeEvents();
         return pane->GetList().GetCount();
     };

@@ -36,12 +36,10 @@ public:
     {
         drawn.push_back({index, state, background, rect});
     }
-    void OnItemRelease(int, int, int index, const Rect&) override { released.push_back(index); }
     std::string ItemName(int index) override { return "item " + std::to_string(index); }
     MarlinClassWndScrollBar& Bar() { return *scrollBar; }
 
     std::vector<Drawn> drawn;
-    std::vector<int> released;
 };
 
 class ListViewTest : public WindowTest {

@@ -1,7 +1,7 @@
 #include "interchange/engine/import_run.h"
 
 #include "engine_fixture.h"
-#include "store/progress_display.h"
+#include "platform/base/progress_display.h"
 #include "support/failing_file_system.h"
 
 namespace jotlet::test {

@@ -1,4 +1,4 @@
-// Where a long store operation shows how far it is. The application gives one; without one it runs in silence.
+// Where a long operation on a file shows how far it is. The application gives one; without one it runs in silence.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "toolkit/stamp_look.h"
+#include "toolkit/records/stamp_look.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
