@@ -5,7 +5,6 @@ namespace jotlet {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 // A second window right of the list that answers drags and keeps what it is told and where.
 class DragTest : public ListViewTest {
