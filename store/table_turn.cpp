@@ -117,7 +117,7 @@ bool TableFile::Settle()
         return NoteFailure("sync");
     // What took so long may have been written over what somebody else has written since. Nobody is told that it stands.
     errno = ETIMEDOUT;
-    return IsTurnSure() || NoteFailure("sync");
+    return !isInTurn || IsTurnSure() || NoteFailure("sync");
 }
 
 bool TableFile::Revive() const

@@ -63,6 +63,15 @@ TEST_F(FailingDiskTest, ADriveThatVanishesInAnyCallOfAnAddHoldsTheRecordOnceInTh
     }
 }
 
+TEST_F(FailingDiskTest, AnAddIsConfirmedWhereTurnsAreTakenByAFile)
+{
+    FailingFileSystem drive;
+    drive.isRemote = drive.locksStayHere = true;
+    const ScopedFileSystem scope(drive);
+    TableFile remote(path, "");
+    EXPECT_TRUE(AddSaved(remote, RecordOf({.title = "bread"})));
+}
+
 TEST_F(FailingDiskTest, WhereNobodyMayWriteATableOpensForReadingAlone)
 {
     Add({.title = "milk"});
