@@ -185,7 +185,7 @@ void NotesPane::InternetEvents()
         return;
     HeldNote held;
     const NoteResult taken = TakeForEdit(held, file, Chosen());
-    if (taken.outcome == Outcome::NothingChosen || taken.outcome == Outcome::Withdrawn)
+    if (taken.outcome == Outcome::NothingChosen)
         Beep();
     if (Tell(taken))
         Tell(editGroupEvent(*this, held));

@@ -67,7 +67,7 @@ TEST_F(InterchangeTest, ReportAndExportNarrowByDaysAndByText)
     EXPECT_EQ(Read(report),
               "Jotlet Report (from 1/1/2010 to 2/1/2010)\r\n\r\n"
               "Date: 2/1/2010\r\nCategory: \r\nTitle: b\r\nNotes: find me\r\n\r\n");
-    ASSERT_THAT(Run({"export", file, Path("o.csv"), "--from", "2010-01-03"}), ExitsWith(0));
+    ASSERT_THAT(Run({"export", file, Path("o.csv"), "--from", "2010-01-03", "--to", "2010-01-03"}), ExitsWith(0));
     EXPECT_EQ(Read(Path("o.csv")), "\"Title\",\"Text\",\"Color\",\"Category\"\r\n\"c\",\"find me\",\"3\",\"\"\r\n");
     EXPECT_THAT(Run({"report", file, report, "--from", "2010-01-03", "--to", "2010-01-02"}), Complains(2, "--from"));
     EXPECT_THAT(Run({"report", file, report, "--to", "never"}), Complains(2, "--to"));

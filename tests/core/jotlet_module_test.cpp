@@ -363,11 +363,11 @@ TEST_F(StartTest, ADriveThatDoesNotAnswerLeavesTheWindowAliveAndIsTold)
         tick(RecordListView::kRefreshTimerId);
     EXPECT_TRUE(waits(1)) << "one look at a time";
     EXPECT_EQ(Title(), "Jotlet : mine.jot") << "not before it has had its time";
+    EXPECT_EQ(removeOne(kNoteRecordSize), 1) << "another copy's change meanwhile";
     tick(RecordListView::kPatienceTimerId);
     EXPECT_TRUE(shows(kSilent));
     EXPECT_EQ(drive.Waiting(), 1);
 
-    EXPECT_EQ(removeOne(kNoteRecordSize), 1);
     drive.Set(false, false);
     EXPECT_TRUE(shows("") && ServeUntil([&] { return list.GetCount() == 2; }, std::chrono::seconds(5)));
 

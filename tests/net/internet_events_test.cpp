@@ -181,7 +181,7 @@ TEST_F(InternetEvents, TheNoteIsHeldAgainstOtherCopiesForTheWholeDialogEvenWhile
         WhenModal([&](WindowHandle book) {
             static_cast<EBookDialog*>(MarlinWnd::FromHandle(book))->GetList().SelectItem(0);
             WhenModal([](WindowHandle record) { TestPushItem(record, kIdOk); });
-            TestPushItem(book, 102);
+            TestPushItem(book, e_book_ids::kEditButton);
             EXPECT_FALSE(IsRefreshEnabled()) << "right after the contact was let go";
             TestPushItem(book, kIdOk);
         });

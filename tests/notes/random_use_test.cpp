@@ -77,7 +77,7 @@ protected:
         // One waits at a time: an Edit that was refused leaves it for the next.
         const auto fill = [this, choice = random()](WindowHandle editor) {
             editWaits = false;
-            TestType(DialogItem(editor, 103), "mine");
+            TestType(DialogItem(editor, note_editor_ids::kTextEdit), "mine");
             TestPushItem(editor, choice % 4 ? kIdOk : kIdCancel);
             TestPushItem(editor, kIdCancel);  // where a full disk keeps it open
         };

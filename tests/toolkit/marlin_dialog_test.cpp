@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr int kSkins = 2020;  // a plain dialog: a list box, Ok, Cancel
+constexpr int kSkins = skins_dialog_ids::kDialog;  // a plain dialog: a list box, Ok, Cancel
 
 class DiaryDialog : public MarlinDialog {
 public:

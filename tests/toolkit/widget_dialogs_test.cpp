@@ -131,7 +131,7 @@ TEST_F(WidgetDialogTest, TheProgressBarGrowsToItsFullWidth)
         CompactProgressDialog progress(&host);
         progress.Open("Compact", steps);
         ASSERT_TRUE(IsWindow(progress.window));
-        EXPECT_EQ(ItemText(progress.window, 99), "Compact");
+        EXPECT_EQ(ItemText(progress.window, progress_dialog_ids::kText), "Compact");
         const Rect bar = ItemRect(progress.window, 100);
         const auto blackEnd = [&] {
             int x = bar.left;
