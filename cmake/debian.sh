@@ -5,7 +5,7 @@ readonly kBuildPackages=(cmake ninja-build g++ pkg-config libcli11-dev nlohmann-
     qt6-base-dev qt6-multimedia-dev libgl-dev)
 # Plain fonts for the board, and what registers the file type with the desktop.
 readonly kDesktopPackages=(fonts-dejavu-core fonts-liberation desktop-file-utils shared-mime-info)
-# What a Wayland desktop needs besides, and its own file and print choosers.
+# What a Wayland desktop needs besides, for title bars of our own too, and its own file and print choosers.
 readonly kWaylandPackages=(qt6-wayland xdg-desktop-portal xdg-desktop-portal-gtk)
 readonly kScreenPackages=(xvfb openbox xdotool imagemagick)
 readonly kTestPackages=(libgtest-dev libgmock-dev clang libclang-rt-14-dev lld python3 librsvg2-bin)

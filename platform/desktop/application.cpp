@@ -23,6 +23,7 @@
 #include "platform/desktop/qt/keys.h"
 #include "platform/desktop/qt/modal.h"
 #include "platform/desktop/qt/mouse_router.h"
+#include "platform/desktop/qt/plugin.h"
 #include "platform/desktop/qt/window_registry.h"
 
 namespace jotlet {
@@ -180,6 +181,16 @@ private:
     bool set = false;
 };
 
+// Has title bars drawn by the module for them, where the compositor leaves them to the program. The module fits the
+// version of Qt that it was built with and no other.
+void ChooseTitleBars()
+{
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+        QLatin1String(qVersion()) == QLatin1String(QT_VERSION_STR) &&
+        OfferPlugin("wayland-decoration-client/jotlet_decoration"))
+        SetDefault("QT_WAYLAND_DECORATION", "jotlet");
+}
+
 }  // namespace
 
 struct Application::Data {
@@ -204,8 +215,9 @@ Application::Application(int argc, char** argv)
         data = std::make_unique<Data>(argc, argv);
         connecting = false;
     }
-    // Merged, the moves between a press and its release come to nothing when the program was busy: a note pulled quickly
-    // stays where it is.
+    ChooseTitleBars();
+    // Merged, the moves between a press and its release come to nothing when the program was busy: a note pulled
+    // quickly stays where it is.
     QApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     // Names of fonts are listed even where none is installed; only a real one has tables.
     if (QRawFont::fromFont(QApplication::font()).fontTable("head").isEmpty())

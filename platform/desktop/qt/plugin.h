@@ -7,4 +7,8 @@ namespace jotlet {
 // The function's address, or null when the module is missing or does not load.
 void* FindPluginFunction(const char* module, const char* function);
 
+// Lets Qt find its own kind of plugin there, such as "wayland-decoration-client/jotlet_decoration". False when it is
+// missing.
+bool OfferPlugin(const char* module);
+
 }  // namespace jotlet
