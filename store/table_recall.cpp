@@ -64,7 +64,7 @@ bool TableFile::RememberChanges(const TableHeader& header, std::int64_t slotCoun
         slots.push_back(slot);
     memory.Resize(slotCount);
     std::ranges::sort(slots);
-    slots.erase(std::ranges::unique(slots).begin(), slots.end());
+    slots.erase(std::unique(slots.begin(), slots.end()), slots.end());
     // A slot that was added and cut off again is none.
     std::erase_if(slots, [&](std::int64_t slot) { return slot >= slotCount; });
     for (std::size_t first = 0; first < slots.size();) {
