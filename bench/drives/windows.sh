@@ -112,7 +112,7 @@ closes_while_stopped() {
     within 5 eval '[ -z "$(windows_of b "^Jotlet : ")" ]'
 }
 
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" >"$work/xvfb.log" 2>&1 &
 pids+=($!)
 within 20 test -s "$work/display" || { say "The virtual display did not start."; exit 1; }
 DISPLAY=:$(cat "$work/display")

@@ -62,16 +62,27 @@ await() {
 }
 
 start_screen() {
-    Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp 3>"$SCRATCH/display" 2>"$SCRATCH/xvfb.log" &
+    # Without -noreset the first client that ends takes along whoever is just about to connect.
+    Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp -noreset 3>"$SCRATCH/display" 2>"$SCRATCH/xvfb.log" &
     started+=($!)
     await "display" test -s "$SCRATCH/display"
     DISPLAY=:$(cat "$SCRATCH/display")
     export DISPLAY QT_QPA_PLATFORM=xcb
     unset WAYLAND_DISPLAY
-    openbox >"$SCRATCH/openbox.log" 2>&1 &
-    started+=($!)
-    await "window manager" xdotool get_num_desktops
+    manage
+    await "window manager" managed
     xdotool mousemove 9999 9999
+}
+manage() {
+    openbox >>"$SCRATCH/openbox.log" 2>&1 &
+    manager=$!
+    started+=("$manager")
+}
+# A display that is still coming up may turn the window manager away.
+managed() {
+    xdotool get_num_desktops && return
+    kill -0 "$manager" || manage
+    return 1
 }
 
 new_program() {
