@@ -45,7 +45,7 @@ start() {
     sleep 1
 }
 declare -A process frame
-windows_of() { xdotool search --onlyvisible --pid "${process[$1]}" --name "$2" 2>/dev/null; }
+windows_of() { xdotool search --all --onlyvisible --pid "${process[$1]}" --name "$2" 2>/dev/null; }
 frame_of() { windows_of "$1" '^Jotlet : ' | tail -1; }
 has_title() { windows_of "$1" '^Jotlet : ' | xargs -r -n 1 xdotool getwindowname 2>/dev/null | grep -q -- "$2"; }
 has_editor() { [ -n "$(windows_of "$1" '^Jotlet$')" ]; }
