@@ -112,6 +112,11 @@ ExitCode RequireChange(const TableFile& table)
 {
     if (MayChange(table.GetRole()))
         return ExitCode::Done;
+    if (const FileError& reason = table.GetReadOnlyReason())
+        return Fail(ExitCode::NoPermission, table.Path(),
+                    "The notes can be read, but not changed: the file, or what programs make beside it to take turns, "
+                    "can't be written here" +
+                        SystemReason(reason.systemError) + ".");
     return Fail(ExitCode::NoPermission, table.Path(),
                 "Program can't do this. You don't have permission. Use the Owner's or the Assistant's password.");
 }
