@@ -60,16 +60,16 @@ mirror() {
 build_image() {
     [ ! -s "$cache/image.ext4" ] || return 0
     say "Building the guest in $cache"
-    rm -rf "$cache/root"
-    debootstrap --variant=minbase --include="$kGuestPackages" bookworm "$cache/root" "$(mirror)" >"$cache/debootstrap.log" 2>&1 || {
+    rm -rf "$cache/system"
+    debootstrap --variant=minbase --include="$kGuestPackages" bookworm "$cache/system" "$(mirror)" >"$cache/debootstrap.log" 2>&1 || {
         tail -5 "$cache/debootstrap.log" >&2
         return 1
     }
-    cp "$cache"/root/boot/vmlinuz-* "$cache/vmlinuz"
-    cp "$cache"/root/boot/initrd.img-* "$cache/initrd"
-    mke2fs -q -t ext4 -d "$cache/root" "$cache/image.part" 2500M
+    cp "$cache"/system/boot/vmlinuz-* "$cache/vmlinuz"
+    cp "$cache"/system/boot/initrd.img-* "$cache/initrd"
+    mke2fs -q -t ext4 -d "$cache/system" "$cache/image.part" 2500M
     mv "$cache/image.part" "$cache/image.ext4"
-    rm -rf "$cache/root"
+    rm -rf "$cache/system"
 }
 # What both sides run: the scripts, the programs and the libraries that a bare Debian may lack.
 gather() {

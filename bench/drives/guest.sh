@@ -30,7 +30,7 @@ start_servers() {
     printf '%s\n' '[global]' 'server role = standalone' 'map to guest = Bad User' 'smb ports = 445' \
         '[share]' 'path = /srv/smb' 'guest ok = yes' 'read only = no' 'force user = root' >/etc/samba/smb.conf
     smbd -D
-    sleep 3
+    for _ in $(seq 600); do (: </dev/tcp/127.0.0.1/445) && break; sleep 0.1; done
 }
 # start_host NAME ADDRESS
 start_host() {
@@ -74,4 +74,4 @@ try smb-uncached "SMB, cache=none" /srv/smb cifs guest,vers=3.1.1,nosharesock,ca
 echo GUEST-DONE
 sync
 echo o >/proc/sysrq-trigger
-sleep 5
+sleep infinity  # the first process may not end before the machine does

@@ -12,24 +12,33 @@ wanted() {
 }
 try() { "$here/try_drive.sh" "$2" "$here/$1/server" "${3:-$here/$1/a}" "${4:-$here/$1/b}" "$CHANGES" "$SEED" "$LIMIT"; }
 
+# wait_for COMMAND...: until it succeeds, for ten seconds.
+wait_for() {
+    local _
+    for _ in $(seq 100); do "$@" && return; sleep 0.1; done
+    return 1
+}
+is_online() { gluster --mode=script volume status drive detail | grep -q '^Online.*: Y'; }
+
 start_gluster() {
     local folder side
     ip link set lo up
     ip addr add $kAddress/24 dev lo  # no brick may lie at 127.0.0.1
-    for folder in /var/lib/glusterd /var/log/glusterfs /var/run/gluster; do
+    # All of /run: the daemon's socket lies there, and a second trial has one of its own.
+    for folder in /var/lib/glusterd /var/log/glusterfs /run; do
         mkdir -p $folder
         mount -t tmpfs private $folder
     done
+    mkdir -p /run/gluster
     glusterd -l "$here/gluster/glusterd.log"
     for _ in $(seq 30); do gluster --mode=script volume list && break || sleep 1; done
     gluster --mode=script volume create drive transport tcp "$kAddress:$here/gluster/server" force &&
-        gluster --mode=script volume start drive || return
-    sleep 3
+        gluster --mode=script volume start drive && wait_for is_online || return
     for side in a b; do
         glusterfs --volfile-server=$kAddress --volfile-id=drive "$here/gluster/$side" -l "$here/gluster/$side.log" ||
             return
+        wait_for mountpoint -q "$here/gluster/$side" || return
     done
-    sleep 2
 }
 # The far end of sshfs without a network: its server speaks over a pipe.
 mount_sshfs() {
